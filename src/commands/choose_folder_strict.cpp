@@ -1,0 +1,127 @@
+#include "commands/choose_folder_strict.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "commands/folder_result.h"
+#include "core/tables.h"
+#include "core/tool_error.h"
+#include "dialog/controls.h"
+#include "dialog/detection.h"
+#include "navigation/go_to_folder.h"
+#include "navigation/verification.h"
+#include "panels/candidates.h"
+#include "panels/capture.h"
+#include "platform/accessibility.h"
+#include "platform/clock.h"
+#include "platform/events.h"
+#include "platform/wait.h"
+
+namespace tessarine {
+namespace {
+
+constexpr double shortestSearchSeconds = 0.5;
+constexpr double longestSearchSeconds = 4.0;
+constexpr double longestStepSeconds = 2.0;
+constexpr double sheetAppearSeconds = 0.25;
+constexpr double afterReturnSeconds = 0.25;
+constexpr double verifyPollSeconds = 0.1;
+constexpr double closePollSeconds = 0.12;
+
+// What every step after the search works with.
+struct StrictChoice {
+  std::int32_t primaryPid;
+  std::vector<std::int32_t> eventPIDs;
+  DialogRef dialog;
+  std::string targetPath;
+  double stepSeconds;
+};
+
+// The owners of panel windows, the panel services, the browser: where a panel may take keys.
+std::vector<std::int32_t> eventPIDsFor(std::int32_t primaryPid) {
+  auto pids = backgroundOpenPanelWindowPIDs(primaryPid);
+  const auto services = panelServicePIDs(primaryPid);
+  pids.insert(pids.end(), services.begin(), services.end());
+  pids.push_back(primaryPid);
+  return uniquePIDs(pids);
+}
+
+void goToFolder(const StrictChoice& choice) {
+  const DialogRef& dialog = choice.dialog;
+  if (findGoToFolderField(dialog.app)) {
+    setGoToFolderPathAX(dialog.app, dialog.pid, choice.targetPath, choice.stepSeconds);
+  } else if (chooserCurrentFolderMatches(dialog.node.element, choice.targetPath)) {
+    return;
+  } else {
+    openGoToFolderSheet(dialog.pid);
+    sleepSeconds(sheetAppearSeconds);
+    setGoToFolderPathAX(dialog.app, dialog.pid, choice.targetPath);
+  }
+  tapKey(dialog.pid, keyCodeReturn, noModifiers, {}, afterReturnSeconds);
+}
+
+void verifyFolderShown(const StrictChoice& choice) {
+  waitUntil(choice.stepSeconds, verifyPollSeconds,
+            [&] { return chooserReached(choice.dialog.node.element, choice.targetPath); });
+}
+
+void pressChoose(const StrictChoice& choice) {
+  const Element& root = choice.dialog.node.element;
+  const auto button = findButton(root, tables().chooseButtonTitles);
+  if (!button) {
+    throw ToolError::actionFailed(
+        "background-only native folder panel has no AXPress Choose control");
+  }
+  if (!chooserReached(root, choice.targetPath)) {
+    throw ToolError::actionFailed(
+        "background-only AX navigation did not verify target folder before pressing Choose: " +
+        choice.targetPath);
+  }
+  perform("AXPress", button->element);
+}
+
+void waitForClose(const StrictChoice& choice) {
+  waitUntil(choice.stepSeconds, closePollSeconds, [&] {
+    return dialogNodes(choice.dialog.app).empty() &&
+           openDialogs(choice.primaryPid, true, choice.eventPIDs).empty();
+  });
+}
+
+void chooseInPanel(const StrictChoice& choice) {
+  goToFolder(choice);
+  // A Return that already closed the panel leaves nothing to press.
+  if (backgroundOpenPanelWindowPIDs(choice.primaryPid).empty()) return;
+  verifyFolderShown(choice);
+  pressChoose(choice);
+  waitForClose(choice);
+}
+
+}  // namespace
+
+Result chooseFolderByStrictAX(std::int32_t primaryPid, const std::string& targetPath,
+                              double timeoutSeconds, const std::string& volumeRoot,
+                              const std::string& volumeDisplayName,
+                              const std::vector<std::string>& components,
+                              const std::string& basename) {
+  const double searchSeconds =
+      std::min(std::max(shortestSearchSeconds, timeoutSeconds), longestSearchSeconds);
+  const auto eventPIDs = eventPIDsFor(primaryPid);
+  const DialogRef dialog = waitForStrictOpenDialog(primaryPid, eventPIDs, searchSeconds);
+  const StrictChoice choice{primaryPid, eventPIDs, dialog, targetPath,
+                            std::min(searchSeconds, longestStepSeconds)};
+  try {
+    chooseInPanel(choice);
+  } catch (const std::exception& failure) {
+    throw ToolError::actionFailed(
+        std::string("background-only native folder panel key+AX selection failed: ") +
+        failure.what() + "; mouse CGEvent fallback is disabled in strict background mode");
+  }
+  Result result = folderResult(targetPath, volumeRoot, volumeDisplayName, components, basename,
+                               "embedded-chooser-ax-goto-folder-strict-background");
+  result["backgroundOnly"] = true;
+  result["dialogPid"] = dialog.pid;
+  result["dialogApp"] = dialog.label;
+  return result;
+}
+
+}  // namespace tessarine

@@ -1,0 +1,18 @@
+// The command choose-path: a folder through the dialog's go-to-folder sheet, a file by one route
+// after the other.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/result.h"
+
+namespace tessarine {
+
+// Makes the browser's Open panel accept the file or folder. Throws ToolError notFound "path does
+// not exist: " + path before anything touches the screen; timedOut "timed out after " + seconds +
+// "s" when a folder's dialog stays after the retry; otherwise the error of the last route, which
+// carries the texts of the earlier ones.
+Result choosePath(std::int32_t primaryPid, const std::string& targetPath, double timeoutSeconds);
+
+}  // namespace tessarine

@@ -1,0 +1,82 @@
+#include "commands/choose_path_by_keyboard.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "commands/choose_path_by_staging.h"
+#include "commands/dialog_confirmation.h"
+#include "commands/path_result.h"
+#include "core/tool_error.h"
+#include "navigation/go_to_folder.h"
+#include "panels/candidates.h"
+#include "panels/capture.h"
+#include "panels/panel_clicks.h"
+#include "panels/panel_close.h"
+#include "platform/clock.h"
+
+namespace tessarine {
+namespace {
+
+constexpr double longestPanelSeconds = 2.0;
+constexpr double afterNavigationSeconds = 0.35;
+constexpr double afterReturnSeconds = 0.2;
+
+// The browser, then the owners of captured panel windows, once one is on screen.
+std::vector<std::int32_t> waitForEventPIDs(std::int32_t primaryPid, double timeoutSeconds) {
+  const auto owners =
+      waitForBackgroundOpenPanel(primaryPid, std::min(timeoutSeconds, longestPanelSeconds));
+  std::vector<std::int32_t> pids{primaryPid};
+  pids.insert(pids.end(), owners.begin(), owners.end());
+  return uniquePIDs(pids);
+}
+
+void typePathAt(std::int32_t pid, std::int32_t primaryPid, const std::string& path) {
+  clickBackgroundPanelWindow(primaryPid, pid);
+  navigateByGoToFolder(pid, path);
+  sleepSeconds(afterNavigationSeconds);
+  pressReturn(pid, afterReturnSeconds);
+  pressReturn(pid, afterReturnSeconds);
+}
+
+// [812, 913]
+std::string listText(const std::vector<std::int32_t>& pids) {
+  std::string text;
+  for (const std::int32_t pid : pids) {
+    if (!text.empty()) text += ", ";
+    text += std::to_string(pid);
+  }
+  return "[" + text + "]";
+}
+
+}  // namespace
+
+Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& targetPath,
+                                    double timeoutSeconds, const std::string& waitError,
+                                    bool tryMouseFirst) {
+  std::string mouseError;
+  if (tryMouseFirst) {
+    try {
+      return choosePathByTmpStagingMouse(primaryPid, targetPath, timeoutSeconds, waitError);
+    } catch (const std::exception& error) {
+      mouseError = error.what();
+    }
+  }
+  std::vector<std::int32_t> attempted;
+  for (const std::int32_t pid : waitForEventPIDs(primaryPid, timeoutSeconds)) {
+    attempted.push_back(pid);
+    typePathAt(pid, primaryPid, targetPath);
+    if (!waitForPanelClose(primaryPid, closeSeconds(timeoutSeconds))) continue;
+    Result result = withOwner(pathResult(targetPath, "file", "go-to-folder-keyboard-fallback"), pid,
+                              pid == primaryPid ? primaryBrowserLabel : panelServiceLabel);
+    result["axWaitError"] = waitError;
+    result["mouseFallbackError"] = mouseError;
+    result["attemptedPids"] = attempted;
+    return result;
+  }
+  throw ToolError::actionFailed("tmp staging mouse fallback failed: " + mouseError +
+                                "; keyboard fallback did not close open panel; attempted pids: " +
+                                listText(attempted) + "; wait error: " + waitError);
+}
+
+}  // namespace tessarine

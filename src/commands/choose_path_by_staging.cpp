@@ -1,0 +1,124 @@
+#include "commands/choose_path_by_staging.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "commands/path_result.h"
+#include "core/tool_error.h"
+#include "panels/capture.h"
+#include "panels/panel_close.h"
+#include "platform/clock.h"
+#include "platform/events.h"
+#include "platform/files.h"
+
+namespace tessarine {
+namespace {
+
+constexpr double longestPanelSeconds = 2.0;
+constexpr double longestCloseSeconds = 3.0;
+constexpr double afterStagingSeconds = 0.25;
+constexpr double afterRowClickSeconds = 0.22;
+constexpr double secondsAhead = 3600;
+constexpr double openButtonBelow = 80;    // from the panel's bottom edge
+constexpr double firstButtonOffset = 68;  // from its right edge
+constexpr double secondButtonOffset = 86;
+
+// One staging attempt: the panel and what was staged for it.
+struct Staging {
+  std::int32_t primaryPid;
+  std::int32_t clickPid;
+  PanelWindowRef panel;
+  Point row;
+  double closeSeconds;
+};
+
+Point openButtonPoint(const Rect& frame, double offset) {
+  return {frame.x + frame.width - offset, frame.y + frame.height - openButtonBelow};
+}
+
+bool closes(const Staging& staging) {
+  return waitForPanelClose(staging.primaryPid, staging.closeSeconds);
+}
+
+// The point of the Open button whose click closed the panel.
+std::optional<Point> closeByOpenButton(const Staging& staging) {
+  postMouseClick(staging.clickPid, staging.row, 1, false);
+  sleepSeconds(afterRowClickSeconds);
+  for (const double offset : {firstButtonOffset, secondButtonOffset}) {
+    const Point button = openButtonPoint(staging.panel.frame, offset);
+    postMouseClick(staging.clickPid, button, 1, false);
+    if (closes(staging)) return button;
+  }
+  return {};
+}
+
+bool closeByDoubleClick(const Staging& staging) {
+  doubleClickPoint(staging.clickPid, staging.row);
+  return closes(staging);
+}
+
+Result stagingResult(const Staging& staging, const std::string& strategy,
+                     const std::string& targetPath, const std::string& waitError,
+                     const std::string& stagedPath) {
+  Result result =
+      withOwner(pathResult(targetPath, "file", strategy), staging.clickPid, staging.panel.app);
+  result["axWaitError"] = waitError;
+  result["stagedPath"] = stagedPath;
+  result["panelFrame"] = frameObject(staging.panel.frame);
+  result["rowPoint"] = pointObject(staging.row);
+  return result;
+}
+
+std::string fileExtension(const std::string& path) {
+  const std::string name = lastPathComponent(path);
+  const auto dot = name.rfind('.');
+  if (dot == std::string::npos || dot == 0 || dot + 1 == name.size()) return {};
+  return name.substr(dot);
+}
+
+}  // namespace
+
+Result choosePathByTmpStagingMouse(std::int32_t primaryPid, const std::string& targetPath,
+                                   double timeoutSeconds, const std::string& waitError) {
+  waitForBackgroundOpenPanel(primaryPid, std::min(timeoutSeconds, longestPanelSeconds));
+  const std::string stagedPath = stagedTmpCopy(targetPath);
+  sleepSeconds(afterStagingSeconds);
+  const auto panel = largestPanelWindow(primaryPid);
+  if (!panel) {
+    throw ToolError::notFound("background open panel window not found after staging tmp file");
+  }
+  const Staging staging{primaryPid, panel->pid > 0 ? panel->pid : primaryPid, *panel,
+                        firstRowPoint(panel->frame), std::min(timeoutSeconds, longestCloseSeconds)};
+  if (const auto button = closeByOpenButton(staging)) {
+    Result result =
+        stagingResult(staging, "tmp-staging-first-row-mouse", targetPath, waitError, stagedPath);
+    result["openButtonPoint"] = pointObject(*button);
+    return result;
+  }
+  if (closeByDoubleClick(staging)) {
+    return stagingResult(staging, "tmp-staging-first-row-double-click", targetPath, waitError,
+                         stagedPath);
+  }
+  throw ToolError::actionFailed(
+      "tmp staging mouse fallback did not close open panel; staged path: " + stagedPath);
+}
+
+std::string stagedTmpCopy(const std::string& path) {
+  if (!fileExists(path)) throw ToolError::notFound("path does not exist: " + path);
+  if (isDirectory(path)) {
+    throw ToolError::actionFailed("tmp staging mouse fallback only supports files: " + path);
+  }
+  const std::string staged = "/tmp/zorvilet-upload-" + freshUuid() + fileExtension(path);
+  copyFile(path, staged);
+  setModificationDate(staged, currentTime() + secondsAhead);
+  return staged;
+}
+
+Point firstRowPoint(const Rect& panelFrame) {
+  const double right = std::min(std::max(panelFrame.width * 0.26, 360.0), 520.0);
+  const double down = std::min(std::max(panelFrame.height * 0.155, 128.0), 180.0);
+  return {panelFrame.x + right, panelFrame.y + down};
+}
+
+}  // namespace tessarine

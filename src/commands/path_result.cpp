@@ -1,0 +1,25 @@
+#include "commands/path_result.h"
+
+#include <nlohmann/json.hpp>
+
+#include "platform/files.h"
+
+namespace tessarine {
+
+Result pathResult(const std::string& targetPath, const std::string& kind,
+                  const std::string& strategy) {
+  return {{"ok", true},
+          {"command", "choose-path"},
+          {"path", targetPath},
+          {"kind", kind},
+          {"basename", lastPathComponent(targetPath)},
+          {"strategy", strategy}};
+}
+
+Result withOwner(Result result, std::int32_t dialogPid, const std::string& dialogApp) {
+  result["dialogPid"] = dialogPid;
+  result["dialogApp"] = dialogApp;
+  return result;
+}
+
+}  // namespace tessarine

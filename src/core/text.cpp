@@ -1,0 +1,126 @@
+#include "core/text.h"
+
+#include <utf8proc.h>
+
+#include <array>
+
+namespace tessarine {
+namespace {
+
+constexpr char32_t replacementCharacter = 0xFFFD;
+
+// Takes the first scalar off the text; a byte that begins none is taken alone, as U+FFFD.
+char32_t takeScalar(std::string_view& text, bool* valid = nullptr) {
+  utf8proc_int32_t scalar = 0;
+  const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                       static_cast<utf8proc_ssize_t>(text.size()), &scalar);
+  if (valid != nullptr) *valid = length > 0;
+  text.remove_prefix(length > 0 ? static_cast<std::size_t>(length) : 1);
+  return length > 0 ? static_cast<char32_t>(scalar) : replacementCharacter;
+}
+
+void appendUtf8(std::string& text, char32_t scalar) {
+  std::array<utf8proc_uint8_t, 4> bytes{};
+  const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(scalar), bytes.data());
+  text.append(bytes.begin(), bytes.begin() + length);
+}
+
+bool isHighSurrogate(char16_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool isLowSurrogate(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+bool isWhiteSpace(char32_t scalar) {
+  if ((scalar >= 0x09 && scalar <= 0x0D) || scalar == 0x85) return true;
+  const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(scalar));
+  return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
+         category == UTF8PROC_CATEGORY_ZP;
+}
+
+}  // namespace
+
+bool isUtf8(std::string_view text) {
+  bool valid = true;
+  while (valid && !text.empty()) takeScalar(text, &valid);
+  return valid;
+}
+
+std::u32string toScalars(std::string_view text) {
+  std::u32string scalars;
+  while (!text.empty()) scalars.push_back(takeScalar(text));
+  return scalars;
+}
+
+std::u16string toUtf16(std::string_view text) {
+  std::u16string units;
+  for (const char32_t scalar : toScalars(text)) units += toUtf16(scalar);
+  return units;
+}
+
+std::u16string toUtf16(char32_t scalar) {
+  if (scalar < 0x10000) return {static_cast<char16_t>(scalar)};
+  const char32_t offset = scalar - 0x10000;
+  return {static_cast<char16_t>(0xD800 + (offset >> 10)),
+          static_cast<char16_t>(0xDC00 + (offset & 0x3FF))};
+}
+
+std::string fromUtf16(std::u16string_view text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+      const auto high = static_cast<char32_t>(unit - 0xD800);
+      const auto low = static_cast<char32_t>(text[++i] - 0xDC00);
+      appendUtf8(result, 0x10000 + (high << 10) + low);
+    } else {
+      appendUtf8(result,
+                 isHighSurrogate(unit) || isLowSurrogate(unit) ? replacementCharacter : unit);
+    }
+  }
+  return result;
+}
+
+std::size_t characterCount(std::string_view text) {
+  std::size_t count = 0;
+  utf8proc_int32_t state = 0;
+  char32_t previous = 0;
+  for (const char32_t scalar : toScalars(text)) {
+    const bool breaks = utf8proc_grapheme_break_stateful(
+        static_cast<utf8proc_int32_t>(previous), static_cast<utf8proc_int32_t>(scalar), &state);
+    if (count == 0 || breaks) ++count;
+    previous = scalar;
+  }
+  return count;
+}
+
+std::string trimmed(std::string_view text) {
+  std::string_view rest = text;
+  std::size_t begin = text.size();
+  std::size_t end = 0;
+  while (!rest.empty()) {
+    const std::size_t offset = text.size() - rest.size();
+    if (isWhiteSpace(takeScalar(rest))) continue;
+    if (begin == text.size()) begin = offset;
+    end = text.size() - rest.size();
+  }
+  return std::string(begin < end ? text.substr(begin, end - begin) : std::string_view());
+}
+
+std::vector<std::string> splitDroppingEmpty(std::string_view text, char separator) {
+  std::vector<std::string> pieces;
+  while (!text.empty()) {
+    const auto end = text.find(separator);
+    const std::string_view piece = text.substr(0, end);
+    if (!piece.empty()) pieces.emplace_back(piece);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+  return pieces;
+}
+
+bool contains(std::string_view text, std::string_view piece) {
+  return text.find(piece) != std::string_view::npos;
+}
+
+}  // namespace tessarine

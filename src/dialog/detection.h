@@ -1,0 +1,64 @@
+// Finding the Open dialog: which element is the root of one, where to look for it, and waiting for
+// it to appear.
+//
+// A dialog is a window or sheet with an Open title, or, in the browser only, a chooser that stands
+// in a window without one. Titles are matched exactly. No search reports an error; only the waits
+// fail.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/element.h"
+
+namespace tessarine {
+
+// Whether the element has a dialog role ("AXWindow", "AXSheet", "AXDialog") and an Open title, or,
+// failing that, an Open description.
+bool isOpenDialogRoot(const Element& element);
+
+// A dialog among the application's focused and main windows, or else shallowly below them.
+std::optional<NodeRef> fastDialogNodes(const Element& app);
+
+// That dialog alone, or else every top-level window that is a dialog.
+std::vector<NodeRef> dialogNodes(const Element& app);
+
+// The root of a chooser embedded in one of the application's windows, the last window first: the
+// window itself, or the container around its location pop-up.
+std::optional<NodeRef> findEmbeddedChooserRoot(const Element& app);
+
+// Whether the subtree carries the controls of a chooser: Cancel and Choose buttons together with a
+// wide confirmable text field, or, where there is no such field, with a location pop-up, a list
+// view or the text of an extension-folder chooser.
+bool subtreeHasChooserSignature(const Element& element);
+
+// The dialogs of one candidate application; an embedded chooser is looked for only in the browser,
+// and only when it shows no other dialog.
+std::vector<DialogRef> dialogsOf(const AppRef& candidate, bool includeEmbedded);
+
+// The dialogs of all candidate applications, in their order.
+std::vector<DialogRef> openDialogs(std::int32_t primaryPid, bool includeEmbedded,
+                                   const std::vector<std::int32_t>& additionalPIDs);
+
+// Polls every 0.15 s for a dialog: the browser's first one, or else the last one found. Throws
+// ToolError timedOut "timed out after " + timeoutSeconds + "s"; a time-out of 0 does so at once.
+DialogRef waitForOpenDialog(std::int32_t primaryPid, double timeoutSeconds, bool includeEmbedded,
+                            const std::vector<std::int32_t>& additionalPIDs);
+
+// Waits for a dialog that may sit in a background process which has not yet built its accessibility
+// tree: looks for it, then prompts each process in turn with Command-Shift-G, which makes it build
+// the tree. Works for `timeoutSeconds`, but at least 0.5 s and at most 4.0 s. Throws ToolError
+// notFound "open dialog not found after process-directed AX priming", or what the last
+// waitForOpenDialog throws.
+DialogRef waitForStrictOpenDialog(std::int32_t primaryPid,
+                                  const std::vector<std::int32_t>& eventPIDs,
+                                  double timeoutSeconds);
+
+// Whether some candidate application shows a dialog or, in the browser, an embedded chooser.
+bool dialogIsOpen(std::int32_t primaryPid);
+
+// Whether the application shows neither a dialog nor an embedded chooser.
+bool chooserIsGone(const Element& app);
+
+}  // namespace tessarine

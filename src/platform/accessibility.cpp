@@ -1,0 +1,206 @@
+#include "platform/accessibility.h"
+
+#include <algorithm>
+
+#include "core/tool_error.h"
+#include "platform/cf_values.h"
+#include "platform/files.h"
+
+namespace tessarine {
+namespace {
+
+bool isElement(CFTypeRef value) {
+  return CFGetTypeID(value) == AXUIElementGetTypeID();
+}
+
+Element sharedElement(CFTypeRef value) {
+  return Element(CfRef<AXUIElementRef>::share(static_cast<AXUIElementRef>(value)));
+}
+
+std::string textOrEmpty(const Element& element, const std::string& attribute) {
+  return axString(element, attribute).value_or("");
+}
+
+// Calls `visit` with each member of the value, if the value is a list.
+template <class Visit>
+void forEachMember(CFTypeRef value, Visit visit) {
+  if (value == nullptr || CFGetTypeID(value) != CFArrayGetTypeID()) return;
+  const auto list = static_cast<CFArrayRef>(value);
+  const CFIndex count = CFArrayGetCount(list);
+  for (CFIndex i = 0; i < count; ++i) visit(CFArrayGetValueAtIndex(list, i));
+}
+
+void appendFocusedAndMain(const Element& app, std::vector<Element>& windows) {
+  for (const char* attribute : {"AXFocusedWindow", "AXMainWindow"}) {
+    const auto window = axElementAttribute(app, attribute);
+    if (window && std::find(windows.begin(), windows.end(), *window) == windows.end()) {
+      windows.push_back(*window);
+    }
+  }
+}
+
+// Reads a point or a size; leaves `target` alone when the value is no such thing.
+void readGeometry(CFTypeRef value, AXValueType type, void* target) {
+  if (CFGetTypeID(value) != AXValueGetTypeID()) return;
+  AXValueGetValue(static_cast<AXValueRef>(value), type, target);
+}
+
+int setValue(const Element& element, const std::string& attribute, CFTypeRef value) {
+  return AXUIElementSetAttributeValue(element.get(), makeCfString(attribute).get(), value);
+}
+
+int performAction(const std::string& action, const Element& element) {
+  return AXUIElementPerformAction(element.get(), makeCfString(action).get());
+}
+
+}  // namespace
+
+CfRef<CFTypeRef> axValue(const Element& element, const std::string& attribute) {
+  CFTypeRef value = nullptr;
+  const auto name = makeCfString(attribute);
+  if (AXUIElementCopyAttributeValue(element.get(), name.get(), &value) != kAXErrorSuccess) {
+    return {};
+  }
+  return CfRef<CFTypeRef>::adopt(value);
+}
+
+std::optional<std::string> axString(const Element& element, const std::string& attribute) {
+  return textValue(axValue(element, attribute).get());
+}
+
+std::optional<Element> axElementAttribute(const Element& element, const std::string& attribute) {
+  const auto value = axValue(element, attribute);
+  if (!value || !isElement(value.get())) return {};
+  return sharedElement(value.get());
+}
+
+std::vector<Element> axElements(const Element& element, const std::string& attribute) {
+  const auto value = axValue(element, attribute);
+  std::vector<Element> elements;
+  bool onlyElements = true;
+  forEachMember(value.get(), [&](CFTypeRef member) {
+    onlyElements = onlyElements && isElement(member);
+    if (onlyElements) elements.push_back(sharedElement(member));
+  });
+  return onlyElements ? elements : std::vector<Element>();
+}
+
+bool axIsTrue(const Element& element, const std::string& attribute) {
+  return isTrue(axValue(element, attribute).get());
+}
+
+std::string axRole(const Element& element) {
+  return textOrEmpty(element, "AXRole");
+}
+
+std::string axTitle(const Element& element) {
+  return textOrEmpty(element, "AXTitle");
+}
+
+std::string axSubrole(const Element& element) {
+  return textOrEmpty(element, "AXSubrole");
+}
+
+std::string axDescription(const Element& element) {
+  return textOrEmpty(element, "AXDescription");
+}
+
+std::string axInputValue(const Element& element) {
+  return textOrEmpty(element, "AXValue");
+}
+
+std::string fileNameAttribute(const Element& element) {
+  return textOrEmpty(element, "AXFilename");
+}
+
+std::string displayLabel(const Element& element) {
+  for (const auto read : {axTitle, axInputValue, axDescription}) {
+    std::string text = read(element);
+    if (!text.empty()) return text;
+  }
+  return {};
+}
+
+std::vector<Element> axChildren(const Element& element) {
+  return axElements(element, "AXChildren");
+}
+
+std::optional<Element> axParent(const Element& element) {
+  const auto parent = axValue(element, "AXParent");
+  if (!parent) return {};
+  return sharedElement(parent.get());
+}
+
+std::vector<std::string> axActions(const Element& element) {
+  CFArrayRef names = nullptr;
+  if (AXUIElementCopyActionNames(element.get(), &names) != kAXErrorSuccess) return {};
+  const auto list = CfRef<CFArrayRef>::adopt(names);
+  std::vector<std::string> actions;
+  forEachMember(list.get(), [&](CFTypeRef name) {
+    if (auto text = textValue(name)) actions.push_back(std::move(*text));
+  });
+  return actions;
+}
+
+Rect axFrame(const Element& element) {
+  const auto position = axValue(element, "AXPosition");
+  const auto size = axValue(element, "AXSize");
+  if (!position || !size) return {};
+  CGPoint origin{};
+  CGSize extent{};
+  readGeometry(position.get(), kAXValueTypeCGPoint, &origin);
+  readGeometry(size.get(), kAXValueTypeCGSize, &extent);
+  return {origin.x, origin.y, extent.width, extent.height};
+}
+
+std::optional<std::string> axURLPath(const Element& element) {
+  const auto value = axValue(element, "AXURL");
+  if (const auto path = locationPath(value.get())) return standardizedPath(*path);
+  const auto text = textValue(value.get());
+  if (!text) return {};
+  const auto path = fileLocationPath(*text);
+  return path ? standardizedPath(*path) : *text;
+}
+
+std::vector<Element> focusedAndMainWindows(const Element& app) {
+  std::vector<Element> windows;
+  appendFocusedAndMain(app, windows);
+  return windows;
+}
+
+std::vector<Element> topLevelWindows(const Element& app) {
+  std::vector<Element> windows = axElements(app, "AXWindows");
+  appendFocusedAndMain(app, windows);
+  return windows;
+}
+
+int setText(const Element& element, const std::string& attribute, const std::string& text) {
+  return setValue(element, attribute, makeCfString(text).get());
+}
+
+int setTrue(const Element& element, const std::string& attribute) {
+  return setValue(element, attribute, kCFBooleanTrue);
+}
+
+int setElements(const Element& element, const std::string& attribute,
+                const std::vector<Element>& elements) {
+  std::vector<const void*> members;
+  for (const Element& member : elements) members.push_back(member.get());
+  const auto list = CfRef<CFArrayRef>::adopt(CFArrayCreate(kCFAllocatorDefault, members.data(),
+                                                           static_cast<CFIndex>(members.size()),
+                                                           &kCFTypeArrayCallBacks));
+  return setValue(element, attribute, list.get());
+}
+
+void perform(const std::string& action, const Element& element) {
+  const int code = performAction(action, element);
+  if (code != kAXErrorSuccess) {
+    throw ToolError::actionFailed("AX action " + action + " failed: " + std::to_string(code));
+  }
+}
+
+bool tryAction(const std::string& action, const Element& element) {
+  return performAction(action, element) == kAXErrorSuccess;
+}
+
+}  // namespace tessarine

@@ -1,0 +1,73 @@
+// Reading and acting on user-interface elements of other processes.
+//
+// Every read is a synchronous request to the element's process and may block for as long as the
+// platform's messaging time-out. Readers never fail: a missing attribute, a failed request or a
+// value of another type reads as empty. Only `perform` reports failure.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/geometry.h"
+#include "platform/cf_ref.h"
+#include "platform/element.h"
+
+namespace tessarine {
+
+// --- Attributes, by their platform names. ---
+
+// The attribute's value, empty when the request failed or yielded nothing.
+CfRef<CFTypeRef> axValue(const Element& element, const std::string& attribute);
+// Absent when the value is not a text.
+std::optional<std::string> axString(const Element& element, const std::string& attribute);
+// Absent when the value is not an element.
+std::optional<Element> axElementAttribute(const Element& element, const std::string& attribute);
+// Empty when the value is not a list of elements.
+std::vector<Element> axElements(const Element& element, const std::string& attribute);
+// Whether the value is the boolean true.
+bool axIsTrue(const Element& element, const std::string& attribute);
+
+std::string axRole(const Element& element);             // "AXRole"
+std::string axTitle(const Element& element);            // "AXTitle"
+std::string axSubrole(const Element& element);          // "AXSubrole"
+std::string axDescription(const Element& element);      // "AXDescription"
+std::string axInputValue(const Element& element);       // "AXValue" when it is a text
+std::string fileNameAttribute(const Element& element);  // "AXFilename"
+
+// The first of title, input value and description that is not empty.
+std::string displayLabel(const Element& element);
+
+std::vector<Element> axChildren(const Element& element);
+std::optional<Element> axParent(const Element& element);
+std::vector<std::string> axActions(const Element& element);
+
+// Position and size in screen points, origin at the top left of the main display; all zeros when
+// either is missing.
+Rect axFrame(const Element& element);
+
+// The standardized path that "AXURL" names: of a location object whatever its scheme, of a text
+// that is a file location; any other text unchanged.
+std::optional<std::string> axURLPath(const Element& element);
+
+// --- Windows of an application. ---
+
+// The focused window, then the main one unless it is the same.
+std::vector<Element> focusedAndMainWindows(const Element& app);
+// "AXWindows" in the order delivered, then the focused and main windows that are not among them.
+std::vector<Element> topLevelWindows(const Element& app);
+
+// --- Writing and acting. ---
+
+// Each answers the platform's error code, 0 for success.
+int setText(const Element& element, const std::string& attribute, const std::string& text);
+int setTrue(const Element& element, const std::string& attribute);
+int setElements(const Element& element, const std::string& attribute,
+                const std::vector<Element>& elements);
+
+// Throws ToolError actionFailed "AX action " + action + " failed: " + the platform's error code.
+void perform(const std::string& action, const Element& element);
+// Whether the action succeeded.
+bool tryAction(const std::string& action, const Element& element);
+
+}  // namespace tessarine

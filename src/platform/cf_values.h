@@ -1,0 +1,31 @@
+// Between the platform's CoreFoundation values and this program's own.
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/cf_ref.h"
+
+namespace tessarine {
+
+// Bytes that are not UTF-8 become U+FFFD.
+CfRef<CFStringRef> makeCfString(std::string_view text);
+
+// The text, if the value is one; absent for any other value and for none.
+std::optional<std::string> textValue(CFTypeRef value);
+
+// True exactly for the boolean true.
+bool isTrue(CFTypeRef value);
+
+// The path of a location object, percent escapes decoded, without a trailing slash; a
+// file-reference location is resolved to the file that it names. Absent when the value is no
+// location, or one without a path.
+std::optional<std::string> locationPath(CFTypeRef value);
+
+// The path of a text that is a location of the file scheme; absent for any other text.
+std::optional<std::string> fileLocationPath(const std::string& text);
+
+}  // namespace tessarine

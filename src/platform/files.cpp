@@ -1,0 +1,111 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+
+namespace tessarine {
+
+namespace fs = std::filesystem;
+
+std::string standardizedPath(const std::string& path) {
+  std::error_code failed;
+  std::string standardized = fs::absolute(path.empty() ? "." : path, failed).lexically_normal();
+  while (standardized.size() > 1 && standardized.ends_with('/')) standardized.pop_back();
+  return standardized;
+}
+
+std::vector<std::string> pathComponents(const std::string& path) {
+  const fs::path standardized(path);
+  return {standardized.begin(), standardized.end()};
+}
+
+std::string lastPathComponent(const std::string& path) {
+  return path == "/" ? path : fs::path(path).filename().string();
+}
+
+std::string parentDirectory(const std::string& path) {
+  return fs::path(path).parent_path();
+}
+
+std::string appendingComponent(const std::string& path, const std::string& component) {
+  return fs::path(path) / component;
+}
+
+bool fileExists(const std::string& path) {
+  std::error_code failed;
+  return fs::exists(path, failed);
+}
+
+bool isDirectory(const std::string& path) {
+  std::error_code failed;
+  return fs::is_directory(path, failed);
+}
+
+bool isExecutableFile(const std::string& path) {
+  return access(path.c_str(), X_OK) == 0;
+}
+
+void removeFile(const std::string& path) {
+  std::error_code failed;
+  fs::remove(path, failed);
+}
+
+void copyFile(const std::string& from, const std::string& to) {
+  fs::copy_file(from, to);
+}
+
+void setModificationDate(const std::string& path, double secondsSince1970) {
+  const double whole = std::floor(secondsSince1970);
+  struct timespec modified {};
+  modified.tv_sec = static_cast<time_t>(whole);
+  modified.tv_nsec = static_cast<long>((secondsSince1970 - whole) * 1e9);
+  struct timespec untouched {};
+  untouched.tv_nsec = UTIME_OMIT;
+  const std::array<struct timespec, 2> times{untouched, modified};
+  if (utimensat(AT_FDCWD, path.c_str(), times.data(), 0) != 0) {
+    throw fs::filesystem_error("cannot set the modification date", path,
+                               std::error_code(errno, std::generic_category()));
+  }
+}
+
+std::string temporaryDirectory() {
+  std::error_code failed;
+  const std::string directory = fs::temp_directory_path(failed);
+  return failed ? "/tmp" : directory;
+}
+
+std::string ownPid() {
+  return std::to_string(getpid());
+}
+
+std::string freshUuid() {
+  // Random in all but the version (4) and variant (10 in binary) fields, as RFC 4122 lays down.
+  std::random_device source;
+  std::array<std::uint8_t, 16> bytes{};
+  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(source() & 0xFF);
+  bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);
+  bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);
+  std::string text;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+    text += "0123456789ABCDEF"[bytes[i] >> 4];
+    text += "0123456789ABCDEF"[bytes[i] & 0x0F];
+  }
+  return text;
+}
+
+std::string environmentVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+}  // namespace tessarine

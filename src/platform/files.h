@@ -1,0 +1,51 @@
+// The file system and the environment, and paths as this program writes them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tessarine {
+
+// The absolute path without "." and ".." components, repeated slashes and a trailing slash; a
+// relative path is resolved against the current directory. Symbolic links are not followed.
+std::string standardizedPath(const std::string& path);
+
+// The components of a standardized path: "/" first, then one for each level.
+std::vector<std::string> pathComponents(const std::string& path);
+
+// The last component of a standardized path ("/" for the root).
+std::string lastPathComponent(const std::string& path);
+
+// The path without its last component.
+std::string parentDirectory(const std::string& path);
+
+// The path with one more component.
+std::string appendingComponent(const std::string& path, const std::string& component);
+
+// Symbolic links are followed; a broken one does not exist.
+bool fileExists(const std::string& path);
+bool isDirectory(const std::string& path);
+bool isExecutableFile(const std::string& path);
+
+// Removes the file if it is there; a failure is ignored.
+void removeFile(const std::string& path);
+
+// Copies a file to a path where nothing stands yet. Throws std::filesystem::filesystem_error.
+void copyFile(const std::string& from, const std::string& to);
+
+// Sets the modification date, in seconds since 1970. Throws std::filesystem::filesystem_error.
+void setModificationDate(const std::string& path, double secondsSince1970);
+
+// The system's folder for temporary files.
+std::string temporaryDirectory();
+
+// This process's identifier, in decimal.
+std::string ownPid();
+
+// A new random UUID in its canonical upper-case form.
+std::string freshUuid();
+
+// Empty when the variable is not set.
+std::string environmentVariable(const std::string& name);
+
+}  // namespace tessarine

@@ -1,0 +1,140 @@
+#include "platform/child_process.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <optional>
+
+extern char** environ;
+
+namespace tessarine {
+
+class ChildProcess {
+ public:
+  pid_t pid = 0;
+  int standardOutput = -1;
+  int standardError = -1;
+  std::optional<int> exitStatus;
+};
+
+namespace {
+
+// Both ends of a pipe; neither is inherited by children unless it is handed to them.
+struct Pipe {
+  int readEnd = -1;
+  int writeEnd = -1;
+};
+
+std::optional<Pipe> openPipe() {
+  std::array<int, 2> ends{};
+  if (pipe(ends.data()) != 0) return {};
+  for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
+  return Pipe{ends[0], ends[1]};
+}
+
+void closePipe(const std::optional<Pipe>& pipe) {
+  if (!pipe) return;
+  close(pipe->readEnd);
+  close(pipe->writeEnd);
+}
+
+int spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& arguments,
+          int outputEnd, int errorEnd) {
+  std::vector<char*> argv{const_cast<char*>(path.c_str())};
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions{};
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, outputEnd, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, errorEnd, STDERR_FILENO);
+  const int failure = posix_spawn(&pid, path.c_str(), &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  return failure;
+}
+
+int statusOf(int waited) {
+  return WIFEXITED(waited) ? WEXITSTATUS(waited) : WTERMSIG(waited);
+}
+
+// Collects the exit status; with WNOHANG only if the child has exited. A child that somebody else
+// collected counts as failed.
+void collect(ChildProcess& child, int flags) {
+  if (child.exitStatus) return;
+  int waited = 0;
+  pid_t collected = 0;
+  do {
+    collected = waitpid(child.pid, &waited, flags);
+  } while (collected < 0 && errno == EINTR);
+  if (collected > 0) child.exitStatus = statusOf(waited);
+  if (collected < 0) child.exitStatus = SIGCHLD;
+}
+
+std::string readToEnd(int descriptor) {
+  std::string text;
+  std::array<char, 16384> buffer{};
+  for (;;) {
+    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return text;
+    text.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+}
+
+}  // namespace
+
+void ChildProcessDeleter::operator()(ChildProcess* child) const {
+  close(child->standardOutput);
+  close(child->standardError);
+  collect(*child, WNOHANG);
+  delete child;
+}
+
+StartedChild startChild(const std::string& path, const std::vector<std::string>& arguments) {
+  const auto output = openPipe();
+  const auto errors = output ? openPipe() : std::nullopt;
+  if (!errors) {
+    const std::string reason = std::strerror(errno);
+    closePipe(output);
+    return {nullptr, reason};
+  }
+  pid_t pid = 0;
+  const int failure = spawn(pid, path, arguments, output->writeEnd, errors->writeEnd);
+  if (failure != 0) {
+    closePipe(output);
+    closePipe(errors);
+    return {nullptr, std::strerror(failure)};
+  }
+  close(output->writeEnd);
+  close(errors->writeEnd);
+  return {ChildProcessPtr(new ChildProcess{pid, output->readEnd, errors->readEnd, {}}), {}};
+}
+
+bool isRunning(ChildProcess& child) {
+  collect(child, WNOHANG);
+  return !child.exitStatus;
+}
+
+int waitForExit(ChildProcess& child) {
+  collect(child, 0);
+  return *child.exitStatus;
+}
+
+void terminate(ChildProcess& child) {
+  if (!child.exitStatus) kill(child.pid, SIGTERM);
+}
+
+std::string readStandardOutput(ChildProcess& child) {
+  return readToEnd(child.standardOutput);
+}
+
+std::string readStandardError(ChildProcess& child) {
+  return readToEnd(child.standardError);
+}
+
+}  // namespace tessarine
