@@ -1,0 +1,178 @@
+#include "simulator/desktop/desktop.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "simulator/desktop/unmodelled.h"
+
+namespace simulator {
+namespace {
+
+// Assumed: from asking an application to come forward until it is in front.
+constexpr Seconds activation_delay = 0.05;
+
+constexpr int terminated_status = 15;
+
+std::string fileName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+}  // namespace
+
+Desktop::Desktop() : screens_{{0, 0, 1440, 900}} {}
+
+Desktop::~Desktop() = default;
+
+Seconds Desktop::now() const {
+  return now_;
+}
+
+void Desktop::advanceTo(Seconds time) {
+  while (!schedule_.empty() && schedule_.begin()->first.time <= time) {
+    auto due = schedule_.extract(schedule_.begin());
+    now_ = std::max(now_, due.key().time);
+    due.mapped()();
+  }
+  now_ = std::max(now_, time);
+}
+
+std::optional<Seconds> Desktop::nextDeadline() const {
+  if (schedule_.empty()) return std::nullopt;
+  return schedule_.begin()->first.time;
+}
+
+void Desktop::schedule(Seconds delay, std::function<void()> effect) {
+  assert(delay >= 0);
+  schedule_.emplace(Scheduled{now_ + delay, next_order_++}, std::move(effect));
+}
+
+void Desktop::noteMilestone(const std::string& text) {
+  record_.add(now_, Milestone{text});
+}
+
+// --- Processes. ---
+
+Process& Desktop::addProcess(const ProcessOptions& options) {
+  ProcessOptions chosen = options;
+  while (chosen.pid == 0 || (options.pid == 0 && findProcess(chosen.pid) != nullptr)) {
+    chosen.pid = next_pid_++;
+  }
+  assert(findProcess(chosen.pid) == nullptr);
+  assert(!chosen.host || findProcess(*chosen.host) != nullptr);
+  processes_.push_back(std::make_unique<Process>(chosen));
+  return *processes_.back();
+}
+
+const Process* Desktop::findProcess(Pid pid) const {
+  for (const auto& process : processes_) {
+    if (process->pid == pid) return process.get();
+  }
+  return nullptr;
+}
+
+Process* Desktop::findProcess(Pid pid) {
+  return const_cast<Process*>(std::as_const(*this).findProcess(pid));
+}
+
+const Element* Desktop::findElement(ElementId id) const {
+  const Process* process = findProcess(id.pid);
+  if (process == nullptr || process->terminated) return nullptr;
+  const auto found = process->elements.living.find(id.number);
+  return found == process->elements.living.end() ? nullptr : found->second;
+}
+
+Element* Desktop::findElement(ElementId id) {
+  return const_cast<Element*>(std::as_const(*this).findElement(id));
+}
+
+void Desktop::terminateProcess(Pid pid, bool remembered) {
+  Process* process = findProcess(pid);
+  assert(process != nullptr && !process->terminated);
+  process->terminated = true;
+  process->remembered = remembered;
+  process->receivers.clear();
+  for (std::size_t at = 0; at < windows_.size();) {
+    if (windows_[at]->owner == pid) {
+      removeWindow(windows_[at]->number);
+      at = 0;  // the windows attached to it are gone as well
+    } else {
+      ++at;
+    }
+  }
+  process->root.removeChildren();
+  if (frontmost_ != pid) return;
+
+  for (const auto& window : windows_) {
+    const Process& next = *findProcess(applicationOf(window->owner));
+    if (window->on_screen && next.application && !next.terminated) return setFrontmost(next.pid);
+  }
+  setFrontmost(std::nullopt);
+}
+
+void Desktop::setFrontmost(std::optional<Pid> pid) {
+  if (frontmost_ == pid) return;
+  assert(!pid || (findProcess(*pid)->application && !findProcess(*pid)->terminated));
+  record_.add(now_, FrontmostChanged{frontmost_, pid});
+  frontmost_ = pid;
+  // Assumed: all windows of the application come forward.
+  std::stable_partition(windows_.begin(), windows_.end(),
+                        [this](const auto& window) { return belongsToFrontmost(*window); });
+}
+
+bool Desktop::activate(Pid pid, Origin origin) {
+  record_.add(now_, ActivationAsked{pid, origin});
+  const Process* process = findProcess(pid);
+  if (process == nullptr || process->terminated || !process->application) return false;
+  schedule(activation_delay, [this, process] {
+    if (!process->terminated) setFrontmost(process->pid);
+  });
+  return true;
+}
+
+void Desktop::setScreens(std::vector<Rect> screens) {
+  assert(!screens.empty());
+  screens_ = std::move(screens);
+}
+
+// --- Programs. ---
+
+void Desktop::installProgram(const std::string& path_or_name, ProgramMain main) {
+  programs_[path_or_name] = std::move(main);
+}
+
+const ProgramMain* Desktop::findProgram(const std::string& path) const {
+  for (const std::string& key : {path, fileName(path)}) {
+    if (faults_.missing_programs.contains(key)) return nullptr;
+    const auto found = programs_.find(key);
+    if (found != programs_.end()) return &found->second;
+  }
+  return nullptr;
+}
+
+bool Desktop::hasProgram(const std::string& path) const {
+  return findProgram(path) != nullptr;
+}
+
+ProgramId Desktop::startProgram(const std::string& path,
+                                const std::vector<std::string>& arguments) {
+  const ProgramMain* main = findProgram(path);
+  if (main == nullptr) abortUnmodelled("the program " + path);
+  const ProgramId id = runs_.size() + 1;
+  runs_.push_back(std::make_shared<ProgramRun>(*this, id, path, arguments));
+  record_.add(now_, ProgramStarted{id, path, arguments});
+  (*main)(*runs_.back());
+  return id;
+}
+
+std::optional<ProgramResult> Desktop::programResult(ProgramId id) const {
+  const ProgramRun& run = *runs_.at(id - 1);
+  if (!run.ended()) return std::nullopt;
+  return run.result();
+}
+
+void Desktop::terminateProgram(ProgramId id) {
+  ProgramRun& run = *runs_.at(id - 1);
+  if (!run.ended()) run.end(terminated_status);
+}
+
+}  // namespace simulator

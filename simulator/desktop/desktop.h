@@ -1,0 +1,185 @@
+// The simulated desktop: processes, applications, screens, windows, element trees, input routing,
+// programs and the record of everything that was asked of it. One object is one login session.
+//
+// The desktop keeps its own time and never reads a clock. Whoever drives it moves its time: the
+// virtual clock in tests, the wall clock in the service.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "simulator/desktop/element.h"
+#include "simulator/desktop/input.h"
+#include "simulator/desktop/process.h"
+#include "simulator/desktop/program.h"
+#include "simulator/desktop/record.h"
+#include "simulator/desktop/request.h"
+#include "simulator/desktop/value.h"
+#include "simulator/desktop/window.h"
+
+namespace simulator {
+
+// The language in which the desktop shows names.
+enum class Language { english, simplifiedChinese, german };
+
+// What is wrong with this desktop. Nothing, by default.
+struct Faults {
+  bool untrusted = false;          // accessibility answers -25204, posted events are dropped
+  std::set<Pid> silent_processes;  // accessibility requests to these are never answered
+  std::set<std::string> missing_programs;  // by path or by file name: cannot be started
+  bool script_hangs = false;               // osascript never ends
+  bool capture_helper_hangs = false;       // background-window-capture never ends
+  bool ps_prints_nothing = false;
+  bool screen_recording_denied = false;  // window titles are hidden, no window can be captured
+};
+
+// The price of a request to a process that never answers: longer than anyone waits.
+inline constexpr Seconds never_answered_price = 1e9;
+
+class Desktop {
+ public:
+  Desktop();
+  ~Desktop();
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+
+  // --- Time. ---
+  Seconds now() const;
+  // Moves time forward to `time` (never back), running everything scheduled up to it in order.
+  void advanceTo(Seconds time);
+  // The time of the next thing that will happen by itself, absent when nothing is scheduled.
+  std::optional<Seconds> nextDeadline() const;
+
+  // --- Requests. ---
+  // How long a request takes before it is answered. The caller lets that much time pass and calls
+  // `answer` then: the answer shows the desktop as it is at the end of the request.
+  Seconds price(const Request& request) const;
+  Reply answer(const Request& request);
+
+  // --- Programs of the desktop ("/bin/ps", "/usr/bin/osascript", "background-window-capture"). ---
+  // Whether the desktop has a program of that path; the capture helper is known by its file name.
+  bool hasProgram(const std::string& path) const;
+  // Starts a program; it runs as time moves. `arguments` do not include the program's own name.
+  ProgramId startProgram(const std::string& path, const std::vector<std::string>& arguments);
+  // Absent while the program runs.
+  std::optional<ProgramResult> programResult(ProgramId id) const;
+  // Ends a running program at once (as a SIGTERM would): exit status 15, no further effects.
+  void terminateProgram(ProgramId id);
+
+  // --- What happened. ---
+  const Record& record() const { return record_; }
+
+  // --- From here on: for those who build the desktop and play its processes. ---
+  Record& record() { return record_; }
+  void noteMilestone(const std::string& text);
+
+  // Runs `effect` once time has moved on by `delay` (seconds, not negative). Effects of the same
+  // time run in the order in which they were scheduled, also those scheduled by an effect.
+  void schedule(Seconds delay, std::function<void()> effect);
+
+  // A process's host must exist. References to processes stay valid as long as the desktop, those
+  // to windows until their removal. Finders give null for what does not exist; a terminated process
+  // is still found.
+  Process& addProcess(const ProcessOptions& options);
+  Process* findProcess(Pid pid);
+  const Process* findProcess(Pid pid) const;
+  const std::vector<std::unique_ptr<Process>>& processes() const { return processes_; }
+  // Ends a process: its windows close, its elements go stale, and when it was frontmost the
+  // application of the topmost window left becomes frontmost. A `remembered` application is still
+  // answered for as "known but terminated".
+  void terminateProcess(Pid pid, bool remembered);
+  Element* findElement(ElementId id);  // null for a stale number and for a terminated process
+  const Element* findElement(ElementId id) const;
+
+  // Opens a window; `window.number` is chosen here. It opens in front of everything, except that a
+  // window of a background application opens behind the windows of the frontmost one. A window
+  // whose element is a child of the application element gets an "AXRaise" action.
+  Window& addWindow(Window window);
+  // Closes a window and removes its element from the tree. Nothing happens for an unknown number.
+  void removeWindow(std::uint32_t number);
+  Window* findWindow(std::uint32_t number);
+  void raiseWindow(std::uint32_t number);  // in front of everything
+  const std::vector<std::unique_ptr<Window>>& windows() const { return windows_; }  // front first
+  // The topmost window on the screen at the point, of `owner` alone when given; null without one.
+  Window* windowAt(Point point, std::optional<Pid> owner = {});
+
+  // The frontmost application. Its windows, and those of processes that draw for it, come forward.
+  std::optional<Pid> frontmost() const { return frontmost_; }
+  void setFrontmost(std::optional<Pid> pid);
+  // Asks an application to come forward; it is frontmost 0.05 s later. False when there is no such
+  // application.
+  bool activate(Pid pid, Origin origin);
+
+  // Posts an event. To a process: its receivers alone see it, a mouse event only over a window of
+  // that process. To the session: a key goes to the frontmost application, a mouse event to the
+  // process of the topmost window at the point, and a mouse-down there brings that application
+  // forward.
+  void postKey(const KeyEvent& event, std::optional<Pid> target, Origin origin);
+  void postMouse(const MouseEvent& event, std::optional<Pid> target, Origin origin);
+
+  const std::vector<Rect>& screens() const { return screens_; }
+  void setScreens(std::vector<Rect> screens);  // Quartz points, the main one first; at least one
+  Language language() const { return language_; }
+  void setLanguage(Language language) { language_ = language; }
+  void setVolumeName(std::string name) { volume_name_ = std::move(name); }
+  std::string displayName(const std::string& path) const;
+
+  Faults& faults() { return faults_; }
+  const Faults& faults() const { return faults_; }
+
+  // Installs a program under a path, or under a bare file name that any folder may hold.
+  void installProgram(const std::string& path_or_name, ProgramMain main);
+
+ private:
+  struct Scheduled {
+    Seconds time;
+    std::uint64_t order;
+    auto operator<=>(const Scheduled&) const = default;
+  };
+
+  // The answers to the kinds of requests.
+  Reply reply(const CopyAttribute& request);
+  Reply reply(const SetAttribute& request);
+  Reply reply(const CopyActionNames& request);
+  Reply reply(const PerformAction& request);
+  Reply reply(const PostEvent& request);
+  Reply reply(const AskFrontmost& request);
+  Reply reply(const AskRunning& request);
+  Reply reply(const Activate& request);
+  Reply reply(const AskScreens& request);
+  Reply reply(const AskDisplayName& request);
+
+  template <typename Asked>
+  Reply answerAccessibility(const Asked& asked);
+  std::int32_t refusal(ElementId id) const;
+  bool copyFromDesktop(const Process& process, const std::string& attribute, Reply& answered) const;
+  void noteQuestion(const std::string& question);
+  bool belongsToFrontmost(const Window& window) const;
+  Pid applicationOf(Pid pid) const;
+  const ProgramMain* findProgram(const std::string& path) const;
+
+  Seconds now_ = 0;
+  std::uint64_t next_order_ = 0;
+  std::map<Scheduled, std::function<void()>> schedule_;
+  std::vector<std::unique_ptr<Process>> processes_;
+  std::vector<std::unique_ptr<Window>> windows_;
+  Pid next_pid_ = 501;
+  std::uint32_t next_window_number_ = 101;
+  std::optional<Pid> frontmost_;
+  std::vector<Rect> screens_;
+  Language language_ = Language::english;
+  std::string volume_name_ = "Macintosh HD";
+  Faults faults_;
+  std::map<std::string, ProgramMain> programs_;
+  std::vector<std::shared_ptr<ProgramRun>> runs_;
+  Record record_;
+};
+
+}  // namespace simulator

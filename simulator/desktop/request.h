@@ -1,0 +1,95 @@
+// Everything a program can ask of the simulated desktop, as plain records: the border between the
+// stand-in frameworks (in the program's process) and the model (in the same process under the
+// virtual clock, or behind a socket in real time).
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "simulator/desktop/value.h"
+
+namespace simulator {
+
+// Accessibility error codes, from the platform's AXError.h.
+namespace ax {
+inline constexpr std::int32_t success = 0;
+inline constexpr std::int32_t failure = -25200;
+inline constexpr std::int32_t illegalArgument = -25201;
+inline constexpr std::int32_t invalidElement = -25202;
+inline constexpr std::int32_t cannotComplete = -25204;
+inline constexpr std::int32_t attributeUnsupported = -25205;
+inline constexpr std::int32_t actionUnsupported = -25206;
+inline constexpr std::int32_t notImplemented = -25208;
+inline constexpr std::int32_t apiDisabled = -25211;
+inline constexpr std::int32_t noValue = -25212;
+}  // namespace ax
+
+// --- Accessibility. The reply's value is the attribute's value or the list of action names. ---
+struct CopyAttribute {
+  ElementId element;
+  std::string name;
+};
+struct SetAttribute {
+  ElementId element;
+  std::string name;
+  Value value;
+};
+struct CopyActionNames {
+  ElementId element;
+};
+struct PerformAction {
+  ElementId element;
+  std::string name;
+};
+
+// --- Input. Posting never fails and never says whether anything received the event. ---
+struct KeyEvent {
+  std::uint16_t keyCode = 0;
+  bool down = true;
+  std::uint64_t flags = 0;
+  std::optional<std::u16string> text;  // attached Unicode text, absent when none was attached
+};
+struct MouseEvent {
+  std::uint32_t type = 1;  // 1 left mouse down, 2 left mouse up
+  Point at;
+  std::int64_t clickState = 0;
+};
+struct PostEvent {
+  std::variant<KeyEvent, MouseEvent> event;
+  std::optional<Pid> target;  // absent: the whole login session (HID tap)
+};
+
+// --- Workspace. ---
+struct AskFrontmost {};  // reply: pid as a number, or no value
+struct AskRunning {      // reply: true when it runs, false when it is known but has terminated,
+  Pid pid = 0;           // no value when no application with that pid is registered
+};
+struct Activate {  // reply: true when the application exists and was told to come forward
+  Pid pid = 0;
+};
+struct AskScreens {};    // reply: list of lists {x, y, width, height}, Quartz points, main first
+struct AskDisplayName {  // reply: the name under which the file browser shows the path
+  std::string path;
+};
+
+using Request = std::variant<CopyAttribute, SetAttribute, CopyActionNames, PerformAction, PostEvent,
+                             AskFrontmost, AskRunning, Activate, AskScreens, AskDisplayName>;
+
+// An answer. `error` is an accessibility error code; requests that are not accessibility requests
+// always answer with success.
+struct Reply {
+  std::int32_t error = ax::success;
+  Value value;
+};
+
+// What a program that ended on the desktop left behind.
+struct ProgramResult {
+  int exitStatus = 0;
+  std::string standardOutput;
+  std::string standardError;
+};
+
+}  // namespace simulator

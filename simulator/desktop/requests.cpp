@@ -1,0 +1,199 @@
+// What the desktop answers to requests, and how long that takes.
+#include <algorithm>
+#include <type_traits>
+
+#include "simulator/desktop/desktop.h"
+
+namespace simulator {
+namespace {
+
+// Assumed: a request to an idle process is answered in about a third of a millisecond.
+constexpr Seconds request_price = 0.0003;
+// Assumed: asking the workspace to bring an application forward.
+constexpr Seconds activation_price = 0.05;
+
+template <typename T>
+constexpr bool is_accessibility =
+    std::is_same_v<T, CopyAttribute> || std::is_same_v<T, SetAttribute> ||
+    std::is_same_v<T, CopyActionNames> || std::is_same_v<T, PerformAction>;
+
+Value valueOf(const std::optional<Pid>& pid) {
+  return pid ? Value(static_cast<double>(*pid)) : Value();
+}
+
+}  // namespace
+
+Seconds Desktop::price(const Request& request) const {
+  return std::visit(
+      [this](const auto& asked) -> Seconds {
+        using T = std::decay_t<decltype(asked)>;
+        if constexpr (std::is_same_v<T, Activate>) return activation_price;
+        if constexpr (is_accessibility<T>) {
+          if (faults_.silent_processes.contains(asked.element.pid)) return never_answered_price;
+          const Element* element = findElement(asked.element);
+          if (faults_.untrusted || element == nullptr) return request_price;
+          Seconds price = request_price;
+          if constexpr (std::is_same_v<T, PerformAction>) {
+            price = element->actionPrice(asked.name).value_or(request_price);
+          }
+          return std::max(price, element->readableFrom() - now_);
+        }
+        return 0;
+      },
+      request);
+}
+
+// The request is recorded before its effects are, its error code filled in after them.
+template <typename Asked>
+Reply Desktop::answerAccessibility(const Asked& asked) {
+  using Verb = AccessibilityRequest::Verb;
+  AccessibilityRequest entry;
+  entry.element = asked.element;
+  if (const Element* element = findElement(asked.element)) entry.role = element->role();
+  if constexpr (std::is_same_v<Asked, CopyActionNames>) {
+    entry.verb = Verb::actionNames;
+  } else {
+    entry.name = asked.name;
+  }
+  if constexpr (std::is_same_v<Asked, SetAttribute>) {
+    entry.verb = Verb::set;
+    entry.value = asked.value;
+  }
+  if constexpr (std::is_same_v<Asked, PerformAction>) entry.verb = Verb::perform;
+
+  const std::size_t line = record_.addRequest(now_, std::move(entry));
+  const std::int32_t refused = refusal(asked.element);
+  Reply answered = refused == ax::success ? reply(asked) : Reply{refused, {}};
+  record_.settle(line, answered.error);
+  return answered;
+}
+
+Reply Desktop::answer(const Request& request) {
+  return std::visit(
+      [this](const auto& asked) -> Reply {
+        if constexpr (is_accessibility<std::decay_t<decltype(asked)>>) {
+          return answerAccessibility(asked);
+        } else {
+          return reply(asked);
+        }
+      },
+      request);
+}
+
+// Why no element answers, or success when one does.
+std::int32_t Desktop::refusal(ElementId id) const {
+  // M: without trust macOS 26 answers -25204. A process that never answers looks the same to who
+  // waited for it.
+  if (faults_.untrusted || faults_.silent_processes.contains(id.pid)) return ax::cannotComplete;
+  if (findElement(id) != nullptr) return ax::success;
+  // Assumed: who holds an element of a process that has ended learns that it is invalid, who asks
+  // the application itself reaches nobody.
+  return id.number == 0 ? ax::cannotComplete : ax::invalidElement;
+}
+
+Reply Desktop::reply(const CopyAttribute& request) {
+  Reply answered;
+  if (request.element.number == 0 &&
+      copyFromDesktop(*findProcess(request.element.pid), request.name, answered)) {
+    return answered;
+  }
+  answered.error = findElement(request.element)->copyAttribute(request.name, answered.value);
+  return answered;
+}
+
+// The attributes of an application that the desktop itself knows. False for any other.
+bool Desktop::copyFromDesktop(const Process& process, const std::string& attribute,
+                              Reply& answered) const {
+  if (attribute == "AXFrontmost") {
+    answered.value = frontmost_ == process.pid;
+    return true;
+  }
+  const bool all = attribute == "AXWindows";
+  const bool focused = attribute == "AXFocusedWindow";
+  if (!all && !focused && attribute != "AXMainWindow") return false;
+
+  List shown;
+  for (const auto& window : windows_) {
+    if (window->owner != process.pid || !window->on_screen || window->element == nullptr) continue;
+    if (focused && window->number == process.focused_window) {
+      answered.value = window->element->id();
+      return true;
+    }
+    if (focused || window->element->parent() == &process.root) {
+      shown.emplace_back(window->element->id());
+    }
+  }
+  if (all) {
+    answered.value = std::move(shown);
+  } else if (shown.empty()) {
+    answered.error = ax::noValue;
+  } else {
+    answered.value = shown.front();
+  }
+  return true;
+}
+
+Reply Desktop::reply(const SetAttribute& request) {
+  const Process& process = *findProcess(request.element.pid);
+  if (request.element.number == 0 && request.name == "AXFrontmost" && process.application) {
+    const bool* forward = std::get_if<bool>(&request.value);
+    if (forward == nullptr) return {ax::illegalArgument, {}};
+    if (*forward) activate(process.pid, Origin::tool);
+    return {};
+  }
+  return {findElement(request.element)->setAttribute(request.name, request.value), {}};
+}
+
+Reply Desktop::reply(const CopyActionNames& request) {
+  return {ax::success, findElement(request.element)->actionNames()};
+}
+
+Reply Desktop::reply(const PerformAction& request) {
+  return {findElement(request.element)->performAction(request.name), {}};
+}
+
+Reply Desktop::reply(const PostEvent& request) {
+  if (const auto* key = std::get_if<KeyEvent>(&request.event)) {
+    postKey(*key, request.target, Origin::tool);
+  } else {
+    postMouse(std::get<MouseEvent>(request.event), request.target, Origin::tool);
+  }
+  return {};
+}
+
+Reply Desktop::reply(const AskFrontmost&) {
+  noteQuestion("frontmost");
+  return {ax::success, valueOf(frontmost_)};
+}
+
+Reply Desktop::reply(const AskRunning& request) {
+  noteQuestion("running " + std::to_string(request.pid));
+  const Process* process = findProcess(request.pid);
+  if (process == nullptr || !process->application) return {};
+  if (process->terminated && !process->remembered) return {};
+  return {ax::success, !process->terminated};
+}
+
+Reply Desktop::reply(const Activate& request) {
+  return {ax::success, activate(request.pid, Origin::tool)};
+}
+
+Reply Desktop::reply(const AskScreens&) {
+  noteQuestion("screens");
+  List screens;
+  for (const Rect& screen : screens_) {
+    screens.emplace_back(List{screen.x, screen.y, screen.width, screen.height});
+  }
+  return {ax::success, std::move(screens)};
+}
+
+Reply Desktop::reply(const AskDisplayName& request) {
+  noteQuestion("display name " + request.path);
+  return {ax::success, displayName(request.path)};
+}
+
+void Desktop::noteQuestion(const std::string& question) {
+  record_.add(now_, WorkspaceRequest{question});
+}
+
+}  // namespace simulator

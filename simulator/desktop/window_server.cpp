@@ -1,0 +1,141 @@
+// The desktop's windows, and the way of posted events to who receives them.
+#include <algorithm>
+#include <cassert>
+
+#include "simulator/desktop/desktop.h"
+#include "simulator/desktop/unmodelled.h"
+
+namespace simulator {
+namespace {
+
+bool standsBelow(const Element* element, const Element* ancestor) {
+  while (element != nullptr && element != ancestor) element = element->parent();
+  return element != nullptr;
+}
+
+// Offers an event to the receivers of a process, topmost first, until one takes it.
+template <typename Offer>
+void offerToReceivers(const Process& process, Offer offer) {
+  const std::vector<InputReceiver*> receivers = process.receivers;
+  for (InputReceiver* receiver : receivers) {
+    const auto& present = process.receivers;
+    const bool remains = std::find(present.begin(), present.end(), receiver) != present.end();
+    if (remains && offer(*receiver)) return;
+  }
+}
+
+}  // namespace
+
+Window& Desktop::addWindow(Window window) {
+  assert(findProcess(window.owner) != nullptr);
+  window.number = next_window_number_++;
+  record_.add(now_, WindowOpened{window.number, window.owner, window.title});
+
+  // Assumed: a background application cannot cover the one in front.
+  auto position = windows_.begin();
+  if (!belongsToFrontmost(window)) {
+    position = std::find_if_not(windows_.begin(), windows_.end(),
+                                [this](const auto& other) { return belongsToFrontmost(*other); });
+  }
+  const auto added = windows_.insert(position, std::make_unique<Window>(std::move(window)));
+  Window& opened = **added;
+  if (opened.element != nullptr && opened.element->parent() == &findProcess(opened.owner)->root) {
+    opened.element->addAction("AXRaise", [this, number = opened.number] {
+      raiseWindow(number);
+      return ax::success;
+    });
+  }
+  return opened;
+}
+
+void Desktop::removeWindow(std::uint32_t number) {
+  const Window* window = findWindow(number);
+  if (window == nullptr) return;
+  Element* element = window->element;
+  std::vector<std::unique_ptr<Window>> remaining;
+  for (auto& other : windows_) {
+    const bool attached = element != nullptr && standsBelow(other->element, element);
+    if (other->number != number && !attached) {
+      remaining.push_back(std::move(other));
+      continue;
+    }
+    record_.add(now_, WindowClosed{other->number, other->owner, other->title});
+    Process& owner = *findProcess(other->owner);
+    if (owner.focused_window == other->number) owner.focused_window.reset();
+  }
+  windows_ = std::move(remaining);
+  if (element != nullptr && element->parent() != nullptr) element->parent()->removeChild(*element);
+}
+
+Window* Desktop::findWindow(std::uint32_t number) {
+  for (const auto& window : windows_) {
+    if (window->number == number) return window.get();
+  }
+  return nullptr;
+}
+
+void Desktop::raiseWindow(std::uint32_t number) {
+  const Window* raised = findWindow(number);
+  if (raised == nullptr) return;
+  const Element* element = raised->element;
+  std::stable_partition(windows_.begin(), windows_.end(), [&](const auto& window) {
+    return window->number == number ||
+           (element != nullptr && standsBelow(window->element, element)) ||
+           findProcess(window->owner)->host == raised->owner;
+  });
+}
+
+Window* Desktop::windowAt(Point point, std::optional<Pid> owner) {
+  for (const auto& window : windows_) {
+    const bool candidate = window->on_screen && (!owner || window->owner == *owner);
+    if (candidate && contains(window->frame, point)) return window.get();
+  }
+  return nullptr;
+}
+
+bool Desktop::belongsToFrontmost(const Window& window) const {
+  return frontmost_ && applicationOf(window.owner) == *frontmost_;
+}
+
+// The application that a process draws for, or the process itself.
+Pid Desktop::applicationOf(Pid pid) const {
+  return findProcess(pid)->host.value_or(pid);
+}
+
+void Desktop::postKey(const KeyEvent& event, std::optional<Pid> target, Origin origin) {
+  record_.add(now_, PostedKey{target, event, origin});
+  // Assumed: what a program without trust posts is dropped without an error.
+  if (faults_.untrusted && origin != Origin::person) return;
+  const std::optional<Pid> receiving = target ? target : frontmost_;
+  const Process* process = receiving ? findProcess(*receiving) : nullptr;
+  if (process == nullptr) return;
+  const Route route = target ? Route::process : Route::session;
+  offerToReceivers(*process,
+                   [&](InputReceiver& receiver) { return receiver.keyEvent(event, route); });
+}
+
+void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Origin origin) {
+  constexpr std::uint32_t left_down = 1;
+  constexpr std::uint32_t left_up = 2;
+  if (event.type != left_down && event.type != left_up) {
+    abortUnmodelled("mouse event of type " + std::to_string(event.type));
+  }
+  record_.add(now_, PostedMouse{target, event, origin});
+  if (faults_.untrusted && origin != Origin::person) return;
+  const Window* window = windowAt(event.at, target);
+  if (window == nullptr) return;
+
+  const Pid owner = window->owner;
+  const std::uint32_t number = window->number;
+  if (!target && event.type == left_down && findProcess(applicationOf(owner))->application) {
+    setFrontmost(applicationOf(owner));
+  }
+  // Assumed: the click that brings an application forward also reaches the control under it.
+  const Route route = target ? Route::process : Route::session;
+  offerToReceivers(*findProcess(owner), [&](InputReceiver& receiver) {
+    Window* hit = findWindow(number);  // null once a receiver has closed it
+    return hit != nullptr && receiver.mouseEvent(event, *hit, route);
+  });
+}
+
+}  // namespace simulator

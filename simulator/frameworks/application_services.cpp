@@ -1,0 +1,83 @@
+#include "ApplicationServices/ApplicationServices.h"
+
+#include <cmath>
+#include <limits>
+
+#include "simulator/desktop/text.h"
+#include "simulator/frameworks/desktop_link.h"
+#include "simulator/frameworks/object.h"
+
+using simulator::desktopLink;
+using simulator::ElementId;
+using simulator::Reply;
+using simulator::Value;
+
+namespace {
+
+const ElementId& elementOf(AXUIElementRef element, const char* user) {
+  return simulator::payload<ElementId>(element, user);
+}
+
+std::string textOf(CFStringRef text, const char* user) {
+  return simulator::utf8FromUtf16(simulator::payload<std::u16string>(text, user));
+}
+
+// Hands out the answer's value with one reference, or nothing that could be used.
+template <class Reference>
+AXError handOut(const Reply& reply, Reference* out, const char* creator) {
+  if (!out) simulator::refuse(creator, "was given no out-parameter");
+  *out = static_cast<Reference>(reply.error ? simulator::poison()
+                                            : simulator::toCf(reply.value, creator));
+  return static_cast<AXError>(reply.error);
+}
+
+}  // namespace
+
+AXUIElementRef AXUIElementCreateApplication(pid_t pid) {
+  return simulator::make<AXUIElementRef>(ElementId{pid, 0}, __func__);
+}
+
+AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
+                                      CFTypeRef* value) {
+  return handOut(desktopLink().ask(simulator::CopyAttribute{elementOf(element, __func__),
+                                                            textOf(attribute, __func__)}),
+                 value, __func__);
+}
+
+AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute,
+                                     CFTypeRef value) {
+  const Reply reply = desktopLink().ask(
+      simulator::SetAttribute{elementOf(element, __func__), textOf(attribute, __func__),
+                              simulator::fromCf(value, __func__)});
+  return static_cast<AXError>(reply.error);
+}
+
+AXError AXUIElementCopyActionNames(AXUIElementRef element, CFArrayRef* names) {
+  return handOut(desktopLink().ask(simulator::CopyActionNames{elementOf(element, __func__)}), names,
+                 __func__);
+}
+
+AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action) {
+  const Reply reply = desktopLink().ask(
+      simulator::PerformAction{elementOf(element, __func__), textOf(action, __func__)});
+  return static_cast<AXError>(reply.error);
+}
+
+Boolean AXValueGetValue(AXValueRef value, AXValueType type, void* out) {
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  const Value held = simulator::fromCf(value, __func__);
+  const auto* point = std::get_if<simulator::Point>(&held);
+  const auto* size = std::get_if<simulator::Size>(&held);
+  if (!point && !size) {
+    simulator::payload<simulator::Point>(value, __func__);  // names what it was given instead
+  }
+  if (type == kAXValueTypeCGPoint) {
+    *static_cast<CGPoint*>(out) = point ? CGPoint{point->x, point->y} : CGPoint{nan, nan};
+    return point != nullptr;
+  }
+  if (type == kAXValueTypeCGSize) {
+    *static_cast<CGSize*>(out) = size ? CGSize{size->width, size->height} : CGSize{nan, nan};
+    return size != nullptr;
+  }
+  simulator::refuse(__func__, "only points and sizes are modelled");
+}

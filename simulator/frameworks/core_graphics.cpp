@@ -1,0 +1,138 @@
+#include "CoreGraphics/CoreGraphics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "simulator/frameworks/desktop_link.h"
+#include "simulator/frameworks/object.h"
+
+using simulator::InputEvent;
+using simulator::KeyEvent;
+using simulator::MouseEvent;
+using simulator::refuse;
+
+namespace {
+
+constexpr CGDirectDisplayID main_display = 1;
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double largest = std::numeric_limits<double>::max();
+constexpr CGRect null_rect{{infinity, infinity}, {0, 0}};
+constexpr CGRect infinite_rect{{-largest / 2, -largest / 2}, {largest, largest}};
+
+bool same(const CGRect& one, const CGRect& other) {
+  return one.origin.x == other.origin.x && one.origin.y == other.origin.y &&
+         one.size.width == other.size.width && one.size.height == other.size.height;
+}
+
+// The same area with a width and height that are not negative.
+CGRect standardized(CGRect rect) {
+  if (CGRectIsNull(rect)) return null_rect;
+  if (rect.size.width < 0) {
+    rect.origin.x += rect.size.width;
+    rect.size.width = -rect.size.width;
+  }
+  if (rect.size.height < 0) {
+    rect.origin.y += rect.size.height;
+    rect.size.height = -rect.size.height;
+  }
+  return rect;
+}
+
+template <class Event>
+Event& eventOf(CGEventRef event, const char* user) {
+  auto* held = std::get_if<Event>(&simulator::payload<InputEvent>(event, user));
+  if (!held) refuse(user, "does not apply to this kind of event");
+  return *held;
+}
+
+void post(CGEventRef event, std::optional<simulator::Pid> target, const char* user) {
+  simulator::desktopLink().ask(
+      simulator::PostEvent{simulator::payload<InputEvent>(event, user), target});
+}
+
+}  // namespace
+
+// The platform tells the null rectangle by its origin alone.
+bool CGRectIsNull(CGRect rect) {
+  return rect.origin.x == infinity || rect.origin.y == infinity;
+}
+
+bool CGRectEqualToRect(CGRect one, CGRect other) {
+  return same(standardized(one), standardized(other));
+}
+
+bool CGRectContainsPoint(CGRect rect, CGPoint point) {
+  if (CGRectIsNull(rect)) return false;
+  rect = standardized(rect);
+  return point.x >= rect.origin.x && point.x < rect.origin.x + rect.size.width &&
+         point.y >= rect.origin.y && point.y < rect.origin.y + rect.size.height;
+}
+
+bool CGRectIntersectsRect(CGRect one, CGRect other) {
+  return !CGRectIsNull(CGRectIntersection(one, other));
+}
+
+// Assumed, after the open-source Foundation: rectangles that only touch intersect in a rectangle
+// that is empty, not null.
+CGRect CGRectIntersection(CGRect one, CGRect other) {
+  if (CGRectIsNull(one) || CGRectIsNull(other)) return null_rect;
+  one = standardized(one);
+  other = standardized(other);
+  if (same(one, infinite_rect)) return other;
+  if (same(other, infinite_rect)) return one;
+  const double left = std::max(one.origin.x, other.origin.x);
+  const double top = std::max(one.origin.y, other.origin.y);
+  const double right = std::min(one.origin.x + one.size.width, other.origin.x + other.size.width);
+  const double bottom =
+      std::min(one.origin.y + one.size.height, other.origin.y + other.size.height);
+  if (left > right || top > bottom) return null_rect;
+  return CGRectMake(left, top, right - left, bottom - top);
+}
+
+CGDirectDisplayID CGMainDisplayID() {
+  return main_display;
+}
+
+CGRect CGDisplayBounds(CGDirectDisplayID display) {
+  if (display != main_display) refuse(__func__, "only the main display is modelled");
+  const simulator::Reply reply = simulator::desktopLink().ask(simulator::AskScreens{});
+  const auto& frame = std::get<simulator::List>(std::get<simulator::List>(reply.value).at(0));
+  const auto number = [&](std::size_t index) { return std::get<double>(frame.at(index)); };
+  return CGRectMake(number(0), number(1), number(2), number(3));
+}
+
+CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode key, bool down) {
+  if (source) refuse(__func__, "an event source is not modelled");
+  return simulator::make<CGEventRef>(InputEvent(KeyEvent{key, down, 0, {}}), __func__);
+}
+
+CGEventRef CGEventCreateMouseEvent(CGEventSourceRef source, CGEventType type, CGPoint at,
+                                   CGMouseButton button) {
+  if (source) refuse(__func__, "an event source is not modelled");
+  if (button != kCGMouseButtonLeft) refuse(__func__, "only the left button is modelled");
+  return simulator::make<CGEventRef>(InputEvent(MouseEvent{type, {at.x, at.y}, 0}), __func__);
+}
+
+void CGEventKeyboardSetUnicodeString(CGEventRef event, unsigned long length,
+                                     const unsigned short* text) {
+  eventOf<KeyEvent>(event, __func__).text = std::u16string(text, text + length);
+}
+
+void CGEventSetFlags(CGEventRef event, CGEventFlags flags) {
+  eventOf<KeyEvent>(event, __func__).flags = flags;
+}
+
+void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, std::int64_t value) {
+  if (field != kCGMouseEventClickState) refuse(__func__, "only the click state is modelled");
+  eventOf<MouseEvent>(event, __func__).clickState = value;
+}
+
+void CGEventPost(CGEventTapLocation tap, CGEventRef event) {
+  if (tap != kCGHIDEventTap) refuse(__func__, "only the HID tap is modelled");
+  post(event, {}, __func__);
+}
+
+void CGEventPostToPid(pid_t pid, CGEventRef event) {
+  post(event, pid, __func__);
+}

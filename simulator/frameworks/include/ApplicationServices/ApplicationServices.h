@@ -1,0 +1,31 @@
+// The accessibility functions that this program calls, answered by a simulated desktop.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+
+#include "CoreFoundation/CoreFoundation.h"
+#include "CoreGraphics/CoreGraphics.h"
+
+enum AXError : std::int32_t { kAXErrorSuccess = 0 };
+enum AXValueType : std::uint32_t { kAXValueTypeCGPoint = 1, kAXValueTypeCGSize = 2 };
+
+extern "C" {
+
+using AXUIElementRef = const struct __AXUIElement*;
+using AXValueRef = const struct __AXValue*;
+
+CFTypeID AXUIElementGetTypeID();
+AXUIElementRef AXUIElementCreateApplication(pid_t pid);
+AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
+                                      CFTypeRef* value);
+AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute,
+                                     CFTypeRef value);
+AXError AXUIElementCopyActionNames(AXUIElementRef element, CFArrayRef* names);
+AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
+
+CFTypeID AXValueGetTypeID();
+Boolean AXValueGetValue(AXValueRef value, AXValueType type, void* out);
+
+}  // extern "C"

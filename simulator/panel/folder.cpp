@@ -1,0 +1,132 @@
+#include "simulator/panel/folder.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+namespace simulator {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string folded(const std::string& name) {
+  std::string result = name;
+  if (std::all_of(name.begin(), name.end(), [](char c) { return (c & 0x80) == 0; })) {
+    std::transform(name.begin(), name.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return result;
+  }
+  utf8proc_uint8_t* mapped = nullptr;
+  const auto length =
+      utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(name.data()),
+                   static_cast<utf8proc_ssize_t>(name.size()), &mapped,
+                   static_cast<utf8proc_option_t>(UTF8PROC_CASEFOLD | UTF8PROC_COMPOSE));
+  if (length < 0) return result;  // not UTF-8: ordered by its bytes
+  result.assign(reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(length));
+  std::free(mapped);
+  return result;
+}
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Takes the digits at `position` without their leading zeros.
+std::string_view takeNumber(const std::string& text, std::size_t& position) {
+  while (position < text.size() && text[position] == '0') ++position;
+  const std::size_t begin = position;
+  while (position < text.size() && isDigit(text[position])) ++position;
+  return std::string_view(text).substr(begin, position - begin);
+}
+
+bool comesBefore(const std::string& left, const std::string& right) {
+  std::size_t l = 0;
+  std::size_t r = 0;
+  while (l < left.size() && r < right.size()) {
+    if (isDigit(left[l]) && isDigit(right[r])) {
+      const auto leftNumber = takeNumber(left, l);
+      const auto rightNumber = takeNumber(right, r);
+      if (leftNumber.size() != rightNumber.size()) return leftNumber.size() < rightNumber.size();
+      if (leftNumber != rightNumber) return leftNumber < rightNumber;
+    } else if (left[l] != right[r]) {
+      return static_cast<unsigned char>(left[l]) < static_cast<unsigned char>(right[r]);
+    } else {
+      ++l;
+      ++r;
+    }
+  }
+  return left.size() - l < right.size() - r;
+}
+
+}  // namespace
+
+std::vector<FolderEntry> visibleEntries(const std::string& folder) {
+  struct Keyed {
+    std::string key;
+    FolderEntry entry;
+  };
+  std::vector<Keyed> found;
+  std::error_code ignored;
+  for (const auto& item : fs::directory_iterator(folder, ignored)) {
+    const std::string name = item.path().filename().string();
+    if (name.starts_with(".")) continue;
+    std::error_code broken;
+    found.push_back({folded(name), {name, item.is_directory(broken)}});
+  }
+  std::sort(found.begin(), found.end(), [](const Keyed& left, const Keyed& right) {
+    if (comesBefore(left.key, right.key)) return true;
+    if (comesBefore(right.key, left.key)) return false;
+    return left.entry.name < right.entry.name;
+  });
+  std::vector<FolderEntry> entries;
+  entries.reserve(found.size());
+  for (auto& keyed : found) entries.push_back(std::move(keyed.entry));
+  return entries;
+}
+
+bool isDirectory(const std::string& path) {
+  std::error_code ignored;
+  return fs::is_directory(path, ignored);
+}
+
+std::string parentFolder(const std::string& path) {
+  return fs::path(path).parent_path().string();
+}
+
+std::string pathWithin(const std::string& folder, const std::string& name) {
+  return folder == "/" ? "/" + name : folder + "/" + name;
+}
+
+std::optional<std::string> typedPath(const std::string& text, const std::string& home,
+                                     const std::string& folder) {
+  if (text.empty()) return std::nullopt;
+  std::string path = text;
+  if (path == "~" || path.starts_with("~/")) path = home + path.substr(1);
+  if (!path.starts_with("/")) path = pathWithin(folder, path);
+  std::error_code missing;
+  const fs::path resolved = fs::canonical(path, missing);
+  if (missing) return std::nullopt;
+  return resolved.string();
+}
+
+std::string fileUrl(const std::string& path, bool directory) {
+  static const std::string_view plain = "-._~!$&'()*+,=:@/";
+  static const char* const digits = "0123456789ABCDEF";
+  std::string url = "file://";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80 && (std::isalnum(byte) != 0 || plain.find(c) != std::string_view::npos)) {
+      url += c;
+    } else {
+      url += {'%', digits[byte >> 4], digits[byte & 15]};
+    }
+  }
+  if (directory && !url.ends_with("/")) url += "/";
+  return url;
+}
+
+}  // namespace simulator

@@ -1,0 +1,35 @@
+// What the panel reads from the machine's real directories.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+struct FolderEntry {
+  std::string name;
+  bool directory = false;
+};
+
+// The visible entries (no name that begins with a dot), ordered as the file browser orders names:
+// without regard to case, numbers by their value. A folder that cannot be read has none.
+std::vector<FolderEntry> visibleEntries(const std::string& folder);
+
+bool isDirectory(const std::string& path);
+
+// The folder above; "/" for "/".
+std::string parentFolder(const std::string& path);
+
+// "folder/name" without a doubled slash.
+std::string pathWithin(const std::string& folder, const std::string& name);
+
+// The absolute path without links, trailing slashes and dot components that a typed text means, or
+// nothing when no such thing exists. "~" is `home`; a relative text starts at `folder`.
+std::optional<std::string> typedPath(const std::string& text, const std::string& home,
+                                     const std::string& folder);
+
+// "file:///a%20b/": a directory's ends in a slash.
+std::string fileUrl(const std::string& path, bool directory);
+
+}  // namespace simulator

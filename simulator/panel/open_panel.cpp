@@ -1,0 +1,291 @@
+// The life of a panel: opening, what it shows, confirming, closing.
+#include "simulator/panel/open_panel.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "simulator/desktop/unmodelled.h"
+#include "simulator/panel/folder.h"
+#include "simulator/panel/panel_texts.h"
+
+namespace simulator {
+namespace {
+
+// Measured, in seconds from the opening.
+constexpr Seconds window_root_delay = 0.05;
+constexpr Seconds sheet_root_delay = 0.3;  // the first read of a new sheet blocks until then
+constexpr Seconds window_controls_delay = 0.48;
+constexpr Seconds sheet_controls_delay = 0.74;
+// Assumed: the lists are there a little before the half second that was measured at most.
+constexpr Seconds lists_delay = 0.45;
+// Assumed: from a click to the folder it leads to.
+constexpr Seconds navigation_delay = 0.1;
+// Assumed: from the confirmation until the panel's windows are gone.
+constexpr Seconds closing_delay = 0.02;
+
+bool isSheet(const PanelOptions& options) {
+  return options.shape == PanelShape::hostSheet || options.shape == PanelShape::embedded;
+}
+
+}  // namespace
+
+OpenPanel::OpenPanel(Desktop& desktop, PanelSurroundings& surroundings, PanelOptions options)
+    : desktop_(desktop),
+      surroundings_(surroundings),
+      options_(std::move(options)),
+      go_to_(desktop, surroundings, options_, *this),
+      host_receiver_(*this, options_.host),
+      service_receiver_(*this, options_.service) {
+  ++surroundings_.panelsToServe[options_.service];
+  if (options_.opensAtSeconds <= 0) {
+    openRoot();
+    openLists();
+    openControls();
+    return;
+  }
+  // A window appears when it can be read, a sheet at once.
+  const bool sheet = isSheet(options_);
+  const Seconds announced = sheet ? 0 : window_root_delay;
+  desktop_.schedule(options_.opensAtSeconds + announced * options_.slow, [this, sheet, announced] {
+    if (desktop_.findProcess(options_.host)->terminated) return;
+    openRoot();
+    const Seconds controls = sheet ? sheet_controls_delay : window_controls_delay;
+    later(lists_delay - announced, [this] { openLists(); });
+    later(controls - announced, [this] { openControls(); });
+  });
+}
+
+// A step of a panel that has closed meanwhile, or whose process has ended, does not run.
+void OpenPanel::later(Seconds delay, std::function<void()> step) {
+  desktop_.schedule(delay * options_.slow, [this, step = std::move(step)] {
+    if (alive()) step();
+  });
+}
+
+Process& OpenPanel::shownIn() const {
+  const bool service = options_.shape == PanelShape::serviceWindow;
+  return *desktop_.findProcess(service ? options_.service : options_.host);
+}
+
+bool OpenPanel::alive() const {
+  return phase_ != Phase::closed && !shownIn().terminated;
+}
+
+void OpenPanel::startService() {
+  if (desktop_.findProcess(options_.service) != nullptr) return;
+  desktop_.addProcess({.pid = options_.service,
+                       .name = options_.serviceName,
+                       .command = options_.serviceCommand,
+                       .application = false,
+                       .host = options_.host});
+}
+
+// The browser's oldest window that accessibility shows, for panels that stand in one.
+Element& OpenPanel::parentOfRoot() {
+  if (!isSheet(options_)) return shownIn().root;
+  const Window* oldest = nullptr;
+  for (const auto& window : desktop_.windows()) {
+    const bool shown = window->owner == options_.host && window->element != nullptr;
+    if (shown && (oldest == nullptr || window->number < oldest->number)) oldest = window.get();
+  }
+  assert(oldest != nullptr);
+  return *oldest->element;
+}
+
+void OpenPanel::openRoot() {
+  phase_ = Phase::opening;
+  startService();
+  buildRoot(elements_, parentOfRoot(), options_);
+  if (isSheet(options_) && options_.opensAtSeconds > 0) {
+    elements_.root->setReadableFrom(desktop_.now() + sheet_root_delay * options_.slow);
+  }
+  attachPress(elements_.closeButton, [this] { end(PanelOutcome::End::cancelled, ""); });
+  openWindows();
+  for (InputReceiver* receiver : {&host_receiver_, &service_receiver_}) {
+    const Pid pid = receiver == &host_receiver_ ? options_.host : options_.service;
+    auto& receivers = desktop_.findProcess(pid)->receivers;
+    receivers.insert(receivers.begin(), receiver);
+  }
+  desktop_.noteMilestone("panel opened");
+}
+
+// The window server's view: one window of the browser and one of the service at the same frame.
+// An embedded chooser stands in the browser's own window instead.
+void OpenPanel::openWindows() {
+  const std::string title = options_.title.value_or(panelTexts(options_.language).open);
+  const auto open = [&](Pid owner, bool listed, bool shown) {
+    const Window& window = desktop_.addWindow({.owner = owner,
+                                               .title = title,
+                                               .frame = options_.frame,
+                                               .listed = listed,
+                                               .element = shown ? elements_.root : nullptr});
+    windows_.push_back(window.number);
+    if (shown) desktop_.findProcess(owner)->focused_window = window.number;
+  };
+  const bool both = options_.listed == ListedWindows::hostAndService;
+  const bool inService = options_.shape == PanelShape::serviceWindow;
+  if (options_.shape != PanelShape::embedded) {
+    open(options_.host, both || options_.listed == ListedWindows::host, !inService);
+  }
+  open(options_.service, both || options_.listed == ListedWindows::service, inService);
+}
+
+void OpenPanel::openLists() {
+  buildLists(elements_, options_, sidebarPlaces());
+  listing_ = std::make_unique<Listing>(*elements_.list, panelTexts(options_.language).name,
+                                       options_.faults.ignoresSelection);
+  listing_->selectionChanged = [this] { updateControls(); };
+  listing_->opened = [this](const Listing::Row& row) { openRow(row); };
+  elements_.list->set("AXFocused", false);
+  elements_.list->makeSettable("AXFocused", [this](const Value& value) {
+    const bool* focused = std::get_if<bool>(&value);
+    if (focused == nullptr) return ax::illegalArgument;
+    if (*focused) takeKeyboard(Keyboard::list);
+    return ax::success;
+  });
+  attachPlaces();
+  show(typedPath(options_.folder, surroundings_.home, "/").value_or("/"));
+  // Assumed: a panel that opens in the background has no keyboard until something in it is clicked.
+  if (desktop_.frontmost() == options_.host) takeKeyboard(Keyboard::list);
+}
+
+void OpenPanel::openControls() {
+  buildControls(elements_, options_);
+  attachPress(elements_.cancel, [this] { end(PanelOutcome::End::cancelled, ""); });
+  attachPress(elements_.back, [this] { travel(behind_, ahead_); });
+  attachPress(elements_.forward, [this] { travel(ahead_, behind_); });
+  attachPress(elements_.newFolder, [] { abortUnmodelled("the panel's New Folder button"); });
+  attachPress(elements_.viewOptions, [] { abortUnmodelled("the panel's view options"); });
+  attachPress(elements_.groupBy, [] { abortUnmodelled("the panel's grouping options"); });
+  attachConfirm();
+  attachSearch();
+  attachWhere();
+  phase_ = Phase::open;
+  updateControls();
+  if (options_.goTo.openAtStart) openGoTo(std::nullopt, true);
+}
+
+// --- What is shown. ---
+
+void OpenPanel::navigate(const std::string& folder) {
+  later(navigation_delay, [this, folder] {
+    if (phase_ != Phase::open || folder == folder_) return;
+    behind_.push_back(folder_);
+    ahead_.clear();
+    show(folder);
+  });
+}
+
+void OpenPanel::travel(std::vector<std::string>& from, std::vector<std::string>& to) {
+  later(navigation_delay, [this, &from, &to] {
+    if (from.empty()) return;
+    to.push_back(folder_);
+    const std::string folder = from.back();
+    from.pop_back();
+    show(folder);
+  });
+}
+
+void OpenPanel::show(const std::string& folder) {
+  const bool stale = options_.faults.staleListing && !folder_.empty();
+  folder_ = folder;
+  search_ = {};
+  if (!stale) fillListing();
+  const auto places = sidebarPlaces();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    elements_.places[i]->set("AXSelected", places[i].path == folder_);
+  }
+  desktop_.noteMilestone("folder shown " + folder_);
+  updateControls();
+}
+
+// Assumed: a folder panel shows files but does not let them be selected; a search keeps the entries
+// of the folder whose names contain its text.
+void OpenPanel::fillListing() {
+  std::vector<Listing::Row> rows;
+  for (const auto& entry : visibleEntries(folder_)) {
+    const std::string path = pathWithin(folder_, entry.name);
+    const std::string name = desktop_.displayName(path);
+    if (name.find(search_.text) == std::string::npos) continue;
+    const bool selectable = entry.directory || options_.mode == PanelMode::files;
+    rows.push_back({path, name, entry.directory, selectable, nullptr});
+  }
+  listing_->show(std::move(rows));
+  if (keyboard_ == Keyboard::list) takeKeyboard(Keyboard::list);
+}
+
+void OpenPanel::openRow(const Listing::Row& row) {
+  if (row.directory) {
+    const auto folder = typedPath(row.path, surroundings_.home, folder_);
+    if (folder) navigate(*folder);
+  } else if (options_.mode == PanelMode::files) {
+    end(PanelOutcome::End::chosen, row.path);
+  }
+}
+
+bool OpenPanel::canConfirm() const {
+  if (phase_ != Phase::open || confirm_blocked_) return false;
+  return options_.mode == PanelMode::folders || listing_->selected() != nullptr;
+}
+
+void OpenPanel::updateControls() {
+  if (phase_ != Phase::open) return;
+  if (elements_.confirm != nullptr) elements_.confirm->set("AXEnabled", canConfirm());
+  elements_.back->set("AXEnabled", !behind_.empty());
+  elements_.forward->set("AXEnabled", !ahead_.empty());
+  elements_.where->set("AXValue", desktop_.displayName(folder_));
+  elements_.search->set("AXValue", search_.text);
+}
+
+// --- What comes of it. ---
+
+void OpenPanel::confirm() {
+  if (!canConfirm()) return;
+  const Listing::Row* selected = listing_->selected();
+  if (selected != nullptr && options_.mode == PanelMode::files) {
+    openRow(*selected);
+  } else {
+    end(PanelOutcome::End::chosen, selected != nullptr ? selected->path : folder_);
+  }
+}
+
+void OpenPanel::end(PanelOutcome::End how, const std::string& path) {
+  if (phase_ == Phase::closing || phase_ == Phase::closed) return;
+  phase_ = Phase::closing;
+  outcome_ = {how, path, desktop_.now()};
+  if (how == PanelOutcome::End::chosen) {
+    outcome_.path = typedPath(path, surroundings_.home, folder_).value_or(path);
+    desktop_.noteMilestone("chosen " + outcome_.path);
+  } else {
+    desktop_.noteMilestone("cancelled");
+  }
+  later(closing_delay + options_.faults.closesLateBySeconds / options_.slow, [this] { close(); });
+}
+
+void OpenPanel::close() {
+  phase_ = Phase::closed;
+  go_to_.abandon();
+  for (const Pid pid : {options_.host, options_.service}) {
+    std::erase_if(desktop_.findProcess(pid)->receivers, [this](const InputReceiver* receiver) {
+      return receiver == &host_receiver_ || receiver == &service_receiver_;
+    });
+  }
+  Process& process = shownIn();
+  process.root.set("AXFocusedUIElement", Value{});
+  if (options_.shape == PanelShape::embedded) {
+    elements_.root->parent()->removeChild(*elements_.root);
+  }
+  for (const std::uint32_t number : windows_) desktop_.removeWindow(number);
+  elements_ = {};
+  listing_.reset();
+  menu_ = nullptr;
+  presses_.clear();
+  if (--surroundings_.panelsToServe[options_.service] == 0) {
+    desktop_.terminateProcess(options_.service, false);
+  }
+  desktop_.noteMilestone(outcome_.end == PanelOutcome::End::chosen
+                             ? "panel closed: chosen " + outcome_.path
+                             : "panel closed: cancelled");
+}
+
+}  // namespace simulator

@@ -1,0 +1,135 @@
+// The Open panel as the platform shows it: its windows and elements, what its controls, keys and
+// clicks do, how long it takes over everything, and what came of it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/desktop/desktop.h"
+#include "simulator/panel/go_to_sheet.h"
+#include "simulator/panel/keystroke.h"
+#include "simulator/panel/listing.h"
+#include "simulator/panel/panel_options.h"
+#include "simulator/panel/panel_tree.h"
+
+namespace simulator {
+
+// What came of a panel so far.
+struct PanelOutcome {
+  enum class End { none, chosen, cancelled };
+  End end = End::none;
+  std::string path;  // the chosen path, without links
+  Seconds at = 0;    // when it was chosen or cancelled
+  bool operator==(const PanelOutcome&) const = default;
+};
+
+class OpenPanel final : private GoToSheetOwner {
+ public:
+  // The host process must exist, and for a sheet and an embedded chooser its window too. The
+  // service process is started with the panel. `desktop` and `surroundings` must outlive the
+  // panel, and the panel everything that is done with the desktop.
+  OpenPanel(Desktop& desktop, PanelSurroundings& surroundings, PanelOptions options);
+  OpenPanel(const OpenPanel&) = delete;
+  OpenPanel& operator=(const OpenPanel&) = delete;
+
+  const PanelOptions& options() const { return options_; }
+  const PanelOutcome& outcome() const { return outcome_; }
+  // The folder shown at present.
+  std::string folderShown() const override { return folder_; }
+
+ private:
+  enum class Phase { waiting, opening, open, closing, closed };
+  enum class Keyboard { nowhere, list, search };
+
+  // Receives what is sent to one of the panel's two processes.
+  class Receiver : public InputReceiver {
+   public:
+    Receiver(OpenPanel& panel, Pid pid) : panel_(panel), pid_(pid) {}
+    bool keyEvent(const KeyEvent& event, Route route) override;
+    bool mouseEvent(const MouseEvent& event, Window& window, Route route) override;
+
+   private:
+    OpenPanel& panel_;
+    Pid pid_;
+  };
+
+  // Life.
+  void later(Seconds delay, std::function<void()> step);
+  void startService();
+  void openRoot();
+  void openLists();
+  void openControls();
+  void openWindows();
+  Element& parentOfRoot();
+  Process& shownIn() const;  // the process in whose tree the panel stands
+  bool alive() const override;
+  void end(PanelOutcome::End how, const std::string& path);
+  void close();
+
+  // Controls.
+  void attachPress(Element* button, std::function<void()> effect);
+  void attachConfirm();
+  void attachPlaces();
+  void attachSearch();
+  void attachWhere();
+  void openMenu();
+  void closeMenu();
+  void pickMenuItem(const std::string& path);
+  void takeKeyboard(Keyboard where);
+  std::vector<SidebarPlace> sidebarPlaces() const;
+
+  // What is shown and chosen.
+  void navigate(const std::string& folder);
+  void show(const std::string& folder);
+  void fillListing();
+  void openRow(const Listing::Row& row);
+  void updateControls();
+  bool canConfirm() const;
+  void confirm();
+  void travel(std::vector<std::string>& from, std::vector<std::string>& to);
+  void editSearch();
+
+  // Input.
+  bool takesKeysOf(Pid pid, Route route) const;
+  void pressKey(const Keystroke& stroke);
+  void pressListKey(const Keystroke& stroke);
+  void pressSearchKey(const Keystroke& stroke);
+  void mouseDown(const MouseEvent& event);
+  void clickMenu(Point point);
+  void mouseUp(const MouseEvent& event);
+  bool owns(const Window& window) const;
+  const Element* buttonAt(Point point) const;
+
+  // The go-to sheet.
+  void openGoTo(const std::optional<std::string>& typed, bool atOnce = false);
+  void goToSheetOpened() override;
+  void goToSheetClosed(const std::optional<std::string>& path) override;
+
+  Desktop& desktop_;
+  PanelSurroundings& surroundings_;
+  PanelOptions options_;
+  PanelOutcome outcome_;
+  Phase phase_ = Phase::waiting;
+  PanelElements elements_;
+  std::vector<std::pair<Element*, std::function<void()>>> presses_;
+  std::unique_ptr<Listing> listing_;
+  GoToSheet go_to_;
+  Receiver host_receiver_;
+  Receiver service_receiver_;
+  std::vector<std::uint32_t> windows_;  // numbers of the panel's windows
+  Element* menu_ = nullptr;
+  std::vector<std::string> menu_paths_;  // where its items lead
+  std::string folder_;
+  std::vector<std::string> behind_;
+  std::vector<std::string> ahead_;
+  EditedText search_;
+  Keyboard keyboard_ = Keyboard::nowhere;
+  bool confirm_blocked_ = false;      // by the go-to sheet, and for a moment after it
+  const Element* pressed_ = nullptr;  // the button under the last mouse-down
+  std::string pressed_row_;           // the path of the row under it
+};
+
+}  // namespace simulator

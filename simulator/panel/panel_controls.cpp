@@ -1,0 +1,154 @@
+// What the controls of a panel do when they are pressed or written to.
+#include "simulator/panel/folder.h"
+#include "simulator/panel/open_panel.h"
+#include "simulator/panel/panel_texts.h"
+
+namespace simulator {
+namespace {
+
+// Measured: the menu of enclosing folders takes this long.
+constexpr Seconds menu_delay = 0.4;
+// Assumed: from the last change of the search text to its results.
+constexpr Seconds search_delay = 0.3;
+
+}  // namespace
+
+// Assumed: pressing a disabled button succeeds and nothing happens.
+void OpenPanel::attachPress(Element* button, std::function<void()> effect) {
+  if (button == nullptr) return;
+  const auto pressed = [button, effect] {
+    if (std::get<bool>(*button->get("AXEnabled"))) effect();
+  };
+  button->addAction("AXPress", [this, pressed] {
+    if (options_.faults.pressRefused != ax::success) return options_.faults.pressRefused;
+    pressed();
+    return ax::success;
+  });
+  presses_.emplace_back(button, pressed);
+}
+
+void OpenPanel::attachConfirm() {
+  attachPress(elements_.confirm, [this] {
+    if (!options_.faults.confirmDoesNothing) confirm();
+  });
+  if (elements_.confirm == nullptr || options_.faults.pressRefused != ax::success) return;
+  const auto press = presses_.back().second;
+  elements_.confirm->addAction("AXPress", [this, press] {
+    const std::int32_t answer = options_.faults.confirmAnswers;
+    press();
+    return answer;
+  });
+}
+
+std::vector<SidebarPlace> OpenPanel::sidebarPlaces() const {
+  std::vector<SidebarPlace> places;
+  const std::string& home = surroundings_.home;
+  for (const std::string& path :
+       {std::string("/Applications"), pathWithin(home, "Desktop"), pathWithin(home, "Documents"),
+        pathWithin(home, "Downloads"), home, std::string("/")}) {
+    if (isDirectory(path)) places.push_back({desktop_.displayName(path), path});
+  }
+  return places;
+}
+
+void OpenPanel::attachPlaces() {
+  const auto places = sidebarPlaces();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    elements_.places[i]->makeSettable("AXSelected",
+                                      [this, path = places[i].path](const Value& value) {
+                                        const bool* selected = std::get_if<bool>(&value);
+                                        if (selected == nullptr) return ax::illegalArgument;
+                                        if (*selected) navigate(path);
+                                        return ax::success;
+                                      });
+  }
+}
+
+void OpenPanel::attachSearch() {
+  Element& field = *elements_.search;
+  field.makeSettable("AXValue", [this](const Value& value) {
+    const std::string* text = std::get_if<std::string>(&value);
+    if (text == nullptr) return ax::illegalArgument;
+    search_ = {*text, false};
+    editSearch();
+    return ax::success;
+  });
+  field.makeSettable("AXFocused", [this](const Value& value) {
+    const bool* focused = std::get_if<bool>(&value);
+    if (focused == nullptr) return ax::illegalArgument;
+    if (*focused) takeKeyboard(Keyboard::search);
+    return ax::success;
+  });
+  field.addAction("AXConfirm", [this] {
+    fillListing();
+    updateControls();
+    return ax::success;
+  });
+}
+
+void OpenPanel::editSearch() {
+  updateControls();
+  later(search_delay, [this, text = search_.text] {
+    if (phase_ != Phase::open || text != search_.text) return;
+    fillListing();
+    updateControls();
+  });
+}
+
+void OpenPanel::attachWhere() {
+  attachPress(elements_.where, [this] { openMenu(); });
+  elements_.where->addAction("AXShowMenu", [this] {
+    openMenu();
+    return ax::success;
+  });
+}
+
+// The folder shown, then those around it up to the volume.
+void OpenPanel::openMenu() {
+  later(menu_delay, [this] {
+    if (phase_ != Phase::open || menu_ != nullptr) return;
+    menu_paths_ = {folder_};
+    while (menu_paths_.back() != "/") menu_paths_.push_back(parentFolder(menu_paths_.back()));
+    std::vector<std::string> names;
+    for (const auto& path : menu_paths_) names.push_back(desktop_.displayName(path));
+    menu_ = &buildMenu(*elements_.where, names);
+    for (std::size_t i = 0; i < menu_paths_.size(); ++i) {
+      const auto pick = [this, path = menu_paths_[i]] {
+        pickMenuItem(path);
+        return ax::success;
+      };
+      menu_->children()[i]->addAction("AXPress", pick);
+      menu_->children()[i]->addAction("AXPick", pick);
+    }
+    menu_->addAction("AXCancel", [this] {
+      closeMenu();
+      return ax::success;
+    });
+    desktop_.noteMilestone("menu opened");
+  });
+}
+
+void OpenPanel::closeMenu() {
+  if (menu_ == nullptr) return;
+  elements_.where->removeChild(*menu_);
+  menu_ = nullptr;
+}
+
+void OpenPanel::pickMenuItem(const std::string& path) {
+  closeMenu();
+  navigate(path);
+}
+
+void OpenPanel::takeKeyboard(Keyboard where) {
+  keyboard_ = where;
+  elements_.list->set("AXFocused", where == Keyboard::list);
+  if (elements_.search != nullptr) elements_.search->set("AXFocused", where == Keyboard::search);
+  const Element* focused = where == Keyboard::list     ? elements_.list
+                           : where == Keyboard::search ? elements_.search
+                                                       : nullptr;
+  if (focused != nullptr && !go_to_.isShown()) {
+    shownIn().root.set("AXFocusedUIElement", focused->id());
+  }
+}
+
+}  // namespace simulator

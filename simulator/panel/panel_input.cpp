@@ -1,0 +1,195 @@
+// Keys and clicks that reach a panel.
+#include <algorithm>
+
+#include "simulator/panel/folder.h"
+#include "simulator/panel/open_panel.h"
+
+namespace simulator {
+namespace {
+
+// Measured: the confirm button is back 0.41 s after the go-to sheet's Return, which is 0.06 s after
+// the sheet is gone.
+constexpr Seconds confirm_back_delay = 0.06;
+
+}  // namespace
+
+bool OpenPanel::Receiver::keyEvent(const KeyEvent& event, Route route) {
+  if (!panel_.alive() || !panel_.takesKeysOf(pid_, route)) return false;
+  if (event.down) panel_.pressKey(keystroke(event));
+  return true;
+}
+
+// Assumed: clicks reach the panel by whichever of its processes they are posted to.
+bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Route) {
+  constexpr std::uint32_t left_down = 1;
+  if (!panel_.alive()) return false;
+  const bool onSheet = panel_.go_to_.covers(event.at);
+  if (!onSheet && !(panel_.owns(window) && contains(panel_.options_.frame, event.at))) return false;
+  if (panel_.phase_ != Phase::open) return true;
+  if (event.type == left_down) {
+    panel_.mouseDown(event);
+  } else {
+    panel_.mouseUp(event);
+  }
+  return true;
+}
+
+// What comes through the session reaches the panel as from a keyboard: the platform passes it on
+// to whichever process draws the panel.
+bool OpenPanel::takesKeysOf(Pid pid, Route route) const {
+  if (route == Route::session) return true;
+  const bool host = pid == options_.host;
+  switch (options_.keysReach) {
+    case KeysReach::service:
+      return !host;
+    case KeysReach::host:
+      return host;
+    case KeysReach::serviceWhileHostFrontmost:
+      return !host && desktop_.frontmost() == options_.host;
+    case KeysReach::both:
+      break;
+  }
+  return true;
+}
+
+void OpenPanel::pressKey(const Keystroke& stroke) {
+  if (phase_ != Phase::open || options_.faults.ignoresKeys) return;
+  if (menu_ != nullptr) {
+    // Assumed: an open menu takes all keys.
+    if (stroke.is(key::escape)) closeMenu();
+  } else if (go_to_.isOpen()) {
+    go_to_.pressKey(stroke);
+  } else if (stroke.is(key::g, true, true)) {
+    openGoTo(std::nullopt);
+  } else if (stroke.is(key::down, true) || stroke.is(key::o, true)) {
+    confirm();
+  } else if (stroke.is(key::escape) || stroke.is(key::period, true)) {
+    end(PanelOutcome::End::cancelled, "");
+  } else if (keyboard_ == Keyboard::search) {
+    pressSearchKey(stroke);
+  } else {
+    pressListKey(stroke);
+  }
+}
+
+void OpenPanel::pressListKey(const Keystroke& stroke) {
+  const bool focused = keyboard_ == Keyboard::list;
+  if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
+    confirm();
+  } else if (focused && stroke.is(key::down)) {
+    listing_->moveSelection(1);
+  } else if (focused && stroke.is(key::up)) {
+    listing_->moveSelection(-1);
+  } else if (focused && stroke.text == "/") {
+    openGoTo("/");
+  }
+}
+
+// Assumed: Return in the search field searches and confirms nothing.
+void OpenPanel::pressSearchKey(const Keystroke& stroke) {
+  if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
+    fillListing();
+    updateControls();
+  } else if (stroke.is(key::a, true)) {
+    search_.allSelected = true;
+  } else if (stroke.is(key::backspace)) {
+    search_.deleteBackward();
+    editSearch();
+  } else if (!stroke.text.empty()) {
+    search_.insert(stroke.text);
+    editSearch();
+  }
+}
+
+bool OpenPanel::owns(const Window& window) const {
+  if (std::find(windows_.begin(), windows_.end(), window.number) != windows_.end()) return true;
+  const bool embedded = options_.shape == PanelShape::embedded;
+  return embedded && window.element == elements_.root->parent();
+}
+
+const Element* OpenPanel::buttonAt(Point point) const {
+  const auto hit = std::find_if(presses_.begin(), presses_.end(), [&](const auto& press) {
+    return contains(*press.first->frame(), point);
+  });
+  return hit == presses_.end() ? nullptr : hit->first;
+}
+
+// Assumed: a click beside an open menu closes it.
+void OpenPanel::clickMenu(Point point) {
+  for (std::size_t i = 0; i < menu_paths_.size(); ++i) {
+    if (contains(*menu_->children()[i]->frame(), point)) return pickMenuItem(menu_paths_[i]);
+  }
+  closeMenu();
+}
+
+// Assumed: while the go-to sheet is shown a click beside it does nothing.
+void OpenPanel::mouseDown(const MouseEvent& event) {
+  if (go_to_.isShown()) {
+    if (go_to_.covers(event.at)) go_to_.click(event.at);
+    return;
+  }
+  if (menu_ != nullptr) return clickMenu(event.at);
+  pressed_ = buttonAt(event.at);
+  pressed_row_.clear();
+  const auto places = sidebarPlaces();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (contains(*elements_.places[i]->frame(), event.at)) return navigate(places[i].path);
+  }
+  if (contains(*elements_.search->frame(), event.at)) return takeKeyboard(Keyboard::search);
+  if (!contains(*elements_.listArea->frame(), event.at)) return;
+  takeKeyboard(Keyboard::list);
+  const Listing::Row* row = listing_->rowAt(event.at);
+  listing_->select(row);
+  if (row != nullptr) pressed_row_ = row->path;
+}
+
+// A button acts, and a second click opens, when the mouse is let go where it was pressed.
+void OpenPanel::mouseUp(const MouseEvent& event) {
+  const Element* button = buttonAt(event.at);
+  if (button != nullptr && button == pressed_) {
+    const auto press = std::find_if(presses_.begin(), presses_.end(),
+                                    [&](const auto& each) { return each.first == button; });
+    const auto effect = press->second;  // a copy, as it may close the panel
+    return effect();
+  }
+  constexpr std::int64_t double_click = 2;
+  const Listing::Row* row = listing_->rowAt(event.at);
+  if (event.clickState != double_click || row == nullptr || row->path != pressed_row_) return;
+  openRow(*row);
+}
+
+void OpenPanel::openGoTo(const std::optional<std::string>& typed, bool atOnce) {
+  Element* parent = elements_.root;
+  // Assumed: a sheet hangs from a window, also when the chooser is only a part of one.
+  if (options_.shape == PanelShape::embedded) parent = parent->parent();
+  go_to_.open(*parent, typed, atOnce);
+}
+
+void OpenPanel::goToSheetOpened() {
+  confirm_blocked_ = true;
+  updateControls();
+}
+
+// A file's path leads to its folder, with the file selected where files can be.
+void OpenPanel::goToSheetClosed(const std::optional<std::string>& path) {
+  if (path) {
+    const bool folder = isDirectory(*path);
+    const std::string shown = folder ? *path : parentFolder(*path);
+    if (shown != folder_) {
+      behind_.push_back(folder_);
+      ahead_.clear();
+    }
+    show(shown);
+    if (!folder) listing_->selectPath(*path);
+  }
+  takeKeyboard(keyboard_);
+  const bool confirmsToo = path && options_.faults.goToReturnConfirms;
+  later(confirm_back_delay, [this, confirmsToo] {
+    if (go_to_.isShown()) return;
+    confirm_blocked_ = false;
+    updateControls();
+    if (confirmsToo) confirm();
+  });
+}
+
+}  // namespace simulator

@@ -1,0 +1,36 @@
+// The words on the Open panel in each language.
+#pragma once
+
+#include <string>
+
+#include "simulator/panel/panel_options.h"
+
+namespace simulator {
+
+struct PanelTexts {
+  std::string open;         // title of a window, confirm button of a file panel
+  std::string description;  // AXDescription of the panel
+  std::string choose;       // confirm button of a folder panel
+  std::string cancel;
+  std::string sidebar;   // AXDescription of the list of places
+  std::string listView;  // AXDescription of the listing
+  std::string viewOptions;
+  std::string groupBy;
+  std::string where;  // title of the pop-up
+  std::string search;
+  std::string back;
+  std::string forward;
+  std::string newFolder;
+  std::string name;        // header of the listing's column
+  std::string favourites;  // header of the sidebar
+  std::string goToFolder;  // text on the go-to sheet
+  std::string go;
+  std::string message;  // what an embedded chooser asks for
+};
+
+const PanelTexts& panelTexts(Language language);
+
+// The language's tag in scenario files: "en", "zh-Hans", "de".
+std::string languageTag(Language language);
+
+}  // namespace simulator

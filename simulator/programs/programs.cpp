@@ -1,0 +1,11 @@
+#include "simulator/programs/programs.h"
+
+namespace simulator {
+
+void installPrograms(Desktop& desktop) {
+  desktop.installProgram("/bin/ps", runProcessList);
+  desktop.installProgram("/usr/bin/osascript", runScript);
+  desktop.installProgram("background-window-capture", runCaptureHelper);
+}
+
+}  // namespace simulator

@@ -1,0 +1,173 @@
+// Carries out the statements of a script.
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+#include "simulator/desktop/text.h"
+#include "simulator/desktop/unmodelled.h"
+#include "simulator/programs/programs.h"
+#include "simulator/programs/script.h"
+
+namespace simulator {
+namespace {
+
+using namespace std::string_view_literals;
+
+// Assumed: starting osascript and compiling a short script.
+constexpr Seconds compiling_time = 0.12;
+// Assumed: from one key that System Events types to the next.
+constexpr Seconds key_interval = 0.01;
+// Assumed: System Events answers once the application has come forward.
+constexpr Seconds coming_forward_time = 0.06;
+
+constexpr std::uint64_t shift_flag = 0x20000;
+
+// What the keys of the US layout type, by virtual key code; NUL where no such key types anything.
+constexpr std::string_view plain_keys = "asdfhgzxcv\0bqweryt123465=97-80]ou[ip\rlj'k;\\,/nm.\t `"sv;
+constexpr std::string_view shifted_keys =
+    "ASDFHGZXCV\0BQWERYT!@#$^%+(&_*)}OU{IP\0LJ\"K:|<?NM>\0\0~"sv;
+
+// One step of a run: does it and returns how long until the next. It may end the run.
+using Step = std::function<Seconds()>;
+
+void failStep(ProgramRun& run, const std::string& problem) {
+  run.complain("0:0: execution error: " + problem + "\n");
+  run.end(1);
+}
+
+void pressKey(ProgramRun& run, KeyEvent event) {
+  if (run.desktop().faults().untrusted) {
+    return failStep(run,
+                    "System Events got an error: osascript is not allowed to send keystrokes. "
+                    "(1002)");
+  }
+  run.desktop().postKey(event, std::nullopt, Origin::script);
+  event.down = false;
+  run.desktop().postKey(event, std::nullopt, Origin::script);
+}
+
+KeyEvent keyThatTypes(char16_t unit, std::uint64_t flags) {
+  if (unit == u'\n') unit = u'\r';
+  KeyEvent event;
+  event.flags = flags;
+  const char letter = unit != 0 && unit < 0x80 ? static_cast<char>(unit) : '\x7f';
+  std::size_t code = plain_keys.find(letter);
+  if (code == plain_keys.npos) {
+    code = shifted_keys.find(letter);
+    if (code != shifted_keys.npos) event.flags |= shift_flag;
+  }
+  if (code == shifted_keys.npos) {
+    // Assumed, from what script authors report: System Events types "a" for what the keyboard
+    // layout has no key for.
+    code = 0;
+    unit = u'a';
+  }
+  event.keyCode = static_cast<std::uint16_t>(code);
+  event.text = std::u16string(1, unit);
+  return event;
+}
+
+void bringForward(ProgramRun& run, Pid pid) {
+  if (run.desktop().faults().untrusted) {
+    return failStep(
+        run, "System Events got an error: osascript is not allowed assistive access. (-1719)");
+  }
+  if (!run.desktop().activate(pid, Origin::script)) {
+    failStep(run, "System Events got an error: Can’t get process 1 whose unix id = " +
+                      std::to_string(pid) + ". Invalid index. (-1719)");
+  }
+}
+
+void showDisplayedName(ProgramRun& run, const std::string& path) {
+  std::error_code problem;
+  if (!std::filesystem::exists(path, problem)) {
+    std::string shown = path;
+    for (char& letter : shown) {
+      if (letter == '/') letter = ':';
+    }
+    return failStep(
+        run, "File file \"" + run.desktop().displayName("/") + shown + "\" wasn’t found. (-43)");
+  }
+  run.print(run.desktop().displayName(path) + "\n");
+}
+
+// Breaks statements into steps.
+struct StepPlanner {
+  ProgramRun& run;
+  std::vector<Step>& steps;
+
+  void operator()(const TypeText& statement) const {
+    // A character beyond the basic plane is two units, neither of which has a key.
+    for (const char16_t unit : utf16FromUtf8(statement.text)) {
+      add(key_interval, [&run = run, unit, flags = statement.flags] {
+        pressKey(run, keyThatTypes(unit, flags));
+      });
+    }
+  }
+  void operator()(const PressKey& statement) const {
+    KeyEvent event;
+    event.keyCode = statement.keyCode;
+    event.flags = statement.flags;
+    add(key_interval, [&run = run, event] { pressKey(run, event); });
+  }
+  void operator()(const Delay& statement) const {
+    add(statement.seconds, [] {});
+  }
+  void operator()(const BringForward& statement) const {
+    add(coming_forward_time, [&run = run, pid = statement.pid] { bringForward(run, pid); });
+  }
+  void operator()(const ShowDisplayedName& statement) const {
+    add(0, [&run = run, path = statement.path] { showDisplayedName(run, path); });
+  }
+
+  template <typename Effect>
+  void add(Seconds time, Effect effect) const {
+    steps.push_back([time, effect = std::move(effect)] {
+      effect();
+      return time;
+    });
+  }
+};
+
+void runSteps(ProgramRun& run, const std::shared_ptr<const std::vector<Step>>& steps,
+              std::size_t at) {
+  if (at == steps->size()) return run.end(0);
+  const Seconds time = (*steps)[at]();
+  if (run.ended()) return;
+  run.after(time, [&run, steps, at] { runSteps(run, steps, at + 1); });
+}
+
+std::string sourceFromArguments(const std::vector<std::string>& words) {
+  std::string source;
+  for (std::size_t at = 0; at < words.size(); at += 2) {
+    if (words[at] != "-e" || at + 1 == words.size()) {
+      abortUnmodelled("/usr/bin/osascript with the argument \"" + words[at] + "\"");
+    }
+    if (at > 0) source += '\n';
+    source += words[at + 1];
+  }
+  return source;
+}
+
+void compileAndRun(ProgramRun& run, const std::string& source) {
+  auto steps = std::make_shared<std::vector<Step>>();
+  try {
+    for (const Statement& statement : parseScript(source)) {
+      std::visit(StepPlanner{run, *steps}, statement);
+    }
+  } catch (const SyntaxError& error) {
+    run.complain(std::string(error.what()) + "\n");
+    return run.end(1);
+  }
+  runSteps(run, steps, 0);
+}
+
+}  // namespace
+
+void runScript(ProgramRun& run) {
+  if (run.desktop().faults().script_hangs) return;
+  run.after(compiling_time,
+            [&run, source = sourceFromArguments(run.arguments())] { compileAndRun(run, source); });
+}
+
+}  // namespace simulator

@@ -1,0 +1,346 @@
+#include "simulator/scenario/scenario.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include "simulator/panel/folder.h"
+#include "simulator/scenario/bundled_files.h"
+#include "simulator/scenario/json_object.h"
+
+namespace simulator {
+namespace {
+
+constexpr Pid largest_pid = 99999;
+constexpr Pid first_service_pid = 900;
+constexpr double longest_seconds = 3600;
+
+const JsonObject::Choices<Language> languages{
+    {"en", Language::english}, {"zh-Hans", Language::simplifiedChinese}, {"de", Language::german}};
+const JsonObject::Choices<PanelShape> shapes{{"service-window", PanelShape::serviceWindow},
+                                             {"host-window", PanelShape::hostWindow},
+                                             {"host-sheet", PanelShape::hostSheet},
+                                             {"embedded", PanelShape::embedded}};
+const JsonObject::Choices<PanelMode> modes{{"folders", PanelMode::folders},
+                                           {"files", PanelMode::files}};
+const JsonObject::Choices<ListedWindows> listings{
+    {"host-and-service", ListedWindows::hostAndService},
+    {"host", ListedWindows::host},
+    {"service", ListedWindows::service},
+    {"none", ListedWindows::none}};
+const JsonObject::Choices<KeysReach> reaches{
+    {"service", KeysReach::service},
+    {"host", KeysReach::host},
+    {"both", KeysReach::both},
+    {"service-while-host-frontmost", KeysReach::serviceWhileHostFrontmost}};
+const JsonObject::Choices<bool> generations{{"new", false}, {"old", true}};
+
+// What runs on a desktop unless the scenario says otherwise.
+std::vector<ScenarioProcess> usualProcesses(Language language) {
+  const std::string page = language == Language::simplifiedChinese ? "扩展程序"
+                           : language == Language::german          ? "Erweiterungen"
+                                                                   : "Extensions";
+  const std::string bundle = "/Applications/Google Chrome.app/Contents/";
+  const std::string helper = "Google Chrome Helper (Renderer)";
+  return {
+      {1, "launchd", "/sbin/launchd", false, {}},
+      {250, "Finder", "/System/Library/CoreServices/Finder.app/Contents/MacOS/Finder", true, {}},
+      {300,
+       "Terminal",
+       "/System/Applications/Utilities/Terminal.app/Contents/MacOS/Terminal",
+       true,
+       {{"Terminal", {700, 400, 640, 420}, true, 0}}},
+      {812,
+       "Google Chrome",
+       bundle + "MacOS/Google Chrome",
+       true,
+       {{page, {80, 60, 1100, 740}, true, 40}}},
+      {830, helper, bundle + "Helpers/" + helper + ".app/Contents/MacOS/" + helper, false, {}},
+  };
+}
+
+const ScenarioProcess* processWith(const Scenario& scenario, Pid pid) {
+  const auto found = std::find_if(scenario.processes.begin(), scenario.processes.end(),
+                                  [pid](const ScenarioProcess& each) { return each.pid == pid; });
+  return found == scenario.processes.end() ? nullptr : &*found;
+}
+
+// The pid at the place, which must be an application's.
+Pid readApplication(const JsonPlace& place, const Scenario& scenario) {
+  const Pid pid = place.integer(1, largest_pid);
+  const ScenarioProcess* process = processWith(scenario, pid);
+  if (process == nullptr || !process->application) {
+    place.refuse("expected the pid of an application among the processes");
+  }
+  return pid;
+}
+
+ScenarioWindow readWindow(const JsonPlace& place) {
+  JsonObject object(place);
+  ScenarioWindow window;
+  window.title = object.require("title").text();
+  object.read("frame", window.frame);
+  object.read("listed", window.listed);
+  object.read("webElements", window.webElements, 0, 10000);
+  object.refuseOthers();
+  return window;
+}
+
+ScenarioProcess readProcess(const JsonPlace& place, const Scenario& scenario) {
+  JsonObject object(place);
+  ScenarioProcess process;
+  const JsonPlace pid = object.require("pid");
+  process.pid = pid.integer(1, largest_pid);
+  if (processWith(scenario, process.pid) != nullptr) {
+    pid.refuse("expected a pid that no other process has");
+  }
+  process.name = object.require("name").text();
+  process.command = process.name;
+  object.read("command", process.command);
+  object.read("application", process.application);
+  if (const auto windows = object.find("windows")) {
+    for (const auto& item : windows->items()) process.windows.push_back(readWindow(item));
+  }
+  object.refuseOthers();
+  return process;
+}
+
+GoToOptions readGoTo(const JsonPlace& place) {
+  JsonObject object(place);
+  GoToOptions goTo;
+  object.read("generation", goTo.oldGeneration, generations);
+  object.read("comboBox", goTo.comboBox);
+  object.read("normalisesField", goTo.normalisesField);
+  object.read("withoutConfirm", goTo.withoutConfirm);
+  object.read("neverOpens", goTo.neverOpens);
+  object.read("openAtStart", goTo.openAtStart);
+  object.refuseOthers();
+  return goTo;
+}
+
+PanelFaults readPanelFaults(const JsonPlace& place) {
+  constexpr std::int32_t lowest_error = -25214;
+  JsonObject object(place);
+  PanelFaults faults;
+  object.read("confirmDoesNothing", faults.confirmDoesNothing);
+  object.read("confirmAnswers", faults.confirmAnswers, lowest_error, 0);
+  object.read("pressRefused", faults.pressRefused, lowest_error, 0);
+  object.read("fieldWriteRefused", faults.fieldWriteRefused, lowest_error, 0);
+  object.read("ignoresKeys", faults.ignoresKeys);
+  object.read("ignoresSelection", faults.ignoresSelection);
+  object.read("staleListing", faults.staleListing);
+  object.read("noConfirmButton", faults.noConfirmButton);
+  object.read("goToReturnConfirms", faults.goToReturnConfirms);
+  object.read("closesLateBySeconds", faults.closesLateBySeconds, 0, longest_seconds);
+  object.refuseOthers();
+  return faults;
+}
+
+// The service of an earlier panel of the same host, or the next free pid.
+Pid usualService(const Scenario& scenario, Pid host) {
+  Pid pid = first_service_pid;
+  for (const auto& panel : scenario.panels) {
+    if (panel.host == host) return panel.service;
+    pid = std::max(pid, panel.service + 1);
+  }
+  while (processWith(scenario, pid) != nullptr) ++pid;
+  return pid;
+}
+
+void readService(JsonObject& object, PanelOptions& panel, const Scenario& scenario) {
+  panel.service = usualService(scenario, panel.host);
+  object.read("service", panel.service, 1, largest_pid);
+  const bool taken =
+      std::any_of(scenario.panels.begin(), scenario.panels.end(), [&](const PanelOptions& other) {
+        return other.service == panel.service && other.host != panel.host;
+      });
+  if (taken || processWith(scenario, panel.service) != nullptr) {
+    object.require("service").refuse("expected a pid that no other process has");
+  }
+  panel.serviceName =
+      "Open and Save Panel Service (" + processWith(scenario, panel.host)->name + ")";
+  object.read("serviceName", panel.serviceName);
+  panel.serviceCommand = panel.serviceName;
+  object.read("serviceCommand", panel.serviceCommand);
+}
+
+PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
+  JsonObject object(place);
+  PanelOptions panel;
+  object.require("shape");
+  object.read("shape", panel.shape, shapes);
+  const JsonPlace host = object.find("host").value_or(place);
+  if (place.value.contains("host")) panel.host = readApplication(host, scenario);
+  const ScenarioProcess* process = processWith(scenario, panel.host);
+  if (process == nullptr) place.refuse("expected the key \"host\", as no process has the pid 812");
+  const bool inWindow = panel.shape == PanelShape::hostSheet || panel.shape == PanelShape::embedded;
+  if (inWindow && process->windows.empty()) {
+    place.at("shape").refuse("expected a shape that needs no window of the host, which has none");
+  }
+  readService(object, panel, scenario);
+  panel.language = scenario.language;
+  object.read("language", panel.language, languages);
+  object.read("mode", panel.mode, modes);
+  if (panel.shape == PanelShape::embedded) panel.listed = ListedWindows::none;
+  object.read("listed", panel.listed, listings);
+  object.read("keysReach", panel.keysReach, reaches);
+  object.read("title", panel.title);
+  object.read("prompt", panel.prompt);
+  object.read("message", panel.message);
+  object.read("modal", panel.modal);
+  object.read("frame", panel.frame);
+  object.read("opensAtSeconds", panel.opensAtSeconds, 0, longest_seconds);
+  object.read("slow", panel.slow, 0.01, 100);
+  if (const auto folder = object.find("folder")) {
+    panel.folder = folder->text();
+    const auto home = panel.folder.starts_with("~");
+    if (!home && (!panel.folder.starts_with("/") || !isDirectory(panel.folder))) {
+      folder->refuse("expected the absolute path of a folder of this machine");
+    }
+  }
+  if (const auto view = object.find("view"); view && view->value != "list") {
+    view->refuse("expected \"list\": columns and icons are not modelled");
+  }
+  if (const auto goTo = object.find("goTo")) panel.goTo = readGoTo(*goTo);
+  if (const auto faults = object.find("faults")) panel.faults = readPanelFaults(*faults);
+  object.refuseOthers();
+  return panel;
+}
+
+PersonAct readPersonAct(const JsonPlace& place, const Scenario& scenario) {
+  JsonObject object(place);
+  PersonAct act;
+  act.atSeconds = object.require("atSeconds").number(0, longest_seconds);
+  if (const auto activated = object.find("activates")) {
+    act.activates = readApplication(*activated, scenario);
+  }
+  if (const auto clicked = object.find("clicks")) {
+    constexpr double farthest = 100000;
+    JsonObject point(*clicked);
+    act.clicks = Point{point.require("x").number(-farthest, farthest),
+                       point.require("y").number(-farthest, farthest)};
+    point.refuseOthers();
+  }
+  object.refuseOthers();
+  if (act.activates.has_value() == act.clicks.has_value()) {
+    place.refuse("expected one of the keys \"activates\" and \"clicks\"");
+  }
+  return act;
+}
+
+Faults readFaults(const JsonPlace& place) {
+  JsonObject object(place);
+  Faults faults;
+  object.read("untrusted", faults.untrusted);
+  if (const auto silent = object.find("silentProcesses")) {
+    for (const auto& item : silent->items()) {
+      faults.silent_processes.insert(item.integer(1, largest_pid));
+    }
+  }
+  if (const auto missing = object.find("missingPrograms")) {
+    for (const auto& item : missing->items()) faults.missing_programs.insert(item.text());
+  }
+  object.read("scriptHangs", faults.script_hangs);
+  object.read("captureHelperHangs", faults.capture_helper_hangs);
+  object.read("psPrintsNothing", faults.ps_prints_nothing);
+  object.read("screenRecordingDenied", faults.screen_recording_denied);
+  object.refuseOthers();
+  return faults;
+}
+
+void readProcesses(JsonObject& object, Scenario& scenario) {
+  if (const auto processes = object.find("processes")) {
+    for (const auto& item : processes->items()) {
+      scenario.processes.push_back(readProcess(item, scenario));
+    }
+  } else {
+    scenario.processes = usualProcesses(scenario.language);
+  }
+  const auto frontmost = object.find("frontmost");
+  if (frontmost && frontmost->value.is_null()) {
+    scenario.frontmost.reset();
+  } else if (frontmost) {
+    scenario.frontmost = readApplication(*frontmost, scenario);
+  } else if (processWith(scenario, *scenario.frontmost) == nullptr) {
+    object.place().refuse("expected the key \"frontmost\", as no process has the pid 300");
+  }
+}
+
+void readScreens(const JsonPlace& place, Scenario& scenario) {
+  scenario.screens.clear();
+  for (const auto& item : place.items()) scenario.screens.push_back(readRect(item));
+  if (scenario.screens.empty()) place.refuse("expected at least one screen");
+}
+
+std::string lineAndColumn(const std::string& text, std::size_t byte) {
+  const std::string before = text.substr(0, byte == 0 ? 0 : byte - 1);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t lineStart = before.rfind('\n') + 1;  // 0 without a line end
+  return "line " + std::to_string(line) + ", column " +
+         std::to_string(before.size() - lineStart + 1);
+}
+
+}  // namespace
+
+Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::string& name) {
+  Scenario scenario;
+  scenario.name = std::filesystem::path(name).stem().string();
+  scenario.document = document;
+  JsonObject object({document, name, ""});
+  object.read("description", scenario.description);
+  object.read("language", scenario.language, languages);
+  object.read("home", scenario.home);
+  object.read("volume", scenario.volume);
+  object.read("lastGoToPath", scenario.lastGoToPath);
+  if (const auto screens = object.find("screens")) readScreens(*screens, scenario);
+  readProcesses(object, scenario);
+  if (const auto panels = object.find("panels")) {
+    for (const auto& item : panels->items()) scenario.panels.push_back(readPanel(item, scenario));
+  }
+  if (const auto person = object.find("person")) {
+    for (const auto& item : person->items()) {
+      scenario.person.push_back(readPersonAct(item, scenario));
+    }
+  }
+  if (const auto faults = object.find("faults")) scenario.faults = readFaults(*faults);
+  object.refuseOthers();
+  return scenario;
+}
+
+Scenario scenarioFromText(const std::string& text, const std::string& name) {
+  try {
+    return scenarioFromJson(nlohmann::ordered_json::parse(text), name);
+  } catch (const nlohmann::json::parse_error& error) {
+    throw ScenarioError(name + ": " + lineAndColumn(text, error.byte) + ": expected JSON");
+  }
+}
+
+Scenario readScenarioFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  if (!file) throw ScenarioError(path.string() + ": /: expected a file that can be read");
+  return scenarioFromText(text.str(), path.string());
+}
+
+Scenario patched(const Scenario& scenario, const std::string& pointer,
+                 const nlohmann::ordered_json& value) {
+  nlohmann::ordered_json document = scenario.document;
+  document[nlohmann::ordered_json::json_pointer(pointer)] = value;
+  return scenarioFromJson(document, scenario.name);
+}
+
+std::vector<std::string> bundledScenarioNames() {
+  std::vector<std::string> names;
+  for (const auto& file : bundledFiles()) names.emplace_back(file.name);
+  return names;
+}
+
+Scenario bundledScenario(const std::string& name) {
+  for (const auto& file : bundledFiles()) {
+    if (file.name == name) return scenarioFromText(std::string(file.text), name);
+  }
+  throw ScenarioError(name + ": /: expected the name of a bundled scenario");
+}
+
+}  // namespace simulator

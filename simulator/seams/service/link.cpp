@@ -1,0 +1,69 @@
+#include <cstdlib>
+#include <memory>
+
+#include "simulator/frameworks/desktop_link.h"
+#include "simulator/service/client.h"
+
+namespace simulator {
+namespace {
+
+// Without a service: nothing runs, nobody may look, and there is one screen. Assumed: a program
+// that the user does not trust with accessibility is answered that its requests cannot complete.
+struct EmptyDesktop {
+  Reply operator()(const CopyAttribute&) const { return {ax::cannotComplete, {}}; }
+  Reply operator()(const SetAttribute&) const { return {ax::cannotComplete, {}}; }
+  Reply operator()(const CopyActionNames&) const { return {ax::cannotComplete, {}}; }
+  Reply operator()(const PerformAction&) const { return {ax::cannotComplete, {}}; }
+  Reply operator()(const PostEvent&) const { return {}; }
+  Reply operator()(const AskFrontmost&) const { return {}; }
+  Reply operator()(const AskRunning&) const { return {}; }
+  Reply operator()(const Activate&) const { return {ax::success, false}; }
+  Reply operator()(const AskScreens&) const {
+    return {ax::success, List{List{0.0, 0.0, 1440.0, 900.0}}};
+  }
+  Reply operator()(const AskDisplayName& request) const {
+    std::string path = request.path;
+    while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+    if (path != "/") path.erase(0, path.rfind('/') + 1);
+    return {ax::success, path};
+  }
+};
+
+// The calling thread's own connection: a request that is not answered holds up no other thread.
+// Null when there is no service; once it went away it stays so.
+std::unique_ptr<Connection>& connection() {
+  thread_local std::unique_ptr<Connection> own = []() -> std::unique_ptr<Connection> {
+    const char* path = std::getenv(desktop_variable);
+    if (!path) return nullptr;
+    try {
+      return std::make_unique<Connection>(path);
+    } catch (const WireError&) {
+      return nullptr;
+    }
+  }();
+  return own;
+}
+
+class ServiceLink : public DesktopLink {
+ public:
+  Reply ask(const Request& request) override {
+    auto& service = connection();
+    if (service) {
+      try {
+        return decodeReply(service->exchange(request));
+      } catch (const WireError&) {
+        service.reset();
+      }
+    }
+    return std::visit(EmptyDesktop{}, request);
+  }
+};
+
+}  // namespace
+
+DesktopLink& desktopLink() {
+  static ServiceLink link;
+  return link;
+}
+
+}  // namespace simulator

@@ -1,0 +1,17 @@
+// What became of a desktop, for people and for programs.
+#pragma once
+
+#include <string>
+
+#include "simulator/scenario/scene.h"
+
+namespace simulator {
+
+// Lines: what each panel ended with, the events that the tool posted, and which applications were
+// frontmost, in order.
+std::string outcomeLines(const Scene& scene);
+
+// The processes, the windows, the panels and the record, as JSON.
+std::string stateJson(const Scene& scene);
+
+}  // namespace simulator

@@ -1,0 +1,288 @@
+// `tessarine-desktop`: a simulated desktop as a process of its own.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scene.h"
+#include "simulator/service/client.h"
+#include "simulator/service/server.h"
+#include "simulator/service/server_report.h"
+
+extern char** environ;
+
+namespace simulator {
+namespace {
+
+namespace fs = std::filesystem;
+using Arguments = std::vector<std::string>;
+
+constexpr int status_bad_argument = 2;
+constexpr int status_not_started = 127;
+constexpr int signal_status_base = 128;
+
+constexpr const char* usage =
+    R"(usage: tessarine-desktop run SCENARIO [--record FILE] -- COMMAND [ARGUMENT...]
+       tessarine-desktop serve SCENARIO --socket PATH
+       tessarine-desktop state --socket PATH
+       tessarine-desktop list
+
+A simulated desktop for programs that were built to talk to one.
+
+  run    runs COMMAND on the desktop, says on standard error what the panels ended with, and
+         exits with the command's status; --record writes everything that happened as JSON
+  serve  keeps the desktop until SIGINT or SIGTERM; prints what to export for programs to find it
+  state  prints the processes, windows, panels and the record of a desktop that is being served
+  list   names the scenarios that come with the program
+
+SCENARIO is one of those names, or a file (with a slash or ending in .json).
+)";
+
+// A mistake in how the program was called: one line on standard error, status 2.
+struct CallError : std::runtime_error {
+  using runtime_error::runtime_error;
+};
+
+// Takes `--name VALUE` out of the arguments; empty when it is not there.
+std::string takeOption(Arguments& arguments, const std::string& name) {
+  const auto found = std::ranges::find(arguments, name);
+  if (found == arguments.end()) return "";
+  if (found + 1 == arguments.end() || (found + 1)->empty()) {
+    throw CallError(name + " needs a value");
+  }
+  std::string value = *(found + 1);
+  arguments.erase(found, found + 2);
+  return value;
+}
+
+std::string takeSocket(Arguments& arguments) {
+  const std::string path = takeOption(arguments, "--socket");
+  if (path.empty()) throw CallError("--socket PATH is missing");
+  return fs::absolute(path);
+}
+
+std::string takeScenarioName(Arguments& arguments) {
+  if (arguments.empty()) throw CallError("a scenario is missing; `list` names some");
+  const std::string name = arguments.front();
+  arguments.erase(arguments.begin());
+  return name;
+}
+
+void takeNoMore(const Arguments& arguments) {
+  if (!arguments.empty()) throw CallError("unexpected argument: " + arguments.front());
+}
+
+Scenario scenarioOf(const std::string& name) {
+  if (name.find('/') != std::string::npos || name.ends_with(".json")) {
+    return readScenarioFile(name);
+  }
+  if (!std::ranges::count(bundledScenarioNames(), name)) {
+    throw CallError("no scenario is called " + name + "; `list` names them all");
+  }
+  return bundledScenario(name);
+}
+
+// The stand-in programs lie beside this one.
+std::string programsFolder() {
+  return fs::read_symlink("/proc/self/exe").parent_path() / "desktop-programs";
+}
+
+struct Variable {
+  std::string name;
+  std::string value;
+};
+
+// What connects a program to the desktop at `socket`.
+std::vector<Variable> connection(const std::string& socket) {
+  return {{desktop_variable, socket},
+          {programs_variable, programsFolder()},
+          {"ZORVILET_BIN", programsFolder()}};
+}
+
+std::string shellQuoted(const std::string& text) {
+  std::string quoted = "'";
+  for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
+}
+
+// Signals that have arrived, one byte each.
+int signal_pipe[2];
+
+void noteSignal(int number) {
+  const int reason = errno;
+  const auto byte = static_cast<unsigned char>(number);
+  [[maybe_unused]] const ssize_t count = write(signal_pipe[1], &byte, 1);
+  errno = reason;
+}
+
+void noteSignals(std::initializer_list<int> numbers) {
+  if (pipe(signal_pipe) != 0) throw std::runtime_error("cannot make a pipe");
+  for (const int end : signal_pipe) {
+    fcntl(end, F_SETFD, FD_CLOEXEC);
+    fcntl(end, F_SETFL, O_NONBLOCK);
+  }
+  for (const int number : numbers) {
+    struct sigaction action {};
+    action.sa_handler = noteSignal;
+    action.sa_flags = SA_RESTART;
+    sigaction(number, &action, nullptr);
+  }
+}
+
+std::vector<int> takeSignals() {
+  unsigned char bytes[64];
+  const ssize_t count = read(signal_pipe[0], bytes, sizeof bytes);
+  return {bytes, bytes + std::max<ssize_t>(count, 0)};
+}
+
+// A new folder that only this user can enter, removed with what is in it.
+class PrivateFolder {
+ public:
+  PrivateFolder() : path_((fs::temp_directory_path() / "tessarine-desktop-XXXXXX").string()) {
+    if (!mkdtemp(path_.data())) throw std::runtime_error("cannot make a folder like " + path_);
+  }
+  ~PrivateFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  PrivateFolder(const PrivateFolder&) = delete;
+  PrivateFolder& operator=(const PrivateFolder&) = delete;
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+// The command's process; absent, after a line on standard error, when it cannot be started.
+std::optional<pid_t> startCommand(const Arguments& command) {
+  std::vector<char*> argv;
+  for (const std::string& argument : command) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  const int reason = posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ);
+  if (reason == 0) return pid;
+  std::cerr << "tessarine-desktop: cannot start " << command[0] << ": " << std::strerror(reason)
+            << '\n';
+  return {};
+}
+
+// Serves until the command has ended; its status as a shell would give it.
+int serveCommand(Server& server, pid_t command) {
+  int status = 0;
+  while (waitpid(command, &status, WNOHANG) == 0) {
+    server.serveUntil(signal_pipe[0]);
+    for (const int number : takeSignals()) {
+      if (number == SIGTERM || number == SIGHUP) kill(command, number);
+    }
+  }
+  return WIFSIGNALED(status) ? signal_status_base + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+int run(Arguments arguments) {
+  const auto separator = std::ranges::find(arguments, "--");
+  if (separator == arguments.end() || separator + 1 == arguments.end()) {
+    throw CallError("`-- COMMAND` is missing");
+  }
+  const Arguments command(separator + 1, arguments.end());
+  arguments.erase(separator, arguments.end());
+  const std::string recordFile = takeOption(arguments, "--record");
+  const std::string scenario = takeScenarioName(arguments);
+  takeNoMore(arguments);
+
+  const auto scene = makeScene(scenarioOf(scenario));
+  std::ofstream record;
+  if (!recordFile.empty()) {
+    record.open(recordFile);
+    if (!record) throw CallError("cannot write " + recordFile + ": " + std::strerror(errno));
+  }
+  const PrivateFolder folder;
+  const std::string socket = folder.path() + "/desktop";
+  // The terminal sends SIGINT and SIGQUIT to the command as well: it decides what they mean.
+  noteSignals({SIGCHLD, SIGTERM, SIGHUP, SIGINT, SIGQUIT});
+  for (const Variable& variable : connection(socket)) {
+    setenv(variable.name.c_str(), variable.value.c_str(), 1);
+  }
+  Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
+  const auto started = startCommand(command);
+  if (!started) return status_not_started;
+  const int status = serveCommand(server, *started);
+  std::cerr << outcomeLines(*scene);
+  if (record.is_open())
+    record << scene->desktop.record().toJson().dump(
+                  2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+           << '\n';
+  return status;
+}
+
+int serve(Arguments arguments) {
+  const std::string socket = takeSocket(arguments);
+  const std::string scenario = takeScenarioName(arguments);
+  takeNoMore(arguments);
+  const auto scene = makeScene(scenarioOf(scenario));
+  noteSignals({SIGINT, SIGTERM});
+  Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
+  for (const Variable& variable : connection(socket)) {
+    std::cout << "export " << variable.name << '=' << shellQuoted(variable.value) << std::endl;
+  }
+  server.serveUntil(signal_pipe[0]);
+  return 0;
+}
+
+int state(Arguments arguments) {
+  const std::string socket = takeSocket(arguments);
+  takeNoMore(arguments);
+  std::cout << Connection(socket).exchange(AskState{}).get<std::string>() << '\n';
+  return 0;
+}
+
+int list(const Arguments& arguments) {
+  takeNoMore(arguments);
+  for (const std::string& name : bundledScenarioNames()) {
+    std::printf("%-28s %s\n", name.c_str(), bundledScenario(name).description.c_str());
+  }
+  return 0;
+}
+
+int perform(Arguments arguments) {
+  if (arguments.empty()) throw CallError("a command is missing; --help names them");
+  const std::string command = arguments.front();
+  arguments.erase(arguments.begin());
+  if (command == "--help") {
+    std::cout << usage;
+    return 0;
+  }
+  if (command == "run") return run(arguments);
+  if (command == "serve") return serve(arguments);
+  if (command == "state") return state(arguments);
+  if (command == "list") return list(arguments);
+  throw CallError("unknown command: " + command);
+}
+
+}  // namespace
+}  // namespace simulator
+
+int main(int argc, char** argv) {
+  try {
+    return simulator::perform({argv + 1, argv + argc});
+  } catch (const std::exception& error) {
+    std::cerr << "tessarine-desktop: " << error.what() << '\n';
+    return simulator::status_bad_argument;
+  }
+}

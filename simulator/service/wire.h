@@ -1,0 +1,47 @@
+// What a program and a desktop service say to each other over a Unix socket: CBOR messages, each
+// after its length in four bytes, the highest first. A program sends one message and reads one
+// answer; what the answer holds follows from the message.
+//
+// Everything that does not have the expected form is refused with a WireError.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "simulator/desktop/request.h"
+
+namespace simulator {
+
+struct WireError : std::runtime_error {
+  using runtime_error::runtime_error;
+};
+
+// Answered with the program's result, once it has ended.
+struct StartProgram {
+  std::string path;
+  std::vector<std::string> arguments;
+};
+
+// Answered with the state of the service, a text.
+struct AskState {};
+
+using Message = std::variant<Request, StartProgram, AskState>;
+
+nlohmann::json encode(const Message& message);
+nlohmann::json encode(const Reply& reply);
+nlohmann::json encode(const ProgramResult& result);
+
+Message decodeMessage(const nlohmann::json& json);
+Reply decodeReply(const nlohmann::json& json);
+ProgramResult decodeProgramResult(const nlohmann::json& json);
+
+// The bytes of one message, and the first whole message in the bytes received so far, which is
+// taken off them; absent as long as it is not complete.
+std::string pack(const nlohmann::json& json);
+std::optional<nlohmann::json> unpack(std::string& received);
+
+}  // namespace simulator

@@ -1,0 +1,824 @@
+// The Open panel: its tree in every shape and language, keys, clicks, both generations of the go-to
+// sheet, what it chooses, and how it fails when told to. Driven as a program drives it: by requests
+// to the desktop and by letting its time pass.
+#include "simulator/panel/open_panel.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/desktop/text.h"
+#include "simulator/panel/folder.h"
+#include "simulator/panel/panel_texts.h"
+#include "simulator/scenario/scene.h"
+
+namespace simulator {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+using Texts = std::vector<std::string>;
+
+constexpr Pid host = 812;
+constexpr Pid service = 900;
+constexpr std::uint64_t command = 0x100000;
+constexpr std::uint64_t shift = 0x20000;
+
+// A folder of the machine with two folders, two files and something hidden.
+class Sample {
+ public:
+  Sample() {
+    std::string pattern = (fs::temp_directory_path() / "panel-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    path_ = fs::canonical(pattern).string();
+    for (const char* folder : {"beta", "Alpha/inner", ".hidden"}) {
+      fs::create_directories(fs::path(path_) / folder);
+    }
+    for (const char* file : {"file10.txt", "file 9.txt"}) std::ofstream(path_ + "/" + file) << "x";
+  }
+  ~Sample() { fs::remove_all(path_); }
+  Sample(const Sample&) = delete;
+  Sample& operator=(const Sample&) = delete;
+
+  std::string path(const std::string& name = "") const {
+    return name.empty() ? path_ : path_ + "/" + name;
+  }
+
+ private:
+  std::string path_;
+};
+
+// One panel that shows the sample folder; `panel` holds what differs from a healthy one.
+class PanelWorld {
+ public:
+  explicit PanelWorld(Json panel = Json::object(), Json scenario = Json::object()) {
+    if (!panel.contains("shape")) panel["shape"] = "service-window";
+    if (!panel.contains("folder")) panel["folder"] = sample.path();
+    if (!scenario.contains("home")) scenario["home"] = sample.path();
+    scenario["panels"] = Json::array({panel});
+    scene = makeScene(scenarioFromJson(scenario, "world"));
+  }
+
+  Desktop& desktop() { return scene->desktop; }
+  const OpenPanel& panel() const { return *scene->panels.front(); }
+  void pass(Seconds seconds) { desktop().advanceTo(desktop().now() + seconds); }
+
+  void key(std::uint16_t code, std::uint64_t flags = 0, std::optional<Pid> target = service) {
+    for (const bool down : {true, false}) {
+      desktop().answer(PostEvent{KeyEvent{code, down, flags, {}}, target});
+    }
+  }
+  void type(const std::string& text) {
+    desktop().answer(PostEvent{KeyEvent{0, true, 0, utf16FromUtf8(text)}, service});
+  }
+  void click(const Element& element, std::int64_t state = 1, Pid target = service) {
+    const Rect frame = *element.frame();
+    const Point middle{frame.x + frame.width / 2, frame.y + frame.height / 2};
+    for (const std::uint32_t type : {1U, 2U}) {
+      desktop().answer(PostEvent{MouseEvent{type, middle, state}, target});
+    }
+  }
+
+  // Performs an action as the panel's user does: its price passes first.
+  std::int32_t perform(const Element& element, const std::string& action) {
+    const Request request = PerformAction{element.id(), action};
+    pass(desktop().price(request));
+    return desktop().answer(request).error;
+  }
+  std::int32_t write(const Element& element, const std::string& attribute, Value value) {
+    return desktop().answer(SetAttribute{element.id(), attribute, std::move(value)}).error;
+  }
+  Reply read(ElementId element, const std::string& attribute) {
+    return desktop().answer(CopyAttribute{element, attribute});
+  }
+  Value focusedWindow(Pid pid) { return read({pid, 0}, "AXFocusedWindow").value; }
+
+  // Elements with the attribute at that text, in the order of the tree.
+  std::vector<Element*> all(const std::string& attribute, const std::string& text) {
+    std::vector<Element*> found;
+    for (const auto& process : desktop().processes()) {
+      collect(process->root, attribute, text, found);
+    }
+    return found;
+  }
+  Element& one(const std::string& attribute, const std::string& text) {
+    const auto found = all(attribute, text);
+    if (found.size() != 1) {
+      throw std::runtime_error(std::to_string(found.size()) + " elements with " + attribute + " " +
+                               text);
+    }
+    return *found.front();
+  }
+  Element& identified(const std::string& identifier) { return one("AXIdentifier", identifier); }
+  Element& named(const std::string& file) { return one("AXFilename", file); }
+  Element& rowOf(const std::string& file) { return *named(file).parent()->parent(); }
+  std::string text(const Element& element, const std::string& attribute = "AXValue") {
+    return std::get<std::string>(*element.get(attribute));
+  }
+  bool enabled(const Element& element) { return std::get<bool>(*element.get("AXEnabled")); }
+
+  Texts shownNames() {
+    Texts names;
+    for (const auto& child : identified("ListView").children()) {
+      const auto& cell = *child->children().front();
+      if (cell.children().size() == 2) names.push_back(text(*cell.children()[1]));
+    }
+    return names;
+  }
+
+  // The first time of the milestone, in milliseconds.
+  long milestone(const std::string& text) {
+    for (const auto& line : desktop().record().lines()) {
+      const auto* entry = std::get_if<Milestone>(&line.entry);
+      if (entry != nullptr && entry->text == text) return std::lround(line.time * 1000);
+    }
+    throw std::runtime_error("never: " + text);
+  }
+
+  Sample sample;
+  std::unique_ptr<Scene> scene;
+
+ private:
+  static void collect(Element& at, const std::string& attribute, const std::string& text,
+                      std::vector<Element*>& found) {
+    const Value* value = at.get(attribute);
+    if (value != nullptr && *value == Value(text)) found.push_back(&at);
+    for (const auto& child : at.children()) collect(*child, attribute, text, found);
+  }
+};
+
+PanelOutcome chosen(const std::string& path, Seconds at) {
+  return {PanelOutcome::End::chosen, path, at};
+}
+PanelOutcome cancelled(Seconds at) {
+  return {PanelOutcome::End::cancelled, "", at};
+}
+
+// One line for each element, without what stands in the sidebar and in a page.
+std::string drawn(const Element& element, const std::string& indent = "") {
+  std::string line = indent + element.role();
+  for (const char* attribute :
+       {"AXSubrole", "AXIdentifier", "AXTitle", "AXDescription", "AXFilename", "AXValue"}) {
+    const Value* value = element.get(attribute);
+    const auto* text = value != nullptr ? std::get_if<std::string>(value) : nullptr;
+    if (text != nullptr) line += " " + std::string(attribute).substr(2) + "=" + *text;
+  }
+  line += "\n";
+  const Value* description = element.get("AXDescription");
+  const bool sidebar = description != nullptr &&
+                       (*description == Value("sidebar") || *description == Value("边栏") ||
+                        *description == Value("Seitenleiste"));
+  if (sidebar || element.role() == "AXWebArea") return line;
+  for (const auto& child : element.children()) line += drawn(*child, indent + " ");
+  return line;
+}
+
+const char* const english_lists = R"( AXSplitGroup
+  AXScrollArea
+   AXOutline Description=sidebar
+  AXSplitter
+  AXScrollArea
+   AXOutline Identifier=ListView Description=list view
+    AXRow
+     AXCell
+      AXStaticText Value=Name
+    AXRow Subrole=AXOutlineRow
+     AXCell
+      AXImage
+      AXTextField Filename=Alpha Value=Alpha
+    AXRow Subrole=AXOutlineRow
+     AXCell
+      AXImage
+      AXTextField Filename=beta Value=beta
+    AXRow Subrole=AXOutlineRow
+     AXCell
+      AXImage
+      AXTextField Filename=file 9.txt Value=file 9.txt
+    AXRow Subrole=AXOutlineRow
+     AXCell
+      AXImage
+      AXTextField Filename=file10.txt Value=file10.txt
+  AXMenuButton Description=View Options
+  AXMenuButton Description=Group or Sort By
+)";
+
+std::string englishControls(const std::string& folder, const std::string& confirm) {
+  return "  AXPopUpButton Identifier=where popup Title=Where: Value=" + folder +
+         R"(
+  AXTextField Subrole=AXSearchField Identifier=Search Value=
+  AXButton Description=back
+  AXButton Description=forward
+  AXButton Identifier=NewFolderButton Title=New Folder
+  AXButton Identifier=CancelButton Title=Cancel
+  AXButton Identifier=OKButton Title=)" +
+         confirm + "\n";
+}
+
+std::string fileName(const std::string& path) {
+  return fs::path(path).filename().string();
+}
+
+TEST(PanelTree, ServiceWindowStandsInTheServiceAlone) {
+  PanelWorld world;
+  EXPECT_EQ(drawn(world.identified("open-panel")),
+            R"(AXWindow Subrole=AXDialog Identifier=open-panel Title=Open Description=open
+ AXButton Subrole=AXCloseButton
+ AXButton Subrole=AXMinimizeButton
+ AXButton Subrole=AXZoomButton
+ AXStaticText Value=Open
+)" + std::string(english_lists) +
+                englishControls(fileName(world.sample.path()), "Choose"));
+  const Element& root = world.identified("open-panel");
+  EXPECT_EQ(world.read({service, 0}, "AXWindows").value, Value(List{root.id()}));
+  EXPECT_EQ(world.focusedWindow(service), Value(root.id()));
+  EXPECT_EQ(std::get<List>(world.read({host, 0}, "AXWindows").value).size(), 1U);
+}
+
+TEST(PanelTree, HostWindowStandsAmongTheBrowsersWindows) {
+  PanelWorld world(Json{{"shape", "host-window"}, {"modal", false}, {"title", "Pick"}});
+  const Element& root = world.identified("open-panel");
+  EXPECT_EQ(root.parent(), &world.desktop().findProcess(host)->root);
+  EXPECT_EQ(drawn(root).substr(0, drawn(root).find('\n')),
+            "AXWindow Subrole=AXStandardWindow Identifier=open-panel Title=Pick Description=open");
+  EXPECT_EQ(std::get<List>(world.read({host, 0}, "AXWindows").value).size(), 2U);
+  EXPECT_EQ(world.focusedWindow(host), Value(root.id()));
+  EXPECT_EQ(world.read({service, 0}, "AXWindows").value, Value(List{}));
+}
+
+TEST(PanelTree, SheetHangsFromTheBrowsersWindowAndHasNoTitle) {
+  PanelWorld world(Json{{"shape", "host-sheet"}, {"prompt", "Select"}});
+  const Element& root = world.identified("open-panel");
+  EXPECT_EQ(drawn(root), "AXSheet Identifier=open-panel Description=open\n" +
+                             std::string(english_lists) +
+                             englishControls(fileName(world.sample.path()), "Select"));
+  EXPECT_EQ(world.text(*root.parent(), "AXTitle"), "Extensions");
+  EXPECT_EQ(world.focusedWindow(host), Value(root.id()));
+  EXPECT_EQ(world.read(root.id(), "AXTitle").error, ax::attributeUnsupported);
+}
+
+TEST(PanelTree, EmbeddedChooserLeavesTheWindowItsTitleAndSaysWhatItWants) {
+  PanelWorld world(Json{{"shape", "embedded"}});
+  const Element& root = world.identified("open-panel");
+  EXPECT_EQ(drawn(root),
+            "AXGroup Identifier=open-panel Description=open\n"
+            " AXStaticText Value=Select the extension directory.\n" +
+                std::string(english_lists) +
+                englishControls(fileName(world.sample.path()), "Choose"));
+  EXPECT_EQ(root.parent()->role(), "AXWindow");
+  EXPECT_EQ(world.text(*root.parent(), "AXTitle"), "Extensions");
+}
+
+TEST(PanelTree, SpeaksChineseAndGerman) {
+  PanelWorld chinese(Json{{"shape", "host-window"}}, {{"language", "zh-Hans"}});
+  EXPECT_EQ(chinese.text(chinese.identified("open-panel"), "AXTitle"), "打开");
+  EXPECT_EQ(chinese.text(chinese.identified("OKButton"), "AXTitle"), "选择");
+  EXPECT_EQ(chinese.text(chinese.identified("CancelButton"), "AXTitle"), "取消");
+  EXPECT_EQ(chinese.text(chinese.identified("ListView"), "AXDescription"), "列表视图");
+  EXPECT_EQ(chinese.text(chinese.identified("where popup"), "AXTitle"), "位置：");
+  EXPECT_EQ(chinese.all("AXDescription", "边栏").size(), 1U);
+  PanelWorld german(Json{{"mode", "files"}}, {{"language", "de"}});
+  EXPECT_EQ(german.text(german.identified("OKButton"), "AXTitle"), "Öffnen");
+  EXPECT_EQ(german.text(german.identified("CancelButton"), "AXTitle"), "Abbrechen");
+  EXPECT_EQ(german.all("AXDescription", "Seitenleiste").size(), 1U);
+}
+
+TEST(PanelTree, RowsCarryNameLocationAndWhetherTheyCanBeChosen) {
+  PanelWorld world;
+  const std::string url = "file://" + world.sample.path();
+  EXPECT_EQ(world.read(world.named("Alpha").id(), "AXURL").value, Value(Url{url + "/Alpha/"}));
+  EXPECT_EQ(world.read(world.named("file 9.txt").id(), "AXURL").value,
+            Value(Url{url + "/file%209.txt"}));
+  EXPECT_TRUE(world.enabled(world.named("Alpha")));
+  EXPECT_FALSE(world.enabled(world.named("file10.txt")));
+  EXPECT_EQ(world.desktop().answer(CopyActionNames{world.named("Alpha").id()}).value,
+            Value(List{"AXOpen"}));
+}
+
+TEST(PanelTree, ControlsStandInsideThePanelAndDoNotOverlap) {
+  PanelWorld world;
+  std::vector<Rect> frames;
+  for (const char* identifier :
+       {"where popup", "Search", "NewFolderButton", "CancelButton", "OKButton", "ListView"}) {
+    frames.push_back(*world.identified(identifier).frame());
+  }
+  const Rect panel = world.panel().options().frame;
+  for (std::size_t i = 0; i < frames.size(); ++i) {
+    const Rect& a = frames[i];
+    EXPECT_TRUE(contains(panel, {a.x, a.y}));
+    EXPECT_TRUE(contains(panel, {a.x + a.width - 1, a.y + a.height - 1}));
+    for (std::size_t j = 0; j < i; ++j) {
+      const Rect& b = frames[j];
+      const bool apart = a.x >= b.x + b.width || b.x >= a.x + a.width || a.y >= b.y + b.height ||
+                         b.y >= a.y + a.height;
+      EXPECT_TRUE(apart) << i << " and " << j;
+    }
+  }
+}
+
+TEST(PanelWindows, AreListedAsTheOptionSays) {
+  const auto listed = [](const char* option) {
+    PanelWorld world(Json{{"listed", option}});
+    Texts owners;
+    for (const auto& window : world.desktop().windows()) {
+      if (window->title == "Open" && window->listed) {
+        EXPECT_EQ(window->frame, world.panel().options().frame);
+        owners.push_back(world.desktop().findProcess(window->owner)->name);
+      }
+    }
+    return owners;
+  };
+  const std::string drawer = "Open and Save Panel Service (Google Chrome)";
+  EXPECT_EQ(listed("host-and-service"), (Texts{drawer, "Google Chrome"}));
+  EXPECT_EQ(listed("host"), Texts{"Google Chrome"});
+  EXPECT_EQ(listed("service"), Texts{drawer});
+  EXPECT_EQ(listed("none"), Texts{});
+}
+
+TEST(PanelOpening, WindowAppearsInSteps) {
+  PanelWorld world(Json{{"opensAtSeconds", 1}});
+  const auto seen = [&](Seconds at, const char* identifier) {
+    world.desktop().advanceTo(at);
+    return world.all("AXIdentifier", identifier).size() == 1;
+  };
+  EXPECT_EQ(world.desktop().findProcess(service), nullptr);
+  EXPECT_FALSE(seen(1.049, "open-panel"));
+  EXPECT_TRUE(seen(1.051, "open-panel"));
+  EXPECT_FALSE(seen(1.44, "ListView"));
+  EXPECT_TRUE(seen(1.46, "ListView"));
+  EXPECT_FALSE(seen(1.47, "OKButton"));
+  EXPECT_TRUE(seen(1.49, "OKButton"));
+}
+
+TEST(PanelOpening, FirstReadOfASheetBlocksUntilItIsReadable) {
+  PanelWorld world(Json{{"shape", "host-sheet"}, {"opensAtSeconds", 1}});
+  world.desktop().advanceTo(1.1);
+  const ElementId root = world.identified("open-panel").id();
+  EXPECT_NEAR(world.desktop().price(CopyAttribute{root, "AXChildren"}), 0.2, 1e-9);
+  world.desktop().advanceTo(1.73);
+  EXPECT_EQ(world.all("AXIdentifier", "OKButton").size(), 0U);
+  world.desktop().advanceTo(1.75);
+  EXPECT_EQ(world.all("AXIdentifier", "OKButton").size(), 1U);
+  EXPECT_LT(world.desktop().price(CopyAttribute{root, "AXChildren"}), 0.001);
+}
+
+TEST(PanelOpening, SlowPanelTakesAMultipleOfEveryDelay) {
+  PanelWorld world(Json{{"opensAtSeconds", 1}, {"slow", 10}});
+  world.desktop().advanceTo(20);
+  EXPECT_EQ(world.milestone("panel opened"), 1500);
+  EXPECT_EQ(world.milestone("folder shown " + world.sample.path()), 5500);
+  world.key(key::g, command | shift);
+  world.pass(10);
+  EXPECT_EQ(world.milestone("go-to sheet opened"), 21300);
+}
+
+TEST(PanelChoice, PressOfTheConfirmButtonChoosesTheFolderShown) {
+  PanelWorld world;
+  const ElementId root = world.identified("open-panel").id();
+  EXPECT_EQ(world.perform(world.identified("OKButton"), "AXPress"), ax::success);
+  EXPECT_EQ(world.panel().outcome(), chosen(world.sample.path(), 0.1));
+  EXPECT_EQ(world.read(root, "AXRole").error, ax::success);
+  world.pass(0.021);
+  EXPECT_EQ(world.read(root, "AXRole").error, ax::invalidElement);
+  EXPECT_TRUE(world.desktop().findProcess(service)->terminated);
+  for (const auto& window : world.desktop().windows()) EXPECT_NE(window->title, "Open");
+  EXPECT_EQ(world.milestone("panel closed: chosen " + world.sample.path()), 120);
+}
+
+TEST(PanelChoice, SelectedFolderWinsOverTheFolderShown) {
+  PanelWorld world;
+  EXPECT_EQ(
+      world.write(world.identified("ListView"), "AXSelectedRows", List{world.rowOf("beta").id()}),
+      ax::success);
+  EXPECT_EQ(world.read(world.identified("ListView").id(), "AXSelectedRows").value,
+            Value(List{world.rowOf("beta").id()}));
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome(), chosen(world.sample.path("beta"), 0));
+}
+
+TEST(PanelChoice, FolderPanelDoesNotSelectFiles) {
+  PanelWorld world;
+  world.write(world.identified("ListView"), "AXSelectedRows", List{world.rowOf("file10.txt").id()});
+  EXPECT_EQ(world.read(world.identified("ListView").id(), "AXSelectedRows").value, Value(List{}));
+}
+
+TEST(PanelChoice, FilePanelConfirmsOnlyWithASelection) {
+  PanelWorld world(Json{{"mode", "files"}});
+  EXPECT_FALSE(world.enabled(world.identified("OKButton")));
+  EXPECT_EQ(world.perform(world.identified("OKButton"), "AXPress"), ax::success);
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+  world.write(world.identified("ListView"), "AXSelectedRows", List{world.rowOf("file 9.txt").id()});
+  EXPECT_TRUE(world.enabled(world.identified("OKButton")));
+  world.key(key::o, command);
+  EXPECT_EQ(world.panel().outcome(), chosen(world.sample.path("file 9.txt"), 0.1));
+}
+
+TEST(PanelChoice, FilePanelEntersASelectedFolderWhenItIsConfirmed) {
+  PanelWorld world(Json{{"mode", "files"}});
+  world.write(world.identified("ListView"), "AXSelectedRows", List{world.rowOf("Alpha").id()});
+  world.key(key::returnKey);
+  world.pass(0.2);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+  EXPECT_EQ(world.shownNames(), Texts{"inner"});
+}
+
+TEST(PanelChoice, CancelButtonAndCloseButtonCancel) {
+  PanelWorld button;
+  button.perform(button.identified("CancelButton"), "AXPress");
+  EXPECT_EQ(button.panel().outcome(), cancelled(0.1));
+  PanelWorld title;
+  title.perform(*title.identified("open-panel").children().front(), "AXPress");
+  EXPECT_EQ(title.panel().outcome(), cancelled(0.1));
+}
+
+TEST(PanelKeys, ConfirmAndCancelAsMeasured) {
+  const auto after = [](std::uint16_t code, std::uint64_t flags) {
+    PanelWorld world;
+    world.key(code, flags);
+    return world.panel().outcome().end;
+  };
+  using End = PanelOutcome::End;
+  EXPECT_EQ(after(key::returnKey, 0), End::chosen);
+  EXPECT_EQ(after(key::keypadEnter, 0), End::chosen);
+  EXPECT_EQ(after(key::down, command), End::chosen);
+  EXPECT_EQ(after(key::o, command), End::chosen);
+  EXPECT_EQ(after(key::escape, 0), End::cancelled);
+  EXPECT_EQ(after(key::period, command), End::cancelled);
+  EXPECT_EQ(after(key::returnKey, shift), End::none);
+  EXPECT_EQ(after(key::returnKey, command), End::none);
+  EXPECT_EQ(after(48, 0), End::none) << "Tab";
+}
+
+TEST(PanelKeys, ReachThePanelThroughTheProcessThatTheOptionNames) {
+  const auto reaches = [](const char* option, std::optional<Pid> target, Pid frontmost) {
+    PanelWorld world(Json{{"keysReach", option}}, {{"frontmost", frontmost}});
+    world.key(key::returnKey, 0, target);
+    return world.panel().outcome().end == PanelOutcome::End::chosen;
+  };
+  EXPECT_TRUE(reaches("service", service, 300));
+  EXPECT_FALSE(reaches("service", host, 300));
+  EXPECT_FALSE(reaches("host", service, 300));
+  EXPECT_TRUE(reaches("host", host, 300));
+  EXPECT_TRUE(reaches("both", service, 300));
+  EXPECT_TRUE(reaches("both", host, 300));
+  EXPECT_FALSE(reaches("service-while-host-frontmost", service, 300));
+  EXPECT_TRUE(reaches("service-while-host-frontmost", service, host));
+  EXPECT_TRUE(reaches("service", std::nullopt, host)) << "typed on the keyboard";
+  EXPECT_FALSE(reaches("service", std::nullopt, 300)) << "typed into another application";
+}
+
+TEST(PanelKeys, ArrowsMoveTheSelectionOnceTheListHasTheKeyboard) {
+  PanelWorld world;
+  world.key(key::down);
+  EXPECT_EQ(world.read(world.identified("ListView").id(), "AXSelectedRows").value, Value(List{}));
+  world.click(world.rowOf("Alpha"));
+  world.key(key::down);
+  EXPECT_EQ(world.read(world.identified("ListView").id(), "AXSelectedRows").value,
+            Value(List{world.rowOf("beta").id()}));
+  world.key(key::down);
+  world.key(key::up);
+  world.key(key::up);
+  EXPECT_EQ(world.read(world.rowOf("Alpha").id(), "AXSelected").value, Value(true));
+}
+
+TEST(PanelMouse, DoubleClickOpensAFolderAndAButtonActsWhenTheMouseIsLetGo) {
+  PanelWorld world;
+  world.click(world.rowOf("Alpha"));
+  EXPECT_EQ(world.read(world.rowOf("Alpha").id(), "AXSelected").value, Value(true));
+  world.click(world.rowOf("Alpha"), 2);
+  world.pass(0.2);
+  EXPECT_EQ(world.shownNames(), Texts{"inner"});
+  world.click(world.identified("OKButton"));
+  EXPECT_EQ(world.panel().outcome().path, world.sample.path("Alpha"));
+}
+
+TEST(PanelMouse, ClicksOnSidebarMenuAndSearchField) {
+  PanelWorld world;
+  const std::string home = fileName(world.sample.path());
+  world.click(world.identified("where popup"), 1, host);
+  world.pass(0.41);
+  const Element& above = *world.one("AXTitle", "Where:").children()[0]->children()[1];
+  world.click(above);
+  world.pass(0.11);
+  EXPECT_EQ(world.panel().folderShown(), parentFolder(world.sample.path()));
+  const auto places = world.all("AXValue", home);
+  world.click(*places.front());
+  world.pass(0.11);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path());
+  world.click(world.identified("Search"));
+  world.type("beta");
+  world.pass(0.31);
+  EXPECT_EQ(world.shownNames(), Texts{"beta"});
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+}
+
+TEST(PanelNavigation, OpenOfARowReportsAnErrorAndNavigates) {
+  PanelWorld world;
+  const ElementId old = world.named("Alpha").id();
+  EXPECT_EQ(world.perform(world.named("Alpha"), "AXOpen"), ax::attributeUnsupported);
+  world.pass(0.11);
+  EXPECT_EQ(world.shownNames(), Texts{"inner"});
+  EXPECT_EQ(world.read(old, "AXValue").error, ax::invalidElement);
+  EXPECT_EQ(world.text(world.identified("where popup")), "Alpha");
+  EXPECT_TRUE(world.enabled(world.one("AXDescription", "back")));
+  world.perform(world.one("AXDescription", "back"), "AXPress");
+  world.pass(0.11);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path());
+  world.perform(world.one("AXDescription", "forward"), "AXPress");
+  world.pass(0.11);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path("Alpha"));
+}
+
+TEST(PanelNavigation, MenuOfEnclosingFoldersExistsOnlyWhileItIsOpen) {
+  PanelWorld world(Json{{"folder", "/usr"}}, {{"volume", "Disk"}});
+  Element& popUp = world.identified("where popup");
+  EXPECT_TRUE(popUp.children().empty());
+  EXPECT_EQ(world.perform(popUp, "AXShowMenu"), ax::success);
+  world.pass(0.39);
+  EXPECT_TRUE(popUp.children().empty());
+  world.pass(0.02);
+  EXPECT_EQ(drawn(popUp),
+            "AXPopUpButton Identifier=where popup Title=Where: Value=usr\n"
+            " AXMenu\n  AXMenuItem Title=usr\n  AXMenuItem Title=Disk\n");
+  EXPECT_EQ(world.perform(*popUp.children()[0]->children()[1], "AXPick"), ax::success);
+  EXPECT_TRUE(popUp.children().empty());
+  world.pass(0.11);
+  EXPECT_EQ(world.panel().folderShown(), "/");
+  EXPECT_EQ(world.text(popUp), "Disk");
+}
+
+// Opens the go-to sheet, writes the path and presses Return half a second after the chord.
+void goTo(PanelWorld& world, const std::string& path) {
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  world.key(key::a, command);
+  world.type(path);
+  world.key(key::returnKey);
+}
+
+TEST(GoToSheet, NewSheetOpensTakesAPathAndLeadsThereInTheMeasuredTimes) {
+  PanelWorld world;
+  goTo(world, "/usr/bin");
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/usr/bin");
+  EXPECT_FALSE(world.enabled(world.identified("OKButton")));
+  world.pass(0.349);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path());
+  world.pass(0.002);
+  EXPECT_EQ(world.panel().folderShown(), fs::canonical("/usr/bin").string());
+  EXPECT_EQ(world.all("AXIdentifier", "GoToWindow").size(), 0U);
+  EXPECT_FALSE(world.enabled(world.identified("OKButton")));
+  world.pass(0.06);
+  EXPECT_TRUE(world.enabled(world.identified("OKButton")));
+  EXPECT_EQ(world.milestone("go-to sheet opened"), 130);
+  EXPECT_EQ(world.milestone("go-to sheet ready"), 330);
+  EXPECT_EQ(world.milestone("go-to sheet closed"), 850);
+}
+
+TEST(GoToSheet, NewSheetLooksLikeThis) {
+  PanelWorld world({}, {{"lastGoToPath", "/usr"}});
+  world.key(key::g, command | shift);
+  world.pass(0.2);
+  const Element& sheet = world.identified("GoToWindow");
+  EXPECT_TRUE(sheet.children().empty());
+  EXPECT_EQ(sheet.parent(), &world.identified("open-panel"));
+  EXPECT_EQ(world.focusedWindow(service), Value(sheet.id()));
+  world.pass(0.2);
+  EXPECT_EQ(drawn(sheet), R"(AXSheet Identifier=GoToWindow Title=
+ AXStaticText Value=Go to the folder:
+ AXTextField Identifier=PathTextField Value=/usr
+ AXScrollArea
+  AXTable
+   AXRow
+    AXCell
+     AXStaticText Value=/usr
+ AXButton Subrole=AXCloseButton Title=
+)");
+  EXPECT_EQ(world.read({service, 0}, "AXFocusedUIElement").value,
+            Value(world.identified("PathTextField").id()));
+  EXPECT_EQ(world.perform(sheet, "AXCancel"), ax::actionUnsupported);
+  EXPECT_EQ(world.perform(world.identified("PathTextField"), "AXConfirm"), ax::success);
+  world.pass(1);
+  EXPECT_EQ(world.all("AXIdentifier", "GoToWindow").size(), 1U) << "AXConfirm does nothing";
+}
+
+TEST(GoToSheet, OldSheetConfirmsByActionAndByButton) {
+  PanelWorld world(Json{{"goTo", {{"generation", "old"}}}}, {{"lastGoToPath", "/usr"}});
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  const Element& field = *world.one("AXValue", "/usr").parent()->children()[1];
+  EXPECT_EQ(drawn(*field.parent()), R"(AXSheet Title=
+ AXStaticText Value=Go to the folder:
+ AXTextField Value=/usr
+ AXButton Title=Cancel
+ AXButton Title=Go
+)");
+  EXPECT_EQ(world.write(field, "AXValue", "~/Alpha/"), ax::success);
+  EXPECT_EQ(world.perform(field, "AXConfirm"), ax::success);
+  world.pass(0.36);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path("Alpha"));
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  Element& again = world.one("AXValue", "~/Alpha/");
+  world.write(again, "AXValue", "/usr");
+  world.perform(world.one("AXTitle", "Go"), "AXPress");
+  world.pass(0.36);
+  EXPECT_EQ(world.panel().folderShown(), "/usr");
+}
+
+TEST(GoToSheet, OldSheetMayHoldAComboBox) {
+  PanelWorld world(
+      Json{{"goTo", {{"generation", "old"}, {"comboBox", true}, {"openAtStart", true}}}},
+      {{"lastGoToPath", "/usr"}});
+  EXPECT_EQ(world.one("AXValue", "/usr").role(), "AXComboBox");
+  EXPECT_FALSE(world.enabled(world.identified("OKButton")));
+}
+
+TEST(GoToSheet, LosesKeysBeforeItsFieldHasTheKeyboardAndWhileItCloses) {
+  PanelWorld world({}, {{"lastGoToPath", "/usr"}});
+  world.key(key::g, command | shift);
+  world.pass(0.32);
+  world.type("/lost");
+  world.key(key::returnKey);
+  world.pass(0.02);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/usr");
+  world.key(key::returnKey);
+  world.pass(0.1);
+  world.key(key::returnKey);
+  world.pass(1);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome().path, "/usr");
+}
+
+TEST(GoToSheet, EditsItsFieldByKeys) {
+  PanelWorld world({}, {{"lastGoToPath", "/old"}});
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  world.key(44);  // the slash of the US layout replaces the selected path
+  world.key(32);
+  world.type("é文");
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/ué文");
+  world.key(key::backspace);
+  world.key(key::backspace);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/u");
+  world.key(key::a, command);
+  world.key(key::backspace);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "");
+}
+
+TEST(GoToSheet, SecondChordChangesNothingAndEscapeCloses) {
+  PanelWorld world;
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  const ElementId sheet = world.identified("GoToWindow").id();
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  EXPECT_EQ(world.identified("GoToWindow").id(), sheet);
+  world.key(48);
+  world.key(key::returnKey, command);
+  world.key(key::escape);
+  world.pass(0.36);
+  EXPECT_EQ(world.all("AXIdentifier", "GoToWindow").size(), 0U);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path());
+}
+
+TEST(GoToSheet, StaysWithItsTextWhenThePathDoesNotExist) {
+  PanelWorld world;
+  goTo(world, "/does/not/exist");
+  world.pass(2);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/does/not/exist");
+  EXPECT_EQ(world.milestone("go-to sheet stays: nothing at /does/not/exist"), 500);
+}
+
+TEST(GoToSheet, PathOfAFileLeadsToItsFolderWithTheFileSelected) {
+  PanelWorld world(Json{{"mode", "files"}, {"folder", "/usr"}});
+  goTo(world, "~/file10.txt");
+  world.pass(0.5);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path());
+  EXPECT_EQ(world.read(world.rowOf("file10.txt").id(), "AXSelected").value, Value(true));
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome().path, world.sample.path("file10.txt"));
+}
+
+TEST(GoToSheet, SlashOpensItWhileTheListHasTheKeyboard) {
+  PanelWorld world;
+  world.type("/");
+  world.pass(0.5);
+  EXPECT_EQ(world.all("AXIdentifier", "GoToWindow").size(), 0U);
+  world.click(world.rowOf("beta"));
+  world.type("/");
+  world.pass(0.5);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/");
+}
+
+TEST(GoToSheet, HangsFromTheWindowOfAnEmbeddedChooser) {
+  PanelWorld world(Json{{"shape", "embedded"}});
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  EXPECT_EQ(world.identified("GoToWindow").parent(), world.identified("open-panel").parent());
+}
+
+TEST(GoToSheet, OptionsOfItsField) {
+  PanelWorld tidy(Json{{"goTo", {{"openAtStart", true}, {"normalisesField", true}}}});
+  Element& field = tidy.identified("PathTextField");
+  tidy.write(field, "AXValue", "/usr/bin//");
+  EXPECT_EQ(tidy.text(field), "/usr/bin");
+  PanelWorld bare(Json{{"goTo", {{"openAtStart", true}, {"withoutConfirm", true}}}});
+  EXPECT_EQ(bare.perform(bare.identified("PathTextField"), "AXConfirm"), ax::actionUnsupported);
+  PanelWorld shut(Json{{"goTo", {{"neverOpens", true}}}});
+  shut.key(key::g, command | shift);
+  shut.pass(2);
+  EXPECT_EQ(shut.all("AXIdentifier", "GoToWindow").size(), 0U);
+}
+
+TEST(PanelFault, ConfirmPressThatDoesNothingOrReportsAnErrorThoughItLands) {
+  PanelWorld idle(Json{{"faults", {{"confirmDoesNothing", true}}}});
+  EXPECT_EQ(idle.perform(idle.identified("OKButton"), "AXPress"), ax::success);
+  EXPECT_EQ(idle.panel().outcome(), PanelOutcome{});
+  PanelWorld dying(Json{{"faults", {{"confirmAnswers", ax::cannotComplete}}}});
+  EXPECT_EQ(dying.perform(dying.identified("OKButton"), "AXPress"), ax::cannotComplete);
+  EXPECT_EQ(dying.panel().outcome(), chosen(dying.sample.path(), 0.1));
+}
+
+TEST(PanelFault, RefusedRequestsHaveNoEffect) {
+  PanelWorld presses(Json{{"faults", {{"pressRefused", ax::failure}}}});
+  EXPECT_EQ(presses.perform(presses.identified("OKButton"), "AXPress"), ax::failure);
+  EXPECT_EQ(presses.perform(presses.identified("CancelButton"), "AXPress"), ax::failure);
+  EXPECT_EQ(presses.panel().outcome(), PanelOutcome{});
+  PanelWorld writes(
+      {{"goTo", {{"openAtStart", true}}}, {"faults", {{"fieldWriteRefused", ax::cannotComplete}}}},
+      {{"lastGoToPath", "/usr"}});
+  Element& field = writes.identified("PathTextField");
+  EXPECT_EQ(writes.write(field, "AXValue", "/x"), ax::cannotComplete);
+  EXPECT_EQ(writes.text(field), "/usr");
+}
+
+TEST(PanelFault, KeysSelectionAndConfirmButtonCanBeMissing) {
+  PanelWorld deaf(Json{{"faults", {{"ignoresKeys", true}}}});
+  deaf.key(key::returnKey);
+  EXPECT_EQ(deaf.panel().outcome(), PanelOutcome{});
+  PanelWorld fixed(Json{{"faults", {{"ignoresSelection", true}}}});
+  Element& list = fixed.identified("ListView");
+  EXPECT_EQ(fixed.write(list, "AXSelectedRows", List{fixed.rowOf("beta").id()}), ax::success);
+  EXPECT_EQ(fixed.read(list.id(), "AXSelectedRows").value, Value(List{}));
+  PanelWorld bare(Json{{"faults", {{"noConfirmButton", true}}}});
+  EXPECT_EQ(bare.all("AXIdentifier", "OKButton").size(), 0U);
+  bare.key(key::returnKey);
+  EXPECT_EQ(bare.panel().outcome().path, bare.sample.path());
+}
+
+TEST(PanelFault, ListingStaysStaleAndPanelClosesLate) {
+  PanelWorld stale(Json{{"faults", {{"staleListing", true}, {"closesLateBySeconds", 3}}}});
+  const Texts before = stale.shownNames();
+  goTo(stale, "/usr");
+  stale.pass(1);
+  EXPECT_EQ(stale.text(stale.identified("where popup")), "usr");
+  EXPECT_EQ(stale.shownNames(), before);
+  stale.key(key::returnKey);
+  stale.pass(3);
+  EXPECT_EQ(stale.all("AXIdentifier", "open-panel").size(), 1U);
+  stale.pass(0.03);
+  EXPECT_EQ(stale.all("AXIdentifier", "open-panel").size(), 0U);
+}
+
+TEST(PanelFault, ReturnOfTheGoToSheetConfirmsThePanelToo) {
+  PanelWorld world(Json{{"faults", {{"goToReturnConfirms", true}}}});
+  goTo(world, "/usr");
+  world.pass(1);
+  EXPECT_EQ(world.panel().outcome().path, "/usr");
+  EXPECT_EQ(world.milestone("chosen /usr"), 910);
+}
+
+TEST(PanelLife, OutlivesTheEndOfItsHost) {
+  PanelWorld world(Json{{"shape", "host-window"}});
+  world.key(key::g, command | shift);
+  world.desktop().terminateProcess(host, true);
+  world.key(key::returnKey);
+  world.pass(5);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+}
+
+TEST(PanelFolder, ListsVisibleEntriesAsTheFileBrowserOrdersThem) {
+  const Sample sample;
+  std::ofstream(sample.path("file2.txt")) << "x";
+  fs::create_directory_symlink(sample.path("Alpha"), sample.path("link"));
+  Texts names;
+  for (const auto& entry : visibleEntries(sample.path())) {
+    names.push_back(entry.name + (entry.directory ? "/" : ""));
+  }
+  EXPECT_EQ(names, (Texts{"Alpha/", "beta/", "file 9.txt", "file2.txt", "file10.txt", "link/"}));
+  EXPECT_EQ(typedPath(sample.path("link/inner/"), "/", "/"), sample.path("Alpha/inner"));
+  EXPECT_EQ(typedPath("Alpha/../beta", "/", sample.path()), sample.path("beta"));
+  EXPECT_EQ(typedPath("~x", "/", sample.path()), std::nullopt);
+  EXPECT_EQ(fileUrl("/a b/ü%#?", true), "file:///a%20b/%C3%BC%25%23%3F/");
+}
+
+}  // namespace
+}  // namespace simulator

@@ -1,0 +1,255 @@
+// Scenario files: what they may say, how a mistake is reported, and the scenarios that are built
+// in.
+#include "simulator/scenario/scenario.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "simulator/desktop/text.h"
+#include "simulator/scenario/scene.h"
+
+namespace simulator {
+namespace {
+
+std::string mistake(const std::string& text) {
+  try {
+    scenarioFromText(text, "folder/wrong.json");
+  } catch (const ScenarioError& error) {
+    return error.what();
+  }
+  return "none";
+}
+
+std::string panelMistake(const std::string& members) {
+  return mistake(R"({"panels": [{"shape": "host-window")" + members + "}]}");
+}
+
+TEST(ScenarioMistake, TextThatIsNotJsonNamesLineAndColumn) {
+  EXPECT_EQ(mistake("{\n  \"panels\": [,]\n}"),
+            "folder/wrong.json: line 2, column 14: expected JSON");
+  EXPECT_EQ(mistake("{"), "folder/wrong.json: line 1, column 2: expected JSON");
+}
+
+TEST(ScenarioMistake, UnknownKey) {
+  EXPECT_EQ(
+      mistake(R"({"screens": [{"x": 0, "y": 0, "width": 9, "height": 9, "depth": 1}]})"),
+      "folder/wrong.json: /screens/0/depth: no such key; expected one of x, y, width, height");
+  EXPECT_EQ(mistake(R"({"pa/nels": []})"),
+            "folder/wrong.json: /pa~1nels: no such key; expected one of description, language, "
+            "home, volume, lastGoToPath, screens, processes, frontmost, panels, person, faults");
+}
+
+TEST(ScenarioMistake, WrongType) {
+  EXPECT_EQ(mistake("[]"), "folder/wrong.json: /: expected an object");
+  EXPECT_EQ(mistake(R"({"volume": 1})"), "folder/wrong.json: /volume: expected a text");
+  EXPECT_EQ(mistake(R"({"panels": {}})"), "folder/wrong.json: /panels: expected a list");
+  EXPECT_EQ(mistake(R"({"panels": [7]})"), "folder/wrong.json: /panels/0: expected an object");
+  EXPECT_EQ(panelMistake(R"(, "goTo": {"comboBox": 1})"),
+            "folder/wrong.json: /panels/0/goTo/comboBox: expected true or false");
+  EXPECT_EQ(panelMistake(R"(, "service": 1.5)"),
+            "folder/wrong.json: /panels/0/service: expected a whole number from 1 to 99999");
+}
+
+TEST(ScenarioMistake, OutOfRange) {
+  EXPECT_EQ(panelMistake(R"(, "slow": 0)"),
+            "folder/wrong.json: /panels/0/slow: expected a number from 0.01 to 100");
+  EXPECT_EQ(panelMistake(R"(, "opensAtSeconds": -1)"),
+            "folder/wrong.json: /panels/0/opensAtSeconds: expected a number from 0 to 3600");
+  EXPECT_EQ(panelMistake(R"(, "faults": {"pressRefused": 1})"),
+            "folder/wrong.json: /panels/0/faults/pressRefused: expected a whole number from "
+            "-25214 to 0");
+  EXPECT_EQ(mistake(R"({"screens": []})"),
+            "folder/wrong.json: /screens: expected at least one screen");
+}
+
+TEST(ScenarioMistake, MissingKey) {
+  EXPECT_EQ(mistake(R"({"panels": [{}]})"),
+            "folder/wrong.json: /panels/0: expected the key \"shape\", which is required");
+  EXPECT_EQ(mistake(R"({"processes": [{"pid": 1}]})"),
+            "folder/wrong.json: /processes/0: expected the key \"name\", which is required");
+}
+
+TEST(ScenarioMistake, UnknownChoice) {
+  EXPECT_EQ(panelMistake(R"(, "mode": "both")"),
+            "folder/wrong.json: /panels/0/mode: expected one of \"folders\", \"files\"");
+  EXPECT_EQ(mistake(R"({"language": 1})"),
+            "folder/wrong.json: /language: expected one of \"en\", \"zh-Hans\", \"de\"");
+  EXPECT_EQ(panelMistake(R"(, "view": "columns")"),
+            "folder/wrong.json: /panels/0/view: expected \"list\": columns and icons are not "
+            "modelled");
+}
+
+TEST(ScenarioMistake, ReferenceToWhatIsNotThere) {
+  EXPECT_EQ(panelMistake(R"(, "host": 5)"),
+            "folder/wrong.json: /panels/0/host: expected the pid of an application among the "
+            "processes");
+  EXPECT_EQ(panelMistake(R"(, "service": 812)"),
+            "folder/wrong.json: /panels/0/service: expected a pid that no other process has");
+  EXPECT_EQ(panelMistake(R"(, "folder": "/no/such/folder")"),
+            "folder/wrong.json: /panels/0/folder: expected the absolute path of a folder of this "
+            "machine");
+  EXPECT_EQ(
+      mistake(R"({"frontmost": 830})"),
+      "folder/wrong.json: /frontmost: expected the pid of an application among the processes");
+  EXPECT_EQ(
+      mistake(R"({"panels": [{"shape": "host-sheet", "host": 250}]})"),
+      "folder/wrong.json: /panels/0/shape: expected a shape that needs no window of the host, "
+      "which has none");
+  EXPECT_EQ(mistake(R"({"frontmost": null, "processes": [{"pid": 7, "name": "A"},
+                        {"pid": 7, "name": "B"}]})"),
+            "folder/wrong.json: /processes/1/pid: expected a pid that no other process has");
+  EXPECT_EQ(mistake(R"({"processes": [{"pid": 7, "name": "A"}]})"),
+            "folder/wrong.json: /: expected the key \"frontmost\", as no process has the pid 300");
+  EXPECT_EQ(
+      mistake(R"({"frontmost": null, "processes": [], "panels": [{"shape": "embedded"}]})"),
+      "folder/wrong.json: /panels/0: expected the key \"host\", as no process has the pid 812");
+}
+
+TEST(ScenarioMistake, ActThatIsTwoThingsOrNone) {
+  const std::string expected =
+      "folder/wrong.json: /person/0: expected one of the keys \"activates\" and \"clicks\"";
+  EXPECT_EQ(mistake(R"({"person": [{"atSeconds": 1}]})"), expected);
+  EXPECT_EQ(mistake(R"({"person": [{"atSeconds": 1, "activates": 812,
+                                    "clicks": {"x": 1, "y": 1}}]})"),
+            expected);
+}
+
+TEST(ScenarioMistake, FileThatCannotBeRead) {
+  try {
+    readScenarioFile("no/such.json");
+    ADD_FAILURE() << "it was read";
+  } catch (const ScenarioError& error) {
+    EXPECT_STREQ(error.what(), "no/such.json: /: expected a file that can be read");
+  }
+}
+
+TEST(Scenario, OptionsReachThePanel) {
+  const Scenario scenario = scenarioFromText(R"({
+    "language": "de",
+    "panels": [{"shape": "embedded", "mode": "files", "slow": 2, "prompt": "Los",
+                "frame": {"x": 1, "y": 2, "width": 300, "height": 400},
+                "faults": {"closesLateBySeconds": 1.5}}]})",
+                                             "some/name.json");
+  EXPECT_EQ(scenario.name, "name");
+  const PanelOptions& panel = scenario.panels.at(0);
+  EXPECT_EQ(panel.language, Language::german);
+  EXPECT_EQ(panel.listed, ListedWindows::none);
+  EXPECT_EQ(panel.keysReach, KeysReach::service);
+  EXPECT_EQ(panel.service, 900);
+  EXPECT_EQ(panel.serviceCommand, "Open and Save Panel Service (Google Chrome)");
+  EXPECT_EQ(panel.frame, (Rect{1, 2, 300, 400}));
+  EXPECT_EQ(panel.prompt, "Los");
+  EXPECT_EQ(panel.faults.closesLateBySeconds, 1.5);
+}
+
+TEST(Scenario, PatchWritesOneFaultAndIsCheckedAgain) {
+  const Scenario healthy = bundledScenario("english-service-window");
+  const Scenario faulty = patched(healthy, "/panels/0/faults/ignoresKeys", true);
+  EXPECT_FALSE(healthy.panels[0].faults.ignoresKeys);
+  EXPECT_TRUE(faulty.panels[0].faults.ignoresKeys);
+  try {
+    patched(healthy, "/panels/0/slow", "very");
+    ADD_FAILURE() << "it was accepted";
+  } catch (const ScenarioError& error) {
+    EXPECT_STREQ(error.what(),
+                 "english-service-window: /panels/0/slow: expected a number from 0.01 to 100");
+  }
+}
+
+TEST(Scenario, PersonActivatesAndClicks) {
+  const auto scene = makeScene(scenarioFromText(R"({
+    "panels": [{"shape": "service-window"}],
+    "person": [{"atSeconds": 1, "activates": 812},
+               {"atSeconds": 2, "clicks": {"x": 1058, "y": 598}}]})",
+                                                "person"));
+  scene->desktop.advanceTo(1.1);
+  EXPECT_EQ(scene->desktop.frontmost(), 812);
+  scene->desktop.advanceTo(3);
+  EXPECT_EQ(scene->outcomes(), (std::vector<PanelOutcome>{{PanelOutcome::End::chosen, "/usr", 2}}));
+  EXPECT_EQ(scene->desktop.record().mouseEvents(), 0U) << "the tool posted none";
+}
+
+TEST(Scenario, PanelsOfOneServiceEndItTogether) {
+  const auto scene = makeScene(bundledScenario("two-panels"));
+  Desktop& desktop = scene->desktop;
+  const auto pressReturn = [&] {
+    desktop.answer(PostEvent{KeyEvent{36, true, 0, {}}, 900});
+    desktop.advanceTo(desktop.now() + 1);
+  };
+  pressReturn();
+  EXPECT_EQ(scene->outcomes()[1].path, "/usr/share") << "the one in front";
+  EXPECT_EQ(scene->outcomes()[0], PanelOutcome{});
+  EXPECT_FALSE(desktop.findProcess(900)->terminated);
+  pressReturn();
+  EXPECT_EQ(scene->outcomes()[0].path, "/usr");
+  EXPECT_TRUE(desktop.findProcess(900)->terminated);
+}
+
+TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
+  const std::vector<std::string> expected{"chinese-embedded",
+                                          "chinese-host-sheet",
+                                          "chinese-host-window",
+                                          "chinese-old-generation",
+                                          "chinese-service-window",
+                                          "chrome-dev",
+                                          "edge",
+                                          "english-host-sheet",
+                                          "english-host-window",
+                                          "english-old-generation",
+                                          "english-service-window",
+                                          "file-panel-chinese",
+                                          "file-panel-english",
+                                          "german-service-window",
+                                          "goto-sheet-open",
+                                          "late-panel",
+                                          "no-panel",
+                                          "slow-panel",
+                                          "two-panels",
+                                          "two-screens"};
+  EXPECT_EQ(bundledScenarioNames(), expected);
+  for (const auto& name : bundledScenarioNames()) {
+    const auto scene = makeScene(bundledScenario(name));
+    scene->desktop.advanceTo(10);
+    EXPECT_EQ(bundledScenario(name).name, name);
+    EXPECT_FALSE(bundledScenario(name).description.empty()) << name;
+    EXPECT_EQ(scene->desktop.frontmost(), 300) << name;
+    EXPECT_NE(scene->desktop.findProcess(250), nullptr) << name;
+    EXPECT_TRUE(scene->desktop.findProcess(812)->application) << name;
+    const std::size_t panels = name == "no-panel" ? 0 : name == "two-panels" ? 2 : 1;
+    ASSERT_EQ(scene->panels.size(), panels) << name;
+    for (const auto& panel : scene->panels) {
+      const bool second = panel != scene->panels.front();
+      EXPECT_EQ(panel->folderShown(), second ? "/usr/share" : "/usr") << name;
+    }
+  }
+  EXPECT_THROW(bundledScenario("no-such"), ScenarioError);
+}
+
+// Opens the go-to sheet, goes to /usr/bin and confirms; gives the record's bytes.
+std::string playedThrough(const std::string& name) {
+  const auto scene = makeScene(bundledScenario(name));
+  Desktop& desktop = scene->desktop;
+  const auto post = [&](const KeyEvent& event, Seconds wait) {
+    desktop.answer(PostEvent{event, 900});
+    desktop.advanceTo(desktop.now() + wait);
+  };
+  desktop.advanceTo(5);
+  post({5, true, 0x120000, {}}, 3);
+  post({0, true, 0, utf16FromUtf8("/usr/share")}, 1);
+  post({36, true, 0, {}}, 5);
+  post({36, true, 0, {}}, 1);
+  return desktop.record().toJson().dump();
+}
+
+TEST(BundledScenarios, PlayedTwiceGiveTheSameRecord) {
+  for (const auto& name : bundledScenarioNames()) {
+    EXPECT_EQ(playedThrough(name), playedThrough(name)) << name;
+  }
+  EXPECT_NE(playedThrough("slow-panel").find("panel closed: chosen /usr/share"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace simulator
