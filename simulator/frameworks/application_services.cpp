@@ -1,6 +1,5 @@
 #include "ApplicationServices/ApplicationServices.h"
 
-#include <cmath>
 #include <limits>
 
 #include "simulator/desktop/text.h"

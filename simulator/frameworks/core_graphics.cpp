@@ -1,7 +1,6 @@
 #include "CoreGraphics/CoreGraphics.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "simulator/frameworks/desktop_link.h"

@@ -124,13 +124,14 @@ void OpenPanel::clickMenu(Point point) {
 
 // Assumed: while the go-to sheet is shown a click beside it does nothing.
 void OpenPanel::mouseDown(const MouseEvent& event) {
+  pressed_ = nullptr;
+  pressed_row_.clear();
   if (go_to_.isShown()) {
     if (go_to_.covers(event.at)) go_to_.click(event.at);
     return;
   }
   if (menu_ != nullptr) return clickMenu(event.at);
   pressed_ = buttonAt(event.at);
-  pressed_row_.clear();
   const auto places = sidebarPlaces();
   for (std::size_t i = 0; i < places.size(); ++i) {
     if (contains(*elements_.places[i]->frame(), event.at)) return navigate(places[i].path);

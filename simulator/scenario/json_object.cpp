@@ -122,6 +122,14 @@ void JsonObject::refuseOthers() const {
   }
 }
 
+Point readPoint(const JsonPlace& place) {
+  JsonObject object(place);
+  const Point point{object.require("x").number(-farthest, farthest),
+                    object.require("y").number(-farthest, farthest)};
+  object.refuseOthers();
+  return point;
+}
+
 Rect readRect(const JsonPlace& place) {
   JsonObject object(place);
   Rect rect{object.require("x").number(-farthest, farthest),

@@ -71,6 +71,9 @@ class JsonObject {
   std::vector<std::string> known_;
 };
 
+// {"x", "y"}, both required.
+Point readPoint(const JsonPlace& place);
+
 // {"x", "y", "width", "height"}, all required.
 Rect readRect(const JsonPlace& place);
 

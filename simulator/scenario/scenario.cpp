@@ -215,11 +215,7 @@ PersonAct readPersonAct(const JsonPlace& place, const Scenario& scenario) {
     act.activates = readApplication(*activated, scenario);
   }
   if (const auto clicked = object.find("clicks")) {
-    constexpr double farthest = 100000;
-    JsonObject point(*clicked);
-    act.clicks = Point{point.require("x").number(-farthest, farthest),
-                       point.require("y").number(-farthest, farthest)};
-    point.refuseOthers();
+    act.clicks = readPoint(*clicked);
   }
   object.refuseOthers();
   if (act.activates.has_value() == act.clicks.has_value()) {

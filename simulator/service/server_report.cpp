@@ -9,16 +9,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string describe(const PanelOutcome& outcome) {
-  switch (outcome.end) {
-    case PanelOutcome::End::chosen:
-      return "chosen " + outcome.path;
-    case PanelOutcome::End::cancelled:
-      return "cancelled";
-    case PanelOutcome::End::none:
-      break;
-  }
-  return "still open";
+std::string describe(const OpenPanel& panel, Seconds now) {
+  const PanelOutcome& outcome = panel.outcome();
+  if (outcome.end == PanelOutcome::End::chosen) return "chosen " + outcome.path;
+  if (outcome.end == PanelOutcome::End::cancelled) return "cancelled";
+  return now < panel.options().opensAtSeconds ? "not opened yet" : "still open";
 }
 
 std::string applicationName(const Desktop& desktop, const std::optional<Pid>& pid) {
@@ -76,10 +71,11 @@ Json windowsJson(const Desktop& desktop) {
 }  // namespace
 
 std::string outcomeLines(const Scene& scene) {
-  const auto outcomes = scene.outcomes();
-  std::string text = outcomes.empty() ? "no panel\n" : "";
-  for (std::size_t i = 0; i < outcomes.size(); ++i) {
-    text += "panel " + std::to_string(i + 1) + ": " + describe(outcomes[i]) + "\n";
+  std::string text = scene.panels.empty() ? "no panel\n" : "";
+  int number = 0;
+  for (const auto& panel : scene.panels) {
+    text +=
+        "panel " + std::to_string(++number) + ": " + describe(*panel, scene.desktop.now()) + "\n";
   }
   const Record& record = scene.desktop.record();
   text += "mouse events: " + std::to_string(record.mouseEvents()) + "\n";
@@ -89,7 +85,7 @@ std::string outcomeLines(const Scene& scene) {
 
 std::string stateJson(const Scene& scene) {
   Json panels = Json::array();
-  for (const PanelOutcome& outcome : scene.outcomes()) panels.push_back(describe(outcome));
+  for (const auto& panel : scene.panels) panels.push_back(describe(*panel, scene.desktop.now()));
   const Json state = {{"now", scene.desktop.now()},
                       {"processes", processesJson(scene.desktop)},
                       {"windows", windowsJson(scene.desktop)},

@@ -1,7 +1,6 @@
 #include "simulator/service/wire.h"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <type_traits>
 #include <utility>

@@ -78,7 +78,7 @@ bool isWideConfirmableField(const Element& field) {
 
 std::optional<Element> findChooserNameField(const Element& root, const std::string& expectedValue) {
   for (const NodeRef& node : breadthFirstNodes(root, 7, 260)) {
-    if (isTextField(node.element) && axString(node.element, "AXValue") == expectedValue &&
+    if (isTextField(node.element) && axInputValue(node.element) == expectedValue &&
         isWideConfirmableField(node.element)) {
       return node.element;
     }

@@ -19,7 +19,8 @@ struct EmptyDesktop {
   Reply operator()(const AskRunning&) const { return {}; }
   Reply operator()(const Activate&) const { return {ax::success, false}; }
   Reply operator()(const AskScreens&) const {
-    return {ax::success, List{List{0.0, 0.0, 1440.0, 900.0}}};
+    const Value screen = List{0.0, 0.0, 1440.0, 900.0};
+    return {ax::success, List{screen}};
   }
   Reply operator()(const AskDisplayName& request) const {
     std::string path = request.path;
