@@ -1,0 +1,83 @@
+// What the program costs: processor time and accessibility requests of a whole command under the
+// virtual clock, and the start of the process.
+//
+// Counters of the command benchmarks:
+//   requests  accessibility requests that one run made
+//   virtual   seconds that passed on the desktop's clock
+//   floor     seconds of the pauses that the command makes in any case
+#include <benchmark/benchmark.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <cstdlib>
+
+#include "support/world.h"
+
+extern char** environ;
+
+namespace tessarine::test {
+namespace {
+
+// The pauses of a strict choose-folder that opens the go-to-folder sheet: the chord (held, after
+// it, for the sheet), the written path, its confirmation, Return (held, after it).
+constexpr double strictFloorSeconds = (0.02 + 0.15 + 0.25) + 0.12 + 0.2 + (0.02 + 0.25);
+
+void strictChooseFolder(benchmark::State& state, const std::string& scenario) {
+  const TemporaryFolder folder;
+  const std::string target = folder.makeFolder("target");
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto world = std::make_unique<World>(scenario);
+    state.ResumeTiming();
+    const Outcome outcome =
+        world->run({"choose-folder", "--strict-background", "--pid", "812", "--path", target});
+    state.PauseTiming();
+    if (outcome.exitStatus != 0) state.SkipWithError(outcome.errors.c_str());
+    state.counters["requests"] = static_cast<double>(world->record().accessibilityRequests());
+    state.counters["virtual"] = world->desktop().now();
+    state.counters["floor"] = strictFloorSeconds;
+    world.reset();
+    state.ResumeTiming();
+  }
+}
+
+// The wall time of a whole process, from its start until it has been waited for.
+void wholeProcess(benchmark::State& state, const std::vector<std::string>& commandLine) {
+  std::vector<char*> argv;
+  for (const std::string& word : commandLine) argv.push_back(const_cast<char*>(word.c_str()));
+  argv.push_back(nullptr);
+  posix_spawn_file_actions_t quiet{};
+  posix_spawn_file_actions_init(&quiet);
+  posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", 1, 0);
+  for (auto _ : state) {
+    const auto start = std::chrono::steady_clock::now();
+    pid_t pid = 0;
+    int status = 0;
+    if (posix_spawn(&pid, argv.front(), &quiet, nullptr, argv.data(), environ) != 0 ||
+        waitpid(pid, &status, 0) != pid || status != 0) {
+      state.SkipWithError("the process failed");
+    }
+    const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - start;
+    state.SetIterationTime(lasted.count());
+  }
+  posix_spawn_file_actions_destroy(&quiet);
+}
+
+BENCHMARK_CAPTURE(strictChooseFolder, english_service_window, "english-service-window")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(strictChooseFolder, chinese_service_window, "chinese-service-window")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(strictChooseFolder, chinese_embedded, "chinese-embedded")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(wholeProcess, bin_true, {"/bin/true"})
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(wholeProcess, tessarine_help, {TESSARINE_PROGRAM, "--help"})
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace tessarine::test
+
+BENCHMARK_MAIN();

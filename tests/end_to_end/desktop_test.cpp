@@ -1,0 +1,120 @@
+// The built program on a desktop of another process, in real time.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <future>
+#include <nlohmann/json.hpp>
+
+#include "end_to_end/program_run.h"
+#include "support/temporary_folder.h"
+
+namespace tessarine::test {
+namespace {
+
+using nlohmann::ordered_json;
+
+// A desktop that is being served for as long as this lives.
+class ServedDesktop {
+ public:
+  explicit ServedDesktop(const std::string& scenario)
+      : service_({desktopPath(), "serve", scenario, "--socket", socketPath()}) {
+    for (const char* name : {"TESSARINE_DESKTOP", "TESSARINE_DESKTOP_PROGRAMS", "ZORVILET_BIN"}) {
+      const std::string line = service_.readLine();
+      const std::string beginning = std::string("export ") + name + "=";
+      EXPECT_EQ(line.substr(0, beginning.size()), beginning);
+      environment_[name] = line.substr(beginning.size());
+    }
+  }
+
+  std::string socketPath() const { return folder_.path() + "/desktop"; }
+  const Environment& environment() const { return environment_; }
+
+  ordered_json run(const std::vector<std::string>& arguments) const {
+    const ProgramRun run = runTessarine(arguments, environment_);
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    return ordered_json::parse(run.output);
+  }
+
+  ordered_json state() const {
+    const ProgramRun run = runProgram({desktopPath(), "state", "--socket", socketPath()});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    return ordered_json::parse(run.output);
+  }
+
+  ProgramRun stop() {
+    service_.sendSignal(SIGTERM);
+    return service_.finish();
+  }
+
+ private:
+  TemporaryFolder folder_;
+  RunningProgram service_;
+  Environment environment_;
+};
+
+constexpr const char* quietEnd =
+    "mouse events: 0\nsession-wide events: 0\nfrontmost application: Terminal, never changed\n";
+
+TEST(OnADesktop, AFolderWithAnAwkwardNameIsChosenInTheBackground) {
+  const TemporaryFolder folder;
+  const std::string target = folder.makeFolder("it's a \"test\" 文件夹 📁");
+  for (const std::string scenario : {"english-service-window", "chinese-service-window"}) {
+    const ProgramRun run = runOnDesktop(
+        scenario, {"choose-folder", "--strict-background", "--pid", "812", "--path", target});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    EXPECT_EQ(run.errors, "panel 1: chosen " + target + "\n" + quietEnd);
+    EXPECT_EQ(ordered_json::parse(run.output)["path"], target);
+  }
+}
+
+TEST(OnADesktop, TheStatusOfTheCommandIsTheStatusOfTheRun) {
+  const ProgramRun run = runOnDesktop("no-panel", {"press-key", "--pid", "812", "--key", "Return"});
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_EQ(run.errors, std::string("unsupported --key: Return\nno panel\n") + quietEnd);
+}
+
+TEST(OnADesktop, CallsAtTheSameTimeAndOneAfterAnotherMeetTheSameDesktop) {
+  const ServedDesktop desktop("english-service-window");
+  const auto list = [&] { return desktop.run({"list-windows", "--pid", "812"}); };
+  auto first = std::async(std::launch::async, list);
+  auto second = std::async(std::launch::async, list);
+  const ordered_json windows = list();
+  EXPECT_EQ(windows["apps"].size(), 2U);
+  EXPECT_EQ(first.get(), windows);
+  EXPECT_EQ(second.get(), windows);
+}
+
+TEST(OnADesktop, AServedPanelIsChosenAndTheDesktopTellsOfIt) {
+  const TemporaryFolder folder;
+  const std::string target = folder.makeFolder("target");
+  ServedDesktop desktop("english-service-window");
+  desktop.run({"choose-folder", "--strict-background", "--pid", "812", "--path", target});
+  const ordered_json state = desktop.state();
+  EXPECT_EQ(state["panels"][0]["outcome"], "chosen");
+  EXPECT_EQ(state["panels"][0]["path"], target);
+  EXPECT_GT(state["record"].size(), 100U);
+  EXPECT_EQ(desktop.run({"list-background-panels", "--pid", "812"})["windows"],
+            ordered_json::array());
+  EXPECT_EQ(desktop.stop().exitStatus, 0);
+}
+
+TEST(OnADesktop, AScenarioThatIsWrongIsRefusedWithOneLine) {
+  const TemporaryFolder folder;
+  const std::string file = folder.makeFile("wrong.json", R"({"panels": [{"shape": "round"}]})");
+  const ProgramRun run = runProgram({desktopPath(), "run", file, "--", "/bin/true"});
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_EQ(run.output, "");
+  EXPECT_EQ(run.errors.find(file + ": /panels/0/shape: expected one of"), 0U) << run.errors;
+  EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1);
+}
+
+TEST(OnADesktop, ScenariosThatComeWithItAreListed) {
+  const ProgramRun run = runProgram({desktopPath(), "list"});
+  EXPECT_EQ(run.exitStatus, 0);
+  for (const char* name : {"english-service-window", "chinese-embedded", "no-panel", "edge"}) {
+    EXPECT_NE(run.output.find(name), std::string::npos) << name;
+  }
+}
+
+}  // namespace
+}  // namespace tessarine::test
