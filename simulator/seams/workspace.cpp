@@ -1,5 +1,8 @@
 #include "platform/workspace.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "simulator/frameworks/desktop_link.h"
 
 namespace tessarine {
@@ -53,6 +56,12 @@ std::vector<Rect> screenFrames() {
 
 std::string fileManagerDisplayName(const std::string& path) {
   return std::get<std::string>(ask(simulator::AskDisplayName{path}));
+}
+
+std::string temporaryDirectory() {
+  std::error_code failed;
+  const std::string directory = std::filesystem::temp_directory_path(failed);
+  return failed ? "/tmp" : directory;
 }
 
 }  // namespace tessarine

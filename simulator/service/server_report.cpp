@@ -68,6 +68,20 @@ Json windowsJson(const Desktop& desktop) {
   return windows;
 }
 
+// "outcome" is "none", "chosen" or "cancelled"; "path" and "at" stand beside one that came about.
+Json panelJson(const OpenPanel& panel) {
+  const PanelOutcome& outcome = panel.outcome();
+  switch (outcome.end) {
+    case PanelOutcome::End::chosen:
+      return {{"outcome", "chosen"}, {"path", outcome.path}, {"at", outcome.at}};
+    case PanelOutcome::End::cancelled:
+      return {{"outcome", "cancelled"}, {"at", outcome.at}};
+    case PanelOutcome::End::none:
+      break;
+  }
+  return {{"outcome", "none"}};
+}
+
 }  // namespace
 
 std::string outcomeLines(const Scene& scene) {
@@ -85,7 +99,7 @@ std::string outcomeLines(const Scene& scene) {
 
 std::string stateJson(const Scene& scene) {
   Json panels = Json::array();
-  for (const auto& panel : scene.panels) panels.push_back(describe(*panel, scene.desktop.now()));
+  for (const auto& panel : scene.panels) panels.push_back(panelJson(*panel));
   const Json state = {{"now", scene.desktop.now()},
                       {"processes", processesJson(scene.desktop)},
                       {"windows", windowsJson(scene.desktop)},

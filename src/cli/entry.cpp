@@ -45,6 +45,8 @@ ExitStatus runTool(const std::vector<std::string>& arguments, std::ostream& outp
     errors << error.message() << '\n';
   } catch (const std::exception& error) {
     errors << error.what() << '\n';
+  } catch (...) {
+    errors << "unknown error\n";
   }
   return ExitStatus::failure;
 }

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 
@@ -5,6 +6,8 @@
 
 int main(int argc, char** argv) {
   using tessarine::ExitStatus;
+  // A caller that ignores SIGCHLD hands that down, and children could not be waited for.
+  std::signal(SIGCHLD, SIG_DFL);
   ExitStatus status = tessarine::runTool({argv, argv + argc}, std::cout, std::cerr);
   if (!std::cout.flush()) {
     std::cerr << "cannot write to standard output\n";

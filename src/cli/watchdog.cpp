@@ -2,10 +2,12 @@
 
 #include <dispatch/dispatch.h>
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 
 #include "core/numbers.h"
 #include "core/tool_error.h"

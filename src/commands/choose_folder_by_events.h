@@ -16,9 +16,8 @@ namespace tessarine {
 // - timedOut when no panel window appears,
 // - actionFailed "AX open dialog failed and no captured background panel was found; AX error: " +
 //   waitError,
-// - actionFailed "background CGEvent folder selection did not close the captured panel; attempted:
-// "
-//   + the attempts + "; AX error: " + waitError.
+// - actionFailed "background CGEvent folder selection did not close the captured panel; "
+//   "attempted: " + the attempts + "; AX error: " + waitError.
 Result chooseFolderByBackgroundEvents(std::int32_t primaryPid, const std::string& targetPath,
                                       double timeoutSeconds, const std::string& waitError,
                                       const std::string& volumeRoot,

@@ -5,18 +5,23 @@
 #include <stdexcept>
 
 #include "core/numbers.h"
+#include "core/text.h"
 
 namespace tessarine {
 namespace {
 
 // nlohmann::json writes numbers that are not finite as null; here they are an error.
-void requireFiniteNumbers(const Result& value, const std::string& place) {
+void requireWritable(const Result& value, const std::string& place) {
   if (value.is_number_float() && !std::isfinite(value.get<double>())) {
     throw std::runtime_error("the number " + formatDouble(value.get<double>()) + " at " + place +
                              " cannot be written as JSON");
   }
+  if (value.is_string() && !isUtf8(value.get_ref<const std::string&>())) {
+    throw std::runtime_error("the text at " + place +
+                             " is not UTF-8 and cannot be written as JSON");
+  }
   if (!value.is_structured()) return;
-  for (const auto& [key, member] : value.items()) requireFiniteNumbers(member, place + "/" + key);
+  for (const auto& [key, member] : value.items()) requireWritable(member, place + "/" + key);
 }
 
 }  // namespace
@@ -33,7 +38,7 @@ Result frameObject(const Rect& frame) {
 }
 
 std::string serialize(const Result& result) {
-  requireFiniteNumbers(result, "");
+  requireWritable(result, "");
   return result.dump(2);
 }
 

@@ -108,6 +108,13 @@ std::string trimmed(std::string_view text) {
   return std::string(begin < end ? text.substr(begin, end - begin) : std::string_view());
 }
 
+std::string lowercased(std::string text) {
+  for (char& character : text) {
+    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+  }
+  return text;
+}
+
 std::vector<std::string> splitDroppingEmpty(std::string_view text, char separator) {
   std::vector<std::string> pieces;
   while (!text.empty()) {

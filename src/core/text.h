@@ -25,6 +25,9 @@ std::size_t characterCount(std::string_view text);
 // Without leading and trailing white space and newlines, in the Unicode sense.
 std::string trimmed(std::string_view text);
 
+// With the ASCII letters in lower case.
+std::string lowercased(std::string text);
+
 // The pieces between separators, in order; empty pieces are dropped.
 std::vector<std::string> splitDroppingEmpty(std::string_view text, char separator);
 

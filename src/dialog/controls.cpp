@@ -10,6 +10,9 @@
 namespace tessarine {
 namespace {
 
+// A text field narrower than this (points) is not one for names or paths.
+constexpr double narrowestPathField = 120;
+
 bool isTextField(const Element& element) {
   return axRole(element) == "AXTextField";
 }

@@ -10,9 +10,6 @@
 
 namespace tessarine {
 
-// A text field narrower than this (points) is not one for names or paths.
-inline constexpr double narrowestPathField = 120;
-
 // The first button whose title is one of the titles.
 std::optional<NodeRef> findButton(const Element& root, const TitleSet& titles);
 

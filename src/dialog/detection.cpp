@@ -84,6 +84,19 @@ std::optional<NodeRef> chooserContainerAround(const NodeRef& popup) {
   return highest;
 }
 
+// The dialogs of one candidate application.
+std::vector<DialogRef> dialogsOf(const AppRef& candidate, bool includeEmbedded) {
+  auto nodes = dialogNodes(candidate.app);
+  if (nodes.empty() && includeEmbedded && candidate.label == primaryBrowserLabel) {
+    if (const auto root = findEmbeddedChooserRoot(candidate.app)) nodes.push_back(*root);
+  }
+  std::vector<DialogRef> dialogs;
+  for (const NodeRef& node : nodes) {
+    dialogs.push_back({node, candidate.app, candidate.pid, candidate.label});
+  }
+  return dialogs;
+}
+
 // The browser's first dialog, or else the last of all.
 std::optional<DialogRef> preferredDialog(const std::vector<DialogRef>& dialogs) {
   if (dialogs.empty()) return {};
@@ -192,18 +205,6 @@ bool subtreeHasChooserSignature(const Element& element) {
   ChooserSigns signs;
   for (const NodeRef& node : breadthFirstNodes(element, 8, 360)) noteSigns(node.element, signs);
   return signs.makeASignature();
-}
-
-std::vector<DialogRef> dialogsOf(const AppRef& candidate, bool includeEmbedded) {
-  auto nodes = dialogNodes(candidate.app);
-  if (nodes.empty() && includeEmbedded && candidate.label == primaryBrowserLabel) {
-    if (const auto root = findEmbeddedChooserRoot(candidate.app)) nodes.push_back(*root);
-  }
-  std::vector<DialogRef> dialogs;
-  for (const NodeRef& node : nodes) {
-    dialogs.push_back({node, candidate.app, candidate.pid, candidate.label});
-  }
-  return dialogs;
 }
 
 std::vector<DialogRef> openDialogs(std::int32_t primaryPid, bool includeEmbedded,

@@ -33,11 +33,8 @@ std::optional<NodeRef> findEmbeddedChooserRoot(const Element& app);
 // view or the text of an extension-folder chooser.
 bool subtreeHasChooserSignature(const Element& element);
 
-// The dialogs of one candidate application; an embedded chooser is looked for only in the browser,
-// and only when it shows no other dialog.
-std::vector<DialogRef> dialogsOf(const AppRef& candidate, bool includeEmbedded);
-
-// The dialogs of all candidate applications, in their order.
+// The dialogs of all candidate applications, in their order. An embedded chooser is looked for only
+// in the browser, and only when it shows no other dialog.
 std::vector<DialogRef> openDialogs(std::int32_t primaryPid, bool includeEmbedded,
                                    const std::vector<std::int32_t>& additionalPIDs);
 

@@ -1,6 +1,7 @@
 #include "navigation/path_analysis.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "core/tables.h"
 #include "core/text.h"

@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
+#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {

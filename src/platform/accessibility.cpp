@@ -39,10 +39,15 @@ void appendFocusedAndMain(const Element& app, std::vector<Element>& windows) {
   }
 }
 
-// Reads a point or a size; leaves `target` alone when the value is no such thing.
-void readGeometry(CFTypeRef value, AXValueType type, void* target) {
-  if (CFGetTypeID(value) != AXValueGetTypeID()) return;
-  AXValueGetValue(static_cast<AXValueRef>(value), type, target);
+// Reads a point or a size; false when the value is no such thing.
+bool readGeometry(CFTypeRef value, AXValueType type, void* target) {
+  return CFGetTypeID(value) == AXValueGetTypeID() &&
+         AXValueGetValue(static_cast<AXValueRef>(value), type, target);
+}
+
+// A location of a server alone has the empty path, which names no file to resolve.
+std::string standardizedLocationPath(const std::string& path) {
+  return path.empty() ? path : standardizedPath(path);
 }
 
 int setValue(const Element& element, const std::string& attribute, CFTypeRef value) {
@@ -148,18 +153,19 @@ Rect axFrame(const Element& element) {
   if (!position || !size) return {};
   CGPoint origin{};
   CGSize extent{};
-  readGeometry(position.get(), kAXValueTypeCGPoint, &origin);
-  readGeometry(size.get(), kAXValueTypeCGSize, &extent);
+  const bool readable = readGeometry(position.get(), kAXValueTypeCGPoint, &origin) &&
+                        readGeometry(size.get(), kAXValueTypeCGSize, &extent);
+  if (!readable) return {};
   return {origin.x, origin.y, extent.width, extent.height};
 }
 
 std::optional<std::string> axURLPath(const Element& element) {
   const auto value = axValue(element, "AXURL");
-  if (const auto path = locationPath(value.get())) return standardizedPath(*path);
+  if (const auto path = locationPath(value.get())) return standardizedLocationPath(*path);
   const auto text = textValue(value.get());
   if (!text) return {};
   const auto path = fileLocationPath(*text);
-  return path ? standardizedPath(*path) : *text;
+  return path ? standardizedLocationPath(*path) : *text;
 }
 
 std::vector<Element> focusedAndMainWindows(const Element& app) {

@@ -43,11 +43,11 @@ std::optional<Element> axParent(const Element& element);
 std::vector<std::string> axActions(const Element& element);
 
 // Position and size in screen points, origin at the top left of the main display; all zeros when
-// either is missing.
+// either is missing or of another type.
 Rect axFrame(const Element& element);
 
-// The standardized path that "AXURL" names: of a location object whatever its scheme, of a text
-// that is a file location; any other text unchanged.
+// The standardized path that "AXURL" names: of a location object whatever its scheme (empty when it
+// names a server alone), of a text that is a file location; any other text unchanged.
 std::optional<std::string> axURLPath(const Element& element);
 
 // --- Windows of an application. ---

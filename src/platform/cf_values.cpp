@@ -42,7 +42,7 @@ std::optional<std::string> fileLocationPath(const std::string& text) {
       CFURLCreateWithString(kCFAllocatorDefault, makeCfString(text).get(), nullptr));
   if (!location) return {};
   const auto scheme = CfRef<CFStringRef>::adopt(CFURLCopyScheme(location.get()));
-  if (textValue(scheme.get()) != "file") return {};
+  if (lowercased(textValue(scheme.get()).value_or("")) != "file") return {};
   return locationPath(location.get());
 }
 

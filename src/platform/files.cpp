@@ -77,12 +77,6 @@ void setModificationDate(const std::string& path, double secondsSince1970) {
   }
 }
 
-std::string temporaryDirectory() {
-  std::error_code failed;
-  const std::string directory = fs::temp_directory_path(failed);
-  return failed ? "/tmp" : directory;
-}
-
 std::string ownPid() {
   return std::to_string(getpid());
 }

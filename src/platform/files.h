@@ -30,14 +30,12 @@ bool isExecutableFile(const std::string& path);
 // Removes the file if it is there; a failure is ignored.
 void removeFile(const std::string& path);
 
-// Copies a file to a path where nothing stands yet. Throws std::filesystem::filesystem_error.
+// Copies a file, or what a link leads to, to a path where nothing stands yet. Throws
+// std::filesystem::filesystem_error.
 void copyFile(const std::string& from, const std::string& to);
 
 // Sets the modification date, in seconds since 1970. Throws std::filesystem::filesystem_error.
 void setModificationDate(const std::string& path, double secondsSince1970);
-
-// The system's folder for temporary files.
-std::string temporaryDirectory();
 
 // This process's identifier, in decimal.
 std::string ownPid();

@@ -50,7 +50,7 @@ std::string helperExecutable(const std::string& name) {
   if (isExecutableFile(besideProgram)) return besideProgram;
   const std::string helperDirectory = environmentVariable("ZORVILET_BIN");
   if (!helperDirectory.empty()) {
-    const std::string named = appendingComponent(helperDirectory, name);
+    const std::string named = appendingComponent(standardizedPath(helperDirectory), name);
     if (isExecutableFile(named)) return named;
   }
   return besideProgram;

@@ -2,7 +2,8 @@
 // command lines, and AppleScript.
 //
 // Programs are started directly, never through a shell. Every call blocks until its child has
-// exited; only runAppleScript has a time limit.
+// exited, without a time limit, except runAppleScript, which at its limit asks the script to end
+// and returns without waiting for it.
 #pragma once
 
 #include <cstdint>

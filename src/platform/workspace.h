@@ -1,6 +1,7 @@
 // What the window manager's workspace knows: applications, which of them is frontmost, the screens,
-// and the names under which the file browser shows files. On macOS these are NSWorkspace,
-// NSRunningApplication, NSScreen and NSFileManager, which have no C interface.
+// the names under which the file browser shows files, and the folder for temporary ones. On macOS
+// these are NSWorkspace, NSRunningApplication, NSScreen, NSFileManager and NSTemporaryDirectory,
+// which have no C interface.
 #pragma once
 
 #include <cstdint>
@@ -30,5 +31,8 @@ std::vector<Rect> screenFrames();
 
 // NSFileManager's display name for the path; never empty for a path that is not empty.
 std::string fileManagerDisplayName(const std::string& path);
+
+// The user's folder for temporary files.
+std::string temporaryDirectory();
 
 }  // namespace tessarine

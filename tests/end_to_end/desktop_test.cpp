@@ -20,9 +20,10 @@ class ServedDesktop {
       : service_({desktopPath(), "serve", scenario, "--socket", socketPath()}) {
     for (const char* name : {"TESSARINE_DESKTOP", "TESSARINE_DESKTOP_PROGRAMS", "ZORVILET_BIN"}) {
       const std::string line = service_.readLine();
-      const std::string beginning = std::string("export ") + name + "=";
+      const std::string beginning = std::string("export ") + name + "='";
       EXPECT_EQ(line.substr(0, beginning.size()), beginning);
-      environment_[name] = line.substr(beginning.size());
+      EXPECT_EQ(line.back(), '\'');
+      environment_[name] = line.substr(beginning.size(), line.size() - beginning.size() - 1);
     }
   }
 
@@ -104,8 +105,9 @@ TEST(OnADesktop, AScenarioThatIsWrongIsRefusedWithOneLine) {
   const ProgramRun run = runProgram({desktopPath(), "run", file, "--", "/bin/true"});
   EXPECT_EQ(run.exitStatus, 2);
   EXPECT_EQ(run.output, "");
-  EXPECT_EQ(run.errors.find(file + ": /panels/0/shape: expected one of"), 0U) << run.errors;
-  EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1);
+  EXPECT_EQ(run.errors, "tessarine-desktop: " + file +
+                            ": /panels/0/shape: expected one of \"service-window\", "
+                            "\"host-window\", \"host-sheet\", \"embedded\"\n");
 }
 
 TEST(OnADesktop, ScenariosThatComeWithItAreListed) {

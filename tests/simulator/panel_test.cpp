@@ -725,6 +725,19 @@ TEST(GoToSheet, HangsFromTheWindowOfAnEmbeddedChooser) {
   EXPECT_EQ(world.identified("GoToWindow").parent(), world.identified("open-panel").parent());
 }
 
+TEST(GoToSheet, TakesClicksOnItsButtonsAndKeepsOthersFromThePanel) {
+  PanelWorld world(Json{{"goTo", {{"generation", "old"}}}}, {{"lastGoToPath", "/usr"}});
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  world.click(world.identified("CancelButton"));
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+  world.click(world.one("AXTitle", "Go"), 1, host);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path()) << "the sheet is the service's";
+  world.click(world.one("AXTitle", "Go"));
+  world.pass(0.36);
+  EXPECT_EQ(world.panel().folderShown(), "/usr");
+}
+
 TEST(GoToSheet, OptionsOfItsField) {
   PanelWorld tidy(Json{{"goTo", {{"openAtStart", true}, {"normalisesField", true}}}});
   Element& field = tidy.identified("PathTextField");
@@ -796,6 +809,25 @@ TEST(PanelFault, ReturnOfTheGoToSheetConfirmsThePanelToo) {
   EXPECT_EQ(world.milestone("chosen /usr"), 910);
 }
 
+TEST(PanelLife, LeavesOnlyTheBrowsersWindowBehindInEveryShape) {
+  for (const char* shape : {"service-window", "host-window", "host-sheet", "embedded"}) {
+    PanelWorld world(Json{{"shape", shape}, {"opensAtSeconds", 1}, {"listed", "none"}});
+    const std::size_t windows = world.desktop().windows().size();
+    const std::string page = drawn(world.desktop().findProcess(host)->root);
+    world.pass(3);
+    EXPECT_EQ(world.all("AXIdentifier", "open-panel").size(), 1U) << shape;
+    world.key(key::g, command | shift);
+    world.pass(0.5);
+    world.perform(world.identified("CancelButton"), "AXPress");
+    world.pass(0.03);
+    EXPECT_EQ(world.panel().outcome().end, PanelOutcome::End::cancelled) << shape;
+    EXPECT_EQ(world.desktop().windows().size(), windows) << shape;
+    EXPECT_EQ(drawn(world.desktop().findProcess(host)->root), page) << shape;
+    EXPECT_TRUE(world.desktop().findProcess(service)->terminated) << shape;
+    EXPECT_TRUE(world.desktop().findProcess(host)->receivers.empty()) << shape;
+  }
+}
+
 TEST(PanelLife, OutlivesTheEndOfItsHost) {
   PanelWorld world(Json{{"shape", "host-window"}});
   world.key(key::g, command | shift);
@@ -803,6 +835,17 @@ TEST(PanelLife, OutlivesTheEndOfItsHost) {
   world.key(key::returnKey);
   world.pass(5);
   EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+}
+
+TEST(PanelKeystroke, TypesAttachedTextUpToItsLimitOrWhatTheLayoutSays) {
+  const auto typed = [](const KeyEvent& event) { return keystroke(event).text; };
+  EXPECT_EQ(typed({0, true, 0, u"0123456789012345678901234"}), "01234567890123456789");
+  EXPECT_EQ(typed({key::returnKey, true, 0, u"\r"}), "");
+  EXPECT_EQ(typed({44, true, 0, {}}), "/");
+  EXPECT_EQ(typed({44, true, shift, {}}), "?");
+  EXPECT_EQ(typed({49, true, 0, {}}), " ");
+  EXPECT_EQ(typed({46, true, shift, {}}), "M");
+  EXPECT_EQ(typed({key::a, true, command, u"a"}), "");
 }
 
 TEST(PanelFolder, ListsVisibleEntriesAsTheFileBrowserOrdersThem) {

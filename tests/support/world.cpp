@@ -2,9 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "cli/entry.h"
@@ -14,8 +11,6 @@
 #include "simulator/seams/virtual/virtual_world.h"
 
 namespace tessarine::test {
-
-namespace fs = std::filesystem;
 
 void PrintTo(const Outcome& outcome, std::ostream* stream) {
   *stream << "exit status " << outcome.exitStatus << "\noutput: " << outcome.output
@@ -117,35 +112,6 @@ Outcome World::run(const std::vector<std::string>& arguments) {
   std::ostringstream errors;
   const ExitStatus status = runTool(commandLine, output, errors);
   return {static_cast<int>(status), output.str(), errors.str()};
-}
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (fs::temp_directory_path() / "tessarine-test-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) std::abort();
-  path_ = fs::canonical(name).string();
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::makeFolder(const std::string& name) const {
-  const fs::path folder = fs::path(path_) / name;
-  fs::create_directories(folder);
-  return folder.string();
-}
-
-std::string TemporaryFolder::makeFile(const std::string& name, const std::string& text) const {
-  const fs::path file = fs::path(path_) / name;
-  std::ofstream(file) << text;
-  return file.string();
-}
-
-std::string TemporaryFolder::makeScript(const std::string& name, const std::string& body) const {
-  const std::string file = makeFile(name, "#!/bin/sh\n" + body + "\n");
-  fs::permissions(file, fs::perms::owner_all);
-  return file;
 }
 
 namespace {

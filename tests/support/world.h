@@ -16,6 +16,7 @@
 #include "platform/element.h"
 #include "simulator/desktop/desktop.h"
 #include "simulator/scenario/scene.h"
+#include "support/temporary_folder.h"
 
 namespace tessarine::test {
 
@@ -83,24 +84,6 @@ class World {
  private:
   std::unique_ptr<simulator::Scene> scene_;
   AttachedDesktop attached_;
-};
-
-// A temporary directory of this machine, removed with everything in it at the end.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  const std::string& path() const { return path_; }  // standardized, without links
-  std::string makeFolder(const std::string& name) const;
-  std::string makeFile(const std::string& name, const std::string& text = "") const;
-  // An executable shell script.
-  std::string makeScript(const std::string& name, const std::string& body) const;
-
- private:
-  std::string path_;
 };
 
 // The message of the ToolError that the action throws; fails the test when it throws none.

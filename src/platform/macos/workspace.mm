@@ -46,9 +46,16 @@ std::vector<Rect> screenFrames() {
 
 std::string fileManagerDisplayName(const std::string& path) {
   @autoreleasepool {
-    NSString* name = [NSFileManager.defaultManager
-        displayNameAtPath:[NSString stringWithUTF8String:path.c_str()]];
-    return name == nil ? path : std::string(name.UTF8String);
+    NSString* text = [NSString stringWithUTF8String:path.c_str()];
+    if (text == nil) return path;
+    const char* name = [NSFileManager.defaultManager displayNameAtPath:text].UTF8String;
+    return name == nullptr ? path : std::string(name);
+  }
+}
+
+std::string temporaryDirectory() {
+  @autoreleasepool {
+    return NSTemporaryDirectory().UTF8String;
   }
 }
 

@@ -44,6 +44,18 @@ void closePipe(const std::optional<Pipe>& pipe) {
   close(pipe->writeEnd);
 }
 
+// Children begin with no signal blocked or ignored, whatever this thread and its parents do: the
+// threads of the global queues block nearly all, and a child that blocks SIGTERM cannot be ended.
+void resetSignals(posix_spawnattr_t& attributes) {
+  sigset_t none{};
+  sigemptyset(&none);
+  sigset_t all{};
+  sigfillset(&all);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setsigdefault(&attributes, &all);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+}
+
 int spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& arguments,
           int outputEnd, int errorEnd) {
   std::vector<char*> argv{const_cast<char*>(path.c_str())};
@@ -53,7 +65,11 @@ int spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& a
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, outputEnd, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, errorEnd, STDERR_FILENO);
-  const int failure = posix_spawn(&pid, path.c_str(), &actions, nullptr, argv.data(), environ);
+  posix_spawnattr_t attributes{};
+  posix_spawnattr_init(&attributes);
+  resetSignals(attributes);
+  const int failure = posix_spawn(&pid, path.c_str(), &actions, &attributes, argv.data(), environ);
+  posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   return failure;
 }
