@@ -141,8 +141,9 @@ void Desktop::installProgram(const std::string& path_or_name, ProgramMain main) 
 }
 
 const ProgramMain* Desktop::findProgram(const std::string& path) const {
+  const auto& missing = faults_.missing_programs;
+  if (missing.contains(path) || missing.contains(fileName(path))) return nullptr;
   for (const std::string& key : {path, fileName(path)}) {
-    if (faults_.missing_programs.contains(key)) return nullptr;
     const auto found = programs_.find(key);
     if (found != programs_.end()) return &found->second;
   }

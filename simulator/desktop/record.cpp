@@ -222,7 +222,8 @@ std::size_t Record::sessionEvents() const {
 }
 
 std::size_t Record::foregroundChanges() const {
-  return countEntries<FrontmostChanged>(lines_, any);
+  return countEntries<FrontmostChanged>(
+      lines_, [](const FrontmostChanged& change) { return change.from.has_value(); });
 }
 
 }  // namespace simulator

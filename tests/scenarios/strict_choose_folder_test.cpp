@@ -135,15 +135,18 @@ TEST(StrictChooseFolder, AChineseSheet) {
   EXPECT_EQ(runStrictly(world), chosen(world, browserPid));
 }
 
-// It has neither a title nor a Chinese text. The chord that is to wake the browser opens the go-to
-// sheet, whose field makes it a chooser.
-TEST(StrictChooseFolder, AnEnglishSheetThatBecomesAChooserWithItsGoToField) {
+// It has neither a title nor a Chinese text: Cancel, Choose and the search field, which is wide and
+// can be confirmed, make it a chooser. It is seen at once, before anything is posted.
+TEST(StrictChooseFolder, AnEnglishSheetKnownByItsControls) {
   FolderWorld world("english-host-sheet",
                     {{"/panels/0/keysReach", "both"}, {"/panels/0/prompt", "Choose"}});
   EXPECT_EQ(runStrictly(world), chosen(world, browserPid));
-  EXPECT_THAT(postedEventKinds(world.world.record()),
-              ElementsAre("key 5+120000 down -> 812", "key 5+120000 up -> 812",
-                          "key 36 down -> 812", "key 36 up -> 812"));
+  EXPECT_THAT(transcript(world.world.record()),
+              ElementsAre("0.000 key 5+120000 down -> 812", "0.020 key 5+120000 up -> 812",
+                          "0.400 set AXFocused of AXTextField in 812",
+                          "0.000 set AXValue of AXTextField in 812: " + world.target,
+                          "0.120 AXConfirm of AXTextField in 812", "0.200 key 36 down -> 812",
+                          "0.020 key 36 up -> 812", "0.250 AXPress of AXButton in 812"));
 }
 
 TEST(StrictChooseFolder, AnEnglishSheetWithAnUnknownPrompt) {
