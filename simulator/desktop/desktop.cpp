@@ -46,6 +46,10 @@ void Desktop::schedule(Seconds delay, std::function<void()> effect) {
   schedule_.emplace(Scheduled{now_ + delay, next_order_++}, std::move(effect));
 }
 
+void Desktop::runWatchers() const {
+  for (const auto& look : watchers_) look();
+}
+
 void Desktop::noteMilestone(const std::string& text) {
   record_.add(now_, Milestone{text});
 }
@@ -92,7 +96,7 @@ void Desktop::terminateProcess(Pid pid, bool remembered) {
   process->remembered = remembered;
   process->receivers.clear();
   for (std::size_t at = 0; at < windows_.size();) {
-    if (windows_[at]->owner == pid) {
+    if (windows_[at]->owner == pid && !windows_[at]->ghost) {
       removeWindow(windows_[at]->number);
       at = 0;  // the windows attached to it are gone as well
     } else {
@@ -104,7 +108,8 @@ void Desktop::terminateProcess(Pid pid, bool remembered) {
 
   for (const auto& window : windows_) {
     const Process& next = *findProcess(applicationOf(window->owner));
-    if (window->on_screen && next.application && !next.terminated) return setFrontmost(next.pid);
+    const bool open = window->on_screen && !window->ghost;
+    if (open && next.application && !next.terminated) return setFrontmost(next.pid);
   }
   setFrontmost(std::nullopt);
 }

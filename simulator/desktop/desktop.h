@@ -84,6 +84,10 @@ class Desktop {
   // time run in the order in which they were scheduled, also those scheduled by an effect.
   void schedule(Seconds delay, std::function<void()> effect);
 
+  // Runs `look` before each accessibility request and each event, for as long as the desktop lives:
+  // for what follows the machine outside the desktop, which nothing announces.
+  void watch(std::function<void()> look) { watchers_.push_back(std::move(look)); }
+
   // A process's host must exist. References to processes stay valid as long as the desktop, those
   // to windows until their removal. Finders give null for what does not exist; a terminated process
   // is still found.
@@ -104,6 +108,11 @@ class Desktop {
   Window& addWindow(Window window);
   // Closes a window and removes its element from the tree. Nothing happens for an unknown number.
   void removeWindow(std::uint32_t number);
+  // Closes a window of which the window list keeps a ghost: an entry under the same number that
+  // nothing hits and accessibility does not show. It stays until it is removed.
+  void leaveGhost(std::uint32_t number, bool capturable);
+  // Gives an open window another number, which is returned.
+  std::uint32_t renumberWindow(std::uint32_t number);
   Window* findWindow(std::uint32_t number);
   void raiseWindow(std::uint32_t number);  // in front of everything
   const std::vector<std::unique_ptr<Window>>& windows() const { return windows_; }  // front first
@@ -128,7 +137,9 @@ class Desktop {
   void setScreens(std::vector<Rect> screens);  // Quartz points, the main one first; at least one
   Language language() const { return language_; }
   void setLanguage(Language language) { language_ = language; }
-  void setVolumeName(std::string name) { volume_name_ = std::move(name); }
+  // The disks, by the path (without links) at which each is mounted, "/" among them.
+  void addVolume(const std::string& path, const std::string& name) { volumes_[path] = name; }
+  const std::map<std::string, std::string>& volumes() const { return volumes_; }
   std::string displayName(const std::string& path) const;
 
   Faults& faults() { return faults_; }
@@ -161,6 +172,8 @@ class Desktop {
   std::int32_t refusal(ElementId id) const;
   bool copyFromDesktop(const Process& process, const std::string& attribute, Reply& answered) const;
   void noteQuestion(const std::string& question);
+  void runWatchers() const;
+  void makeRaisable(const Window& window);
   bool belongsToFrontmost(const Window& window) const;
   Pid applicationOf(Pid pid) const;
   const ProgramMain* findProgram(const std::string& path) const;
@@ -175,7 +188,8 @@ class Desktop {
   std::optional<Pid> frontmost_;
   std::vector<Rect> screens_;
   Language language_ = Language::english;
-  std::string volume_name_ = "Macintosh HD";
+  std::map<std::string, std::string> volumes_{{"/", "Macintosh HD"}};
+  std::vector<std::function<void()>> watchers_;
   Faults faults_;
   std::map<std::string, ProgramMain> programs_;
   std::vector<std::shared_ptr<ProgramRun>> runs_;

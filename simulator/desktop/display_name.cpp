@@ -48,7 +48,9 @@ std::string_view translate(const Folders& folders, std::string_view name, Langua
 std::string Desktop::displayName(const std::string& path) const {
   std::string_view rest = path;
   while (rest.size() > 1 && rest.ends_with('/')) rest.remove_suffix(1);
-  if (rest == "/") return volume_name_;
+  if (const auto volume = volumes_.find(std::string(rest)); volume != volumes_.end()) {
+    return volume->second;
+  }
 
   const std::size_t slash = rest.rfind('/');
   std::string_view name = slash == rest.npos ? rest : rest.substr(slash + 1);

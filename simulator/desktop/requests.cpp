@@ -47,6 +47,7 @@ Seconds Desktop::price(const Request& request) const {
 template <typename Asked>
 Reply Desktop::answerAccessibility(const Asked& asked) {
   using Verb = AccessibilityRequest::Verb;
+  runWatchers();
   AccessibilityRequest entry;
   entry.element = asked.element;
   if (const Element* element = findElement(asked.element)) entry.role = element->role();

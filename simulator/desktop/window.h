@@ -15,6 +15,8 @@ struct Window {
   std::string title;           // as the window server knows it; the element has its own "AXTitle"
   Rect frame;                  // Quartz screen points
   bool listed = true;          // false: left out of the window list, though on the screen
+  bool capturable = true;      // false: no image can be made of it
+  bool ghost = false;          // it has closed and only the window list still has it
   bool on_screen = true;       // false: on another space; not listed, not hit, not in "AXWindows"
   Element* element = nullptr;  // null: a window that the accessibility tree does not show
 };

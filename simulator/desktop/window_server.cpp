@@ -38,14 +38,17 @@ Window& Desktop::addWindow(Window window) {
                                 [this](const auto& other) { return belongsToFrontmost(*other); });
   }
   const auto added = windows_.insert(position, std::make_unique<Window>(std::move(window)));
-  Window& opened = **added;
-  if (opened.element != nullptr && opened.element->parent() == &findProcess(opened.owner)->root) {
-    opened.element->addAction("AXRaise", [this, number = opened.number] {
-      raiseWindow(number);
-      return ax::success;
-    });
-  }
-  return opened;
+  makeRaisable(**added);
+  return **added;
+}
+
+void Desktop::makeRaisable(const Window& window) {
+  if (window.element == nullptr) return;
+  if (window.element->parent() != &findProcess(window.owner)->root) return;
+  window.element->addAction("AXRaise", [this, number = window.number] {
+    raiseWindow(number);
+    return ax::success;
+  });
 }
 
 void Desktop::removeWindow(std::uint32_t number) {
@@ -59,12 +62,38 @@ void Desktop::removeWindow(std::uint32_t number) {
       remaining.push_back(std::move(other));
       continue;
     }
-    record_.add(now_, WindowClosed{other->number, other->owner, other->title});
+    if (!other->ghost) record_.add(now_, WindowClosed{other->number, other->owner, other->title});
     Process& owner = *findProcess(other->owner);
     if (owner.focused_window == other->number) owner.focused_window.reset();
   }
   windows_ = std::move(remaining);
   if (element != nullptr && element->parent() != nullptr) element->parent()->removeChild(*element);
+}
+
+void Desktop::leaveGhost(std::uint32_t number, bool capturable) {
+  const auto at = std::find_if(windows_.begin(), windows_.end(),
+                               [&](const auto& window) { return window->number == number; });
+  if (at == windows_.end()) return;
+  Window ghost = **at;
+  ghost.element = nullptr;
+  ghost.ghost = true;
+  ghost.capturable = capturable;
+  const auto place = static_cast<std::size_t>(at - windows_.begin());
+  removeWindow(number);
+  const auto position = windows_.begin() + static_cast<long>(std::min(place, windows_.size()));
+  windows_.insert(position, std::make_unique<Window>(std::move(ghost)));
+}
+
+std::uint32_t Desktop::renumberWindow(std::uint32_t number) {
+  Window* window = findWindow(number);
+  assert(window != nullptr);
+  window->number = next_window_number_++;
+  Process& owner = *findProcess(window->owner);
+  if (owner.focused_window == number) owner.focused_window = window->number;
+  makeRaisable(*window);
+  record_.add(now_, WindowClosed{number, window->owner, window->title});
+  record_.add(now_, WindowOpened{window->number, window->owner, window->title});
+  return window->number;
 }
 
 Window* Desktop::findWindow(std::uint32_t number) {
@@ -87,7 +116,7 @@ void Desktop::raiseWindow(std::uint32_t number) {
 
 Window* Desktop::windowAt(Point point, std::optional<Pid> owner) {
   for (const auto& window : windows_) {
-    const bool candidate = window->on_screen && (!owner || window->owner == *owner);
+    const bool candidate = window->on_screen && !window->ghost && (!owner || window->owner == *owner);
     if (candidate && contains(window->frame, point)) return window.get();
   }
   return nullptr;
@@ -103,6 +132,7 @@ Pid Desktop::applicationOf(Pid pid) const {
 }
 
 void Desktop::postKey(const KeyEvent& event, std::optional<Pid> target, Origin origin) {
+  runWatchers();
   record_.add(now_, PostedKey{target, event, origin});
   // Assumed: what a program without trust posts is dropped without an error.
   if (faults_.untrusted && origin != Origin::person) return;
@@ -120,6 +150,7 @@ void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Orig
   if (event.type != left_down && event.type != left_up) {
     abortUnmodelled("mouse event of type " + std::to_string(event.type));
   }
+  runWatchers();
   record_.add(now_, PostedMouse{target, event, origin});
   if (faults_.untrusted && origin != Origin::person) return;
   const Window* window = windowAt(event.at, target);

@@ -1,7 +1,8 @@
 #include "simulator/panel/keystroke.h"
 
-#include <string_view>
+#include <utf8proc.h>
 
+#include "simulator/desktop/keyboard_layout.h"
 #include "simulator/desktop/text.h"
 
 namespace simulator {
@@ -12,22 +13,28 @@ constexpr std::uint64_t control_flag = 0x40000;
 constexpr std::uint64_t option_flag = 0x80000;
 constexpr std::uint64_t command_flag = 0x100000;
 
-// The US layout by key code, from 0 on; a blank is a key that types nothing, but for the space bar.
-constexpr std::string_view plain_layout = "asdfhgzxcv bqweryt123465=97-80]ou[ip lj'k;\\,/nm.";
-constexpr std::string_view shifted_layout = "ASDFHGZXCV BQWERYT!@#$^%+(&_*)}OU{IP LJ\"K:|<?NM>";
-constexpr std::uint16_t space_bar = 49;
-
-std::string typedByLayout(std::uint16_t keyCode, bool shifted) {
-  if (keyCode == space_bar) return " ";
-  const auto& layout = shifted ? shifted_layout : plain_layout;
-  if (keyCode >= layout.size() || layout[keyCode] == ' ') return "";
-  return std::string(1, layout[keyCode]);
-}
-
 // Control characters type nothing.
 std::string withoutControls(std::string text) {
   std::erase_if(text, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; });
   return text;
+}
+
+// Where the last character that a reader sees begins: letters with their combining marks are one.
+std::size_t lastCharacter(const std::string& text) {
+  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+  std::size_t last = 0;
+  utf8proc_int32_t before = -1;
+  utf8proc_int32_t state = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    utf8proc_int32_t point = 0;
+    const auto length =
+        utf8proc_iterate(bytes + at, static_cast<utf8proc_ssize_t>(text.size() - at), &point);
+    const bool valid = length > 0;
+    if (!valid || before < 0 || utf8proc_grapheme_break_stateful(before, point, &state)) last = at;
+    before = valid ? point : -1;
+    at += valid ? static_cast<std::size_t>(length) : 1;
+  }
+  return last;
 }
 
 }  // namespace
@@ -48,7 +55,8 @@ Keystroke keystroke(const KeyEvent& event) {
   if (event.text && !event.text->empty()) {
     stroke.text = withoutControls(utf8FromUtf16(event.text->substr(0, longest_event_text)));
   } else {
-    stroke.text = typedByLayout(event.keyCode, stroke.shift);
+    const auto typed = typedByKey({event.keyCode, stroke.shift});
+    if (typed) stroke.text = withoutControls(std::string(1, *typed));
   }
   return stroke;
 }
@@ -59,12 +67,10 @@ void EditedText::insert(const std::string& addition) {
   text += addition;
 }
 
+// Assumed: what a reader sees as one character is deleted as one.
 void EditedText::deleteBackward() {
-  if (allSelected) text.clear();
+  text.erase(allSelected ? 0 : lastCharacter(text));
   allSelected = false;
-  const auto isContinuation = [](char c) { return (c & 0xC0) == 0x80; };
-  while (!text.empty() && isContinuation(text.back())) text.pop_back();
-  if (!text.empty()) text.pop_back();
 }
 
 }  // namespace simulator

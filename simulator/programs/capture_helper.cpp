@@ -53,7 +53,8 @@ void list(ProgramRun& run) {
 void capture(ProgramRun& run, std::uint32_t number, const std::string& file) {
   const Desktop& desktop = run.desktop();
   const Window* window = run.desktop().findWindow(number);
-  if (window == nullptr || !window->on_screen || desktop.faults().screen_recording_denied) {
+  const bool possible = window != nullptr && window->on_screen && window->capturable;
+  if (!possible || desktop.faults().screen_recording_denied) {
     run.complain("cannot capture window " + std::to_string(number) + "\n");
     return run.end(1);
   }

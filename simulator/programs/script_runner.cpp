@@ -1,8 +1,9 @@
 // Carries out the statements of a script.
 #include <filesystem>
 #include <memory>
-#include <string_view>
+#include <optional>
 
+#include "simulator/desktop/keyboard_layout.h"
 #include "simulator/desktop/text.h"
 #include "simulator/desktop/unmodelled.h"
 #include "simulator/programs/programs.h"
@@ -10,8 +11,6 @@
 
 namespace simulator {
 namespace {
-
-using namespace std::string_view_literals;
 
 // Assumed: starting osascript and compiling a short script.
 constexpr Seconds compiling_time = 0.12;
@@ -21,11 +20,6 @@ constexpr Seconds key_interval = 0.01;
 constexpr Seconds coming_forward_time = 0.06;
 
 constexpr std::uint64_t shift_flag = 0x20000;
-
-// What the keys of the US layout type, by virtual key code; NUL where no such key types anything.
-constexpr std::string_view plain_keys = "asdfhgzxcv\0bqweryt123465=97-80]ou[ip\rlj'k;\\,/nm.\t `"sv;
-constexpr std::string_view shifted_keys =
-    "ASDFHGZXCV\0BQWERYT!@#$^%+(&_*)}OU{IP\0LJ\"K:|<?NM>\0\0~"sv;
 
 // One step of a run: does it and returns how long until the next. It may end the run.
 using Step = std::function<Seconds()>;
@@ -50,19 +44,13 @@ KeyEvent keyThatTypes(char16_t unit, std::uint64_t flags) {
   if (unit == u'\n') unit = u'\r';
   KeyEvent event;
   event.flags = flags;
-  const char letter = unit != 0 && unit < 0x80 ? static_cast<char>(unit) : '\x7f';
-  std::size_t code = plain_keys.find(letter);
-  if (code == plain_keys.npos) {
-    code = shifted_keys.find(letter);
-    if (code != shifted_keys.npos) event.flags |= shift_flag;
-  }
-  if (code == shifted_keys.npos) {
-    // Assumed, from what script authors report: System Events types "a" for what the keyboard
-    // layout has no key for.
-    code = 0;
-    unit = u'a';
-  }
-  event.keyCode = static_cast<std::uint16_t>(code);
+  std::optional<TypingKey> key;
+  if (unit < 0x80) key = keyTyping(static_cast<char>(unit));
+  // Assumed, from what script authors report: System Events types "a" for what the keyboard layout
+  // has no key for.
+  if (!key) unit = u'a';
+  if (key && key->shifted) event.flags |= shift_flag;
+  event.keyCode = key ? key->code : 0;
   event.text = std::u16string(1, unit);
   return event;
 }

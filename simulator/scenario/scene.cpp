@@ -73,7 +73,7 @@ void openWindow(Desktop& desktop, Process& process, const ScenarioWindow& option
 void fillDesktop(Desktop& desktop, const Scenario& scenario) {
   installPrograms(desktop);
   desktop.setLanguage(scenario.language);
-  desktop.setVolumeName(scenario.volume);
+  desktop.addVolume("/", scenario.volume);
   desktop.setScreens(scenario.screens);
   for (const auto& options : scenario.processes) {
     Process& process = desktop.addProcess({.pid = options.pid,

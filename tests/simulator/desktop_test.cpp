@@ -399,7 +399,7 @@ TEST_F(DesktopTest, DisplayNamesFollowTheVolumeAndTheLanguage) {
   EXPECT_EQ(name("/Volumes/Backup"), "Backup");
   EXPECT_EQ(name("/Users/"), "Users");
   EXPECT_EQ(name("/Users/me/Tax 2025:26"), "Tax 2025/26");
-  desktop.setVolumeName("Data");
+  desktop.addVolume("/", "Data");
   EXPECT_EQ(name("/"), "Data");
 
   desktop.setLanguage(Language::simplifiedChinese);
