@@ -102,7 +102,7 @@ class Record {
   std::size_t accessibilityRequests() const;
   std::size_t keyEvents() const;
   std::size_t mouseEvents() const;
-  std::size_t sessionEvents() const;  // keys and mouse events posted to the whole session
+  std::size_t sessionEvents() const;      // keys and mouse events posted to the whole session
   std::size_t foregroundChanges() const;  // from one application to another, or to none
 
  private:

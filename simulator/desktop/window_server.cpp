@@ -116,7 +116,8 @@ void Desktop::raiseWindow(std::uint32_t number) {
 
 Window* Desktop::windowAt(Point point, std::optional<Pid> owner) {
   for (const auto& window : windows_) {
-    const bool candidate = window->on_screen && !window->ghost && (!owner || window->owner == *owner);
+    const bool candidate =
+        window->on_screen && !window->ghost && (!owner || window->owner == *owner);
     if (candidate && contains(window->frame, point)) return window.get();
   }
   return nullptr;

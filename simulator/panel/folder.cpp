@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <filesystem>
+#include <iterator>
 #include <string_view>
 
 namespace simulator {
@@ -64,9 +64,10 @@ bool comesBefore(const std::string& left, const std::string& right) {
 
 }  // namespace
 
-std::vector<FolderEntry> visibleEntries(const std::string& folder) {
+std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder order) {
   struct Keyed {
     std::string key;
+    fs::file_time_type modified;  // of no interest when ordered by name
     FolderEntry entry;
   };
   std::vector<Keyed> found;
@@ -74,10 +75,13 @@ std::vector<FolderEntry> visibleEntries(const std::string& folder) {
   for (const auto& item : fs::directory_iterator(folder, ignored)) {
     const std::string name = item.path().filename().string();
     if (name.starts_with(".")) continue;
-    std::error_code broken;
-    found.push_back({folded(name), {name, item.is_directory(broken)}});
+    std::error_code broken;  // a link that leads nowhere is no folder and the oldest
+    fs::file_time_type modified;
+    if (order == SortOrder::date) modified = item.last_write_time(broken);
+    found.push_back({folded(name), modified, {name, item.is_directory(broken)}});
   }
   std::sort(found.begin(), found.end(), [](const Keyed& left, const Keyed& right) {
+    if (left.modified != right.modified) return left.modified > right.modified;
     if (comesBefore(left.key, right.key)) return true;
     if (comesBefore(right.key, left.key)) return false;
     return left.entry.name < right.entry.name;
@@ -86,6 +90,14 @@ std::vector<FolderEntry> visibleEntries(const std::string& folder) {
   entries.reserve(found.size());
   for (auto& keyed : found) entries.push_back(std::move(keyed.entry));
   return entries;
+}
+
+FolderState folderState(const std::string& folder) {
+  std::error_code ignored;
+  FolderState state{fs::last_write_time(folder, ignored), 0};
+  const fs::directory_iterator entries(folder, ignored);
+  state.entries = std::distance(begin(entries), end(entries));
+  return state;
 }
 
 bool isDirectory(const std::string& path) {

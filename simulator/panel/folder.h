@@ -1,6 +1,8 @@
 // What the panel reads from the machine's real directories.
 #pragma once
 
+#include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,9 +14,23 @@ struct FolderEntry {
   bool directory = false;
 };
 
-// The visible entries (no name that begins with a dot), ordered as the file browser orders names:
-// without regard to case, numbers by their value. A folder that cannot be read has none.
-std::vector<FolderEntry> visibleEntries(const std::string& folder);
+enum class SortOrder {
+  name,  // as the file browser orders names: without regard to case, numbers by their value
+  date,  // by modification time, the newest first; of the same time by name
+};
+
+// The visible entries (no name that begins with a dot). A folder that cannot be read has none.
+std::vector<FolderEntry> visibleEntries(const std::string& folder,
+                                        SortOrder order = SortOrder::name);
+
+// Tells one state of a folder from another. The count of all entries finds what happened within
+// one tick of the clock that stamps folders.
+struct FolderState {
+  std::filesystem::file_time_type modified;
+  std::ptrdiff_t entries = 0;
+  bool operator==(const FolderState&) const = default;
+};
+FolderState folderState(const std::string& folder);
 
 bool isDirectory(const std::string& path);
 

@@ -67,9 +67,9 @@ void GoToSheet::showSheet(Element& parent) {
                             .title = "",
                             .frame = frame,
                             .listed = listsWindowsOf(options_, owner),
-                            .element = sheet_})
+                            .element = isSeen() ? sheet_ : nullptr})
                 .number;
-  desktop_.findProcess(owner)->focused_window = window_;
+  if (isSeen()) desktop_.findProcess(owner)->focused_window = window_;
   desktop_.noteMilestone("go-to sheet opened");
   owner_.goToSheetOpened();
 }
@@ -100,7 +100,9 @@ void GoToSheet::showField() {
     });
   }
   edited();
-  desktop_.findProcess(sheet_->id().pid)->root.set("AXFocusedUIElement", field_->id());
+  if (isSeen()) {
+    desktop_.findProcess(sheet_->id().pid)->root.set("AXFocusedUIElement", field_->id());
+  }
   phase_ = Phase::ready;
   desktop_.noteMilestone("go-to sheet ready");
 }
@@ -198,7 +200,9 @@ void GoToSheet::abandon() {
   ++turn_;
   if (sheet_ == nullptr) return;
   desktop_.findProcess(sheet_->id().pid)->root.set("AXFocusedUIElement", Value{});
+  Element* unseen = isSeen() ? nullptr : sheet_;
   desktop_.removeWindow(window_);
+  if (unseen != nullptr) unseen->parent()->removeChild(*unseen);
   sheet_ = nullptr;
   field_ = nullptr;
   buttons_.clear();

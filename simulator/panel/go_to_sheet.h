@@ -3,8 +3,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "simulator/desktop/desktop.h"
 #include "simulator/panel/keystroke.h"
@@ -16,6 +19,7 @@ namespace simulator {
 // What all panels of a desktop share.
 struct PanelSurroundings {
   std::string home = "/";
+  std::optional<std::vector<SidebarPlace>> places;  // absent: the usual ones
   std::string lastGoToPath;          // prefills the next go-to sheet of any application
   std::map<Pid, int> panelsToServe;  // panels that are open or will be, by their service
 };
@@ -58,6 +62,7 @@ class GoToSheet {
  private:
   enum class Phase { closed, opening, ready, closing };
 
+  bool isSeen() const { return options_.shape != PanelShape::unseen; }
   void later(Seconds delay, std::function<void()> step);
   void showSheet(Element& parent);
   void showField();

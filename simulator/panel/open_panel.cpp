@@ -22,6 +22,8 @@ constexpr Seconds lists_delay = 0.45;
 constexpr Seconds navigation_delay = 0.1;
 // Assumed: from the confirmation until the panel's windows are gone.
 constexpr Seconds closing_delay = 0.02;
+// Assumed: a change of the folder on the disk is seen within this time.
+constexpr Seconds follow_interval = 0.2;
 
 bool isSheet(const PanelOptions& options) {
   return options.shape == PanelShape::hostSheet || options.shape == PanelShape::embedded;
@@ -33,10 +35,13 @@ OpenPanel::OpenPanel(Desktop& desktop, PanelSurroundings& surroundings, PanelOpt
     : desktop_(desktop),
       surroundings_(surroundings),
       options_(std::move(options)),
+      unseen_table_{options_.service, 0, {}},
+      unseen_root_(unseen_table_, "AXApplication"),
       go_to_(desktop, surroundings, options_, *this),
       host_receiver_(*this, options_.host),
       service_receiver_(*this, options_.service) {
   ++surroundings_.panelsToServe[options_.service];
+  desktop_.watch([this] { followFolder(); });
   if (options_.opensAtSeconds <= 0) {
     openRoot();
     openLists();
@@ -63,7 +68,7 @@ void OpenPanel::later(Seconds delay, std::function<void()> step) {
 }
 
 Process& OpenPanel::shownIn() const {
-  const bool service = options_.shape == PanelShape::serviceWindow;
+  const bool service = options_.shape == PanelShape::serviceWindow || !isSeen();
   return *desktop_.findProcess(service ? options_.service : options_.host);
 }
 
@@ -82,6 +87,7 @@ void OpenPanel::startService() {
 
 // The browser's oldest window that accessibility shows, for panels that stand in one.
 Element& OpenPanel::parentOfRoot() {
+  if (!isSeen()) return unseen_root_;
   if (!isSheet(options_)) return shownIn().root;
   const Window* oldest = nullptr;
   for (const auto& window : desktop_.windows()) {
@@ -112,22 +118,72 @@ void OpenPanel::openRoot() {
 // The window server's view: one window of the browser and one of the service at the same frame.
 // An embedded chooser stands in the browser's own window instead.
 void OpenPanel::openWindows() {
-  const std::string title = options_.title.value_or(panelTexts(options_.language).open);
-  const auto open = [&](Pid owner, bool listed, bool shown) {
-    const Window& window = desktop_.addWindow({.owner = owner,
-                                               .title = title,
-                                               .frame = options_.frame,
-                                               .listed = listed,
-                                               .element = shown ? elements_.root : nullptr});
-    windows_.push_back(window.number);
-    if (shown) desktop_.findProcess(owner)->focused_window = window.number;
-  };
   const bool both = options_.listed == ListedWindows::hostAndService;
   const bool inService = options_.shape == PanelShape::serviceWindow;
   if (options_.shape != PanelShape::embedded) {
-    open(options_.host, both || options_.listed == ListedWindows::host, !inService);
+    const bool listed = both || options_.listed == ListedWindows::host;
+    openWindow(options_.host, listed, isSeen() && !inService);
   }
-  open(options_.service, both || options_.listed == ListedWindows::service, inService);
+  openWindow(options_.service, both || options_.listed == ListedWindows::service, inService);
+  scheduleListChanges();
+}
+
+void OpenPanel::openWindow(Pid owner, bool listed, bool shown) {
+  Window window;
+  window.owner = owner;
+  window.title = options_.title.value_or(panelTexts(options_.language).open);
+  window.frame = options_.frame;
+  window.listed = listed;
+  if (listed && options_.windowList.listedTwice) {
+    windows_.push_back(desktop_.addWindow(window).number);
+  }
+  if (shown) window.element = elements_.root;
+  windows_.push_back(desktop_.addWindow(window).number);
+  if (shown) desktop_.findProcess(owner)->focused_window = windows_.back();
+}
+
+// What the window list gets wrong while the panel is open.
+void OpenPanel::scheduleListChanges() {
+  const WindowListOptions& list = options_.windowList;
+  const auto whileOpen = [this](Seconds delay, std::function<void()> change) {
+    desktop_.schedule(delay, [this, change = std::move(change)] {
+      if (alive()) change();
+    });
+  };
+  const auto listWindows = [this](std::optional<Pid> owner, bool listed) {
+    for (const std::uint32_t number : windows_) {
+      Window* window = desktop_.findWindow(number);
+      if (window != nullptr && (!owner || window->owner == *owner)) window->listed = listed;
+    }
+  };
+  const bool hostListed =
+      options_.listed == ListedWindows::hostAndService || options_.listed == ListedWindows::host;
+  if (list.hostListedAfterSeconds > 0 && hostListed) {
+    listWindows(options_.host, false);
+    whileOpen(list.hostListedAfterSeconds,
+              [this, listWindows] { listWindows(options_.host, true); });
+  }
+  if (list.leavesAfterSeconds) {
+    whileOpen(*list.leavesAfterSeconds, [listWindows] { listWindows({}, false); });
+  }
+  if (list.changesNumberAfterSeconds) {
+    whileOpen(*list.changesNumberAfterSeconds, [this] {
+      for (std::uint32_t& number : windows_) {
+        if (desktop_.findWindow(number) != nullptr) number = desktop_.renumberWindow(number);
+      }
+    });
+  }
+}
+
+void OpenPanel::closeWindow(std::uint32_t number) {
+  const WindowListOptions& list = options_.windowList;
+  const Window* window = desktop_.findWindow(number);
+  const bool stays = list.staysUncapturable || list.staysAfterClosingSeconds > 0;
+  if (window == nullptr || !window->listed || !stays) return desktop_.removeWindow(number);
+  desktop_.leaveGhost(number, !list.staysUncapturable);
+  if (list.staysUncapturable) return;
+  desktop_.schedule(list.staysAfterClosingSeconds,
+                    [this, number] { desktop_.removeWindow(number); });
 }
 
 void OpenPanel::openLists() {
@@ -151,7 +207,9 @@ void OpenPanel::openLists() {
 
 void OpenPanel::openControls() {
   buildControls(elements_, options_);
-  attachPress(elements_.cancel, [this] { end(PanelOutcome::End::cancelled, ""); });
+  attachPress(elements_.cancel, [this] {
+    if (!options_.faults.cancelDoesNothing) end(PanelOutcome::End::cancelled, "");
+  });
   attachPress(elements_.back, [this] { travel(behind_, ahead_); });
   attachPress(elements_.forward, [this] { travel(ahead_, behind_); });
   attachPress(elements_.newFolder, [] { abortUnmodelled("the panel's New Folder button"); });
@@ -199,19 +257,50 @@ void OpenPanel::show(const std::string& folder) {
   updateControls();
 }
 
+void OpenPanel::fillListing() {
+  followed_at_ = desktop_.now();
+  folder_state_ = folderState(folder_);
+  listing_->show(rowsOfFolder());
+  if (keyboard_ == Keyboard::list) takeKeyboard(Keyboard::list);
+}
+
+// Assumed: when an entry has appeared or vanished all rows are made anew, and what was selected
+// stays so.
+void OpenPanel::followFolder() {
+  if (phase_ != Phase::open || !alive() || options_.faults.staleListing) return;
+  if (desktop_.now() < followed_at_ + follow_interval) return;
+  followed_at_ = desktop_.now();
+  if (folderState(folder_) == folder_state_) return;
+  const std::vector<Listing::Row>& shown = listing_->rows();
+  const std::vector<Listing::Row> present = rowsOfFolder();
+  const bool same =
+      std::equal(shown.begin(), shown.end(), present.begin(), present.end(),
+                 [](const Listing::Row& left, const Listing::Row& right) {
+                   return left.path == right.path && left.directory == right.directory;
+                 });
+  const std::string selected = listing_->selected() != nullptr ? listing_->selected()->path : "";
+  if (same) {
+    folder_state_ = folderState(folder_);
+    return;
+  }
+  fillListing();
+  listing_->selectPath(selected);
+  desktop_.noteMilestone("listing follows " + folder_);
+  updateControls();
+}
+
 // Assumed: a folder panel shows files but does not let them be selected; a search keeps the entries
 // of the folder whose names contain its text.
-void OpenPanel::fillListing() {
+std::vector<Listing::Row> OpenPanel::rowsOfFolder() const {
   std::vector<Listing::Row> rows;
-  for (const auto& entry : visibleEntries(folder_)) {
+  for (const auto& entry : visibleEntries(folder_, options_.sort)) {
     const std::string path = pathWithin(folder_, entry.name);
     const std::string name = desktop_.displayName(path);
     if (name.find(search_.text) == std::string::npos) continue;
     const bool selectable = entry.directory || options_.mode == PanelMode::files;
     rows.push_back({path, name, entry.directory, selectable, nullptr});
   }
-  listing_->show(std::move(rows));
-  if (keyboard_ == Keyboard::list) takeKeyboard(Keyboard::list);
+  return rows;
 }
 
 void OpenPanel::openRow(const Listing::Row& row) {
@@ -272,10 +361,10 @@ void OpenPanel::close() {
   }
   Process& process = shownIn();
   process.root.set("AXFocusedUIElement", Value{});
-  if (options_.shape == PanelShape::embedded) {
+  if (options_.shape == PanelShape::embedded || !isSeen()) {
     elements_.root->parent()->removeChild(*elements_.root);
   }
-  for (const std::uint32_t number : windows_) desktop_.removeWindow(number);
+  for (const std::uint32_t number : windows_) closeWindow(number);
   elements_ = {};
   listing_.reset();
   menu_ = nullptr;

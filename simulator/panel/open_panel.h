@@ -37,6 +37,10 @@ class OpenPanel final : private GoToSheetOwner {
 
   const PanelOptions& options() const { return options_; }
   const PanelOutcome& outcome() const { return outcome_; }
+  // It was announced at some time; nothing of it existed before.
+  bool hasOpened() const { return phase_ != Phase::waiting; }
+  // It has not closed, and the process that shows it runs.
+  bool alive() const override;
   // The folder shown at present.
   std::string folderShown() const override { return folder_; }
 
@@ -63,9 +67,12 @@ class OpenPanel final : private GoToSheetOwner {
   void openLists();
   void openControls();
   void openWindows();
+  void openWindow(Pid owner, bool listed, bool shown);
+  void scheduleListChanges();
+  void closeWindow(std::uint32_t number);
   Element& parentOfRoot();
   Process& shownIn() const;  // the process in whose tree the panel stands
-  bool alive() const override;
+  bool isSeen() const { return options_.shape != PanelShape::unseen; }
   void end(PanelOutcome::End how, const std::string& path);
   void close();
 
@@ -75,6 +82,7 @@ class OpenPanel final : private GoToSheetOwner {
   void attachPlaces();
   void attachSearch();
   void attachWhere();
+  std::vector<std::string> menuPaths() const;
   void openMenu();
   void closeMenu();
   void pickMenuItem(const std::string& path);
@@ -85,6 +93,8 @@ class OpenPanel final : private GoToSheetOwner {
   void navigate(const std::string& folder);
   void show(const std::string& folder);
   void fillListing();
+  void followFolder();
+  std::vector<Listing::Row> rowsOfFolder() const;
   void openRow(const Listing::Row& row);
   void updateControls();
   bool canConfirm() const;
@@ -95,7 +105,9 @@ class OpenPanel final : private GoToSheetOwner {
   // Input.
   bool takesKeysOf(Pid pid, Route route) const;
   void pressKey(const Keystroke& stroke);
+  void pressCommandDown();
   void pressListKey(const Keystroke& stroke);
+  void pressReturn();
   void pressSearchKey(const Keystroke& stroke);
   void mouseDown(const MouseEvent& event);
   void clickMenu(Point point);
@@ -113,6 +125,8 @@ class OpenPanel final : private GoToSheetOwner {
   PanelOptions options_;
   PanelOutcome outcome_;
   Phase phase_ = Phase::waiting;
+  ElementTable unseen_table_;
+  Element unseen_root_;  // what stands below it belongs to no process
   PanelElements elements_;
   std::vector<std::pair<Element*, std::function<void()>>> presses_;
   std::unique_ptr<Listing> listing_;
@@ -123,10 +137,14 @@ class OpenPanel final : private GoToSheetOwner {
   Element* menu_ = nullptr;
   std::vector<std::string> menu_paths_;  // where its items lead
   std::string folder_;
+  FolderState folder_state_;  // when it was last read
+  Seconds followed_at_ = 0;   // when that was compared
   std::vector<std::string> behind_;
   std::vector<std::string> ahead_;
   EditedText search_;
   Keyboard keyboard_ = Keyboard::nowhere;
+  bool clicked_ = false;              // something of it was, ever
+  bool return_lost_ = false;          // the first Return of those that have no effect
   bool confirm_blocked_ = false;      // by the go-to sheet, and for a moment after it
   const Element* pressed_ = nullptr;  // the button under the last mouse-down
   std::string pressed_row_;           // the path of the row under it

@@ -41,6 +41,7 @@ void OpenPanel::attachConfirm() {
 }
 
 std::vector<SidebarPlace> OpenPanel::sidebarPlaces() const {
+  if (surroundings_.places) return *surroundings_.places;
   std::vector<SidebarPlace> places;
   const std::string& home = surroundings_.home;
   for (const std::string& path :
@@ -98,17 +99,28 @@ void OpenPanel::editSearch() {
 void OpenPanel::attachWhere() {
   attachPress(elements_.where, [this] { openMenu(); });
   elements_.where->addAction("AXShowMenu", [this] {
+    if (options_.faults.showMenuRefused != ax::success) return options_.faults.showMenuRefused;
     openMenu();
     return ax::success;
   });
 }
 
-// The folder shown, then those around it up to the volume.
+// The folder shown, those around it up to its volume and, assumed, the other volumes by path.
+std::vector<std::string> OpenPanel::menuPaths() const {
+  const auto& volumes = desktop_.volumes();
+  std::vector<std::string> paths{folder_};
+  while (!volumes.contains(paths.back())) paths.push_back(parentFolder(paths.back()));
+  const std::string own = paths.back();
+  for (const auto& [path, name] : volumes) {
+    if (path != own) paths.push_back(path);
+  }
+  return paths;
+}
+
 void OpenPanel::openMenu() {
   later(menu_delay, [this] {
     if (phase_ != Phase::open || menu_ != nullptr) return;
-    menu_paths_ = {folder_};
-    while (menu_paths_.back() != "/") menu_paths_.push_back(parentFolder(menu_paths_.back()));
+    menu_paths_ = menuPaths();
     std::vector<std::string> names;
     for (const auto& path : menu_paths_) names.push_back(desktop_.displayName(path));
     menu_ = &buildMenu(*elements_.where, names);
@@ -117,8 +129,9 @@ void OpenPanel::openMenu() {
         pickMenuItem(path);
         return ax::success;
       };
-      menu_->children()[i]->addAction("AXPress", pick);
-      menu_->children()[i]->addAction("AXPick", pick);
+      Element& item = *menu_->children()[i];
+      if (!options_.faults.menuItemsWithoutPress) item.addAction("AXPress", pick);
+      if (!options_.faults.menuItemsWithoutPick) item.addAction("AXPick", pick);
     }
     menu_->addAction("AXCancel", [this] {
       closeMenu();
@@ -146,7 +159,7 @@ void OpenPanel::takeKeyboard(Keyboard where) {
   const Element* focused = where == Keyboard::list     ? elements_.list
                            : where == Keyboard::search ? elements_.search
                                                        : nullptr;
-  if (focused != nullptr && !go_to_.isShown()) {
+  if (focused != nullptr && !go_to_.isShown() && isSeen()) {
     shownIn().root.set("AXFocusedUIElement", focused->id());
   }
 }

@@ -53,7 +53,11 @@ bool OpenPanel::takesKeysOf(Pid pid, Route route) const {
 }
 
 void OpenPanel::pressKey(const Keystroke& stroke) {
-  if (phase_ != Phase::open || options_.faults.ignoresKeys) return;
+  const PanelFaults& faults = options_.faults;
+  if (phase_ != Phase::open || faults.ignoresKeys) return;
+  const bool needsClick =
+      faults.keysNeedClick || (faults.escapeNeedsClick && stroke.is(key::escape));
+  if (needsClick && !clicked_) return;
   if (menu_ != nullptr) {
     // Assumed: an open menu takes all keys.
     if (stroke.is(key::escape)) closeMenu();
@@ -61,7 +65,9 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
     go_to_.pressKey(stroke);
   } else if (stroke.is(key::g, true, true)) {
     openGoTo(std::nullopt);
-  } else if (stroke.is(key::down, true) || stroke.is(key::o, true)) {
+  } else if (stroke.is(key::down, true)) {
+    pressCommandDown();
+  } else if (stroke.is(key::o, true)) {
     confirm();
   } else if (stroke.is(key::escape) || stroke.is(key::period, true)) {
     end(PanelOutcome::End::cancelled, "");
@@ -72,10 +78,20 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
   }
 }
 
+// Measured with nothing selected, where it confirms. Assumed: a selected folder is opened, as in
+// the file browser, also in a panel that could choose it.
+void OpenPanel::pressCommandDown() {
+  const Listing::Row* selected = listing_->selected();
+  if (selected != nullptr && selected->directory && !confirm_blocked_) return openRow(*selected);
+  confirm();
+}
+
+// Assumed: Right Arrow would unfold a row in place, which is not drawn and changes nothing else; a
+// panel that chooses one thing has nothing to do on Command-A or Delete.
 void OpenPanel::pressListKey(const Keystroke& stroke) {
   const bool focused = keyboard_ == Keyboard::list;
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
-    confirm();
+    pressReturn();
   } else if (focused && stroke.is(key::down)) {
     listing_->moveSelection(1);
   } else if (focused && stroke.is(key::up)) {
@@ -83,6 +99,14 @@ void OpenPanel::pressListKey(const Keystroke& stroke) {
   } else if (focused && stroke.text == "/") {
     openGoTo("/");
   }
+}
+
+void OpenPanel::pressReturn() {
+  if (options_.faults.confirmsOnSecondReturn && canConfirm() && !return_lost_) {
+    return_lost_ = true;
+    return;
+  }
+  confirm();
 }
 
 // Assumed: Return in the search field searches and confirms nothing.
@@ -122,8 +146,10 @@ void OpenPanel::clickMenu(Point point) {
   closeMenu();
 }
 
-// Assumed: while the go-to sheet is shown a click beside it does nothing.
+// Assumed: while the go-to sheet is shown a click beside it does nothing; the first click anywhere
+// in a panel that opened in the background gives its list the keyboard.
 void OpenPanel::mouseDown(const MouseEvent& event) {
+  clicked_ = true;
   pressed_ = nullptr;
   pressed_row_.clear();
   if (go_to_.isShown()) {
@@ -131,6 +157,7 @@ void OpenPanel::mouseDown(const MouseEvent& event) {
     return;
   }
   if (menu_ != nullptr) return clickMenu(event.at);
+  if (keyboard_ == Keyboard::nowhere) takeKeyboard(Keyboard::list);
   pressed_ = buttonAt(event.at);
   const auto places = sidebarPlaces();
   for (std::size_t i = 0; i < places.size(); ++i) {

@@ -9,6 +9,7 @@
 #include "simulator/desktop/desktop.h"
 #include "simulator/desktop/request.h"
 #include "simulator/desktop/value.h"
+#include "simulator/panel/folder.h"
 
 namespace simulator {
 
@@ -18,6 +19,7 @@ enum class PanelShape {
   hostWindow,     // a window among the browser's windows
   hostSheet,      // a sheet, child of the browser's first window
   embedded,       // a group inside the browser's first window
+  unseen,         // nowhere: it has its windows and takes input, and no tree shows it
 };
 
 // What the panel may choose.
@@ -38,6 +40,23 @@ struct GoToOptions {
   bool openAtStart = false;      // the sheet is open as soon as the panel is
 };
 
+// What the window list does besides naming the panel's open windows. Times count from when the
+// panel is first seen, or from its end. Everything is off by default.
+struct WindowListOptions {
+  std::optional<Seconds> leavesAfterSeconds;         // the open panel's windows are listed no more
+  std::optional<Seconds> changesNumberAfterSeconds;  // each window gets another number
+  Seconds hostListedAfterSeconds = 0;                // the host's window is not listed until then
+  bool listedTwice = false;              // each listed window under a second number as well
+  Seconds staysAfterClosingSeconds = 0;  // closed windows stay listed and can be captured
+  bool staysUncapturable = false;        // closed windows stay listed and cannot be captured
+};
+
+// Frames within the panel, from its top left corner; absent ones are where they usually are.
+struct PanelLayout {
+  std::optional<Rect> confirmButton;
+  std::optional<Rect> list;  // its header row at the top, the first entry 24 points below
+};
+
 // What can be wrong with a panel. Everything is off by default.
 struct PanelFaults {
   bool confirmDoesNothing = false;               // a press answers success and nothing happens
@@ -48,6 +67,14 @@ struct PanelFaults {
   bool ignoresSelection = false;                 // setting AXSelectedRows succeeds without effect
   bool staleListing = false;                     // the rows stay those of the first folder shown
   bool noConfirmButton = false;                  // the panel has no confirm button
+  bool noCancelButton = false;                   // the panel has no Cancel button
+  bool cancelDoesNothing = false;                // a press of Cancel succeeds without effect
+  bool confirmsOnSecondReturn = false;           // the first Return that could confirm is lost
+  bool keysNeedClick = false;                    // keys are lost until the panel is clicked
+  bool escapeNeedsClick = false;                 // Escape alone is
+  std::int32_t showMenuRefused = ax::success;    // what AXShowMenu answers, without effect
+  bool menuItemsWithoutPress = false;            // the pop-up's items have no AXPress
+  bool menuItemsWithoutPick = false;             // the pop-up's items have no AXPick
   bool goToReturnConfirms = false;               // the go-to sheet's Return confirms the panel too
   Seconds closesLateBySeconds = 0;               // added to the time the panel takes to close
 };
@@ -68,6 +95,9 @@ struct PanelOptions {
   std::optional<std::string> message;  // the static text; absent: by language, embedded only
   bool modal = true;                   // of windows: an AXDialog, else an AXStandardWindow
   Rect frame{320, 180, 800, 450};
+  PanelLayout layout;
+  SortOrder sort = SortOrder::name;
+  WindowListOptions windowList;
   Seconds opensAtSeconds = 0;  // 0: opened long ago, everything is there from the start
   double slow = 1;             // multiplies every delay of the panel
   GoToOptions goTo;

@@ -17,7 +17,13 @@ constexpr double search_width = 180;
 constexpr double message_height = 20;
 
 bool isWindow(const PanelOptions& options) {
-  return options.shape == PanelShape::serviceWindow || options.shape == PanelShape::hostWindow;
+  return options.shape != PanelShape::hostSheet && options.shape != PanelShape::embedded;
+}
+
+// A frame of the layout, on the screen.
+Rect placed(const std::optional<Rect>& wanted, const PanelOptions& options, const Rect& usual) {
+  if (!wanted) return usual;
+  return {options.frame.x + wanted->x, options.frame.y + wanted->y, wanted->width, wanted->height};
 }
 
 // What the title bar leaves.
@@ -55,7 +61,8 @@ Element& addDescribedButton(Element& parent, const char* role, const Rect& frame
   return addElement(parent, role, frame, {{"AXDescription", description}, {"AXEnabled", enabled}});
 }
 
-void addSidebarRow(PanelElements& elements, Rect& frame, const std::string& name, bool place) {
+// Adds a row with the text, of which the result is the text's element.
+Element& addSidebarRow(PanelElements& elements, Rect& frame, const std::string& name, bool place) {
   Element& row = addElement(*elements.sidebar, "AXRow", frame,
                             {{"AXSubrole", std::string("AXOutlineRow")}, {"AXSelected", false}});
   Element& cell = addElement(row, "AXCell", frame);
@@ -63,9 +70,10 @@ void addSidebarRow(PanelElements& elements, Rect& frame, const std::string& name
     addElement(cell, "AXImage", {frame.x + 4, frame.y + 4, 16, 16});
     elements.places.push_back(&row);
   }
-  addElement(cell, "AXStaticText", {frame.x + 24, frame.y + 4, frame.width - 28, 16},
-             {{"AXValue", name}});
+  Element& text = addElement(
+      cell, "AXStaticText", {frame.x + 24, frame.y + 4, frame.width - 28, 16}, {{"AXValue", name}});
   frame.y += frame.height;
+  return text;
 }
 
 }  // namespace
@@ -123,9 +131,15 @@ void buildLists(PanelElements& elements, const PanelOptions& options,
   elements.sidebar = &addElement(leftArea, "AXOutline", left, {{"AXDescription", texts.sidebar}});
   Rect row{left.x, left.y, left.width, row_height};
   addSidebarRow(elements, row, texts.favourites, false);
-  for (const auto& place : places) addSidebarRow(elements, row, place.name, true);
+  for (const auto& place : places) {
+    Element& text = addSidebarRow(elements, row, place.name, true);
+    // Assumed: where it is known, the text has it, as in the listing.
+    if (place.urlKnown) text.set("AXURL", Url{fileUrl(place.path, true)});
+  }
   addElement(*elements.split, "AXSplitter", {area.x + sidebar_width, area.y, 1, area.height});
-  const Rect right{area.x + sidebar_width + 1, area.y, area.width - sidebar_width - 1, area.height};
+  const Rect right =
+      placed(options.layout.list, options,
+             {area.x + sidebar_width + 1, area.y, area.width - sidebar_width - 1, area.height});
   elements.listArea = &addElement(*elements.split, "AXScrollArea", right);
   elements.list =
       &addElement(*elements.listArea, "AXOutline", right,
@@ -164,14 +178,18 @@ void buildControls(PanelElements& elements, const PanelOptions& options) {
       &addDescribedButton(split, "AXButton", tool(200, icon_width), texts.forward, false);
   elements.newFolder = &addButton(split, {area.x + margin, bottomY, 100, button_height},
                                   "NewFolderButton", texts.newFolder);
-  elements.cancel =
-      &addButton(split, {right - 2 * button_width - 12, bottomY, button_width, button_height},
-                 "CancelButton", texts.cancel);
+  if (!options.faults.noCancelButton) {
+    elements.cancel =
+        &addButton(split, {right - 2 * button_width - 12, bottomY, button_width, button_height},
+                   "CancelButton", texts.cancel);
+  }
   if (options.faults.noConfirmButton) return;
   const bool folders = options.mode == PanelMode::folders;
   elements.confirm =
-      &addButton(split, {right - button_width, bottomY, button_width, button_height}, "OKButton",
-                 options.prompt.value_or(folders ? texts.choose : texts.open));
+      &addButton(split,
+                 placed(options.layout.confirmButton, options,
+                        {right - button_width, bottomY, button_width, button_height}),
+                 "OKButton", options.prompt.value_or(folders ? texts.choose : texts.open));
 }
 
 Element& buildMenu(Element& popUp, const std::vector<std::string>& names) {

@@ -17,6 +17,7 @@ namespace simulator {
 struct SidebarPlace {
   std::string name;
   std::string path;
+  bool urlKnown = false;  // its text has an AXURL
 };
 
 // The panel's elements, null until they are built and when the panel has none of the kind.
