@@ -41,9 +41,15 @@ void OpenPanel::attachConfirm() {
 }
 
 std::vector<SidebarPlace> OpenPanel::sidebarPlaces() const {
-  if (surroundings_.places) return *surroundings_.places;
   std::vector<SidebarPlace> places;
   const std::string& home = surroundings_.home;
+  for (SidebarPlace place : surroundings_.places.value_or(places)) {
+    const auto path = typedPath(place.path, home, "/");
+    if (!path) continue;
+    place.path = *path;
+    places.push_back(place);
+  }
+  if (surroundings_.places) return places;
   for (const std::string& path :
        {std::string("/Applications"), pathWithin(home, "Desktop"), pathWithin(home, "Documents"),
         pathWithin(home, "Downloads"), home, std::string("/")}) {

@@ -104,6 +104,11 @@ void JsonObject::read(const std::string& key, double& target, double least, doub
   if (const auto member = find(key)) target = member->number(least, most);
 }
 
+void JsonObject::read(const std::string& key, std::optional<double>& target, double least,
+                      double most) {
+  if (const auto member = find(key)) target = member->number(least, most);
+}
+
 void JsonObject::read(const std::string& key, std::int32_t& target, std::int32_t least,
                       std::int32_t most) {
   if (const auto member = find(key)) target = member->integer(least, most);

@@ -43,6 +43,7 @@ class JsonObject {
   void read(const std::string& key, std::optional<std::string>& target);
   void read(const std::string& key, bool& target);
   void read(const std::string& key, double& target, double least, double most);
+  void read(const std::string& key, std::optional<double>& target, double least, double most);
   void read(const std::string& key, std::int32_t& target, std::int32_t least, std::int32_t most);
   void read(const std::string& key, Rect& target);
 

@@ -20,7 +20,8 @@ const JsonObject::Choices<Language> languages{
 const JsonObject::Choices<PanelShape> shapes{{"service-window", PanelShape::serviceWindow},
                                              {"host-window", PanelShape::hostWindow},
                                              {"host-sheet", PanelShape::hostSheet},
-                                             {"embedded", PanelShape::embedded}};
+                                             {"embedded", PanelShape::embedded},
+                                             {"unseen", PanelShape::unseen}};
 const JsonObject::Choices<PanelMode> modes{{"folders", PanelMode::folders},
                                            {"files", PanelMode::files}};
 const JsonObject::Choices<ListedWindows> listings{
@@ -33,6 +34,8 @@ const JsonObject::Choices<KeysReach> reaches{
     {"host", KeysReach::host},
     {"both", KeysReach::both},
     {"service-while-host-frontmost", KeysReach::serviceWhileHostFrontmost}};
+const JsonObject::Choices<SortOrder> sortOrders{{"name", SortOrder::name},
+                                                {"date", SortOrder::date}};
 const JsonObject::Choices<bool> generations{{"new", false}, {"old", true}};
 
 // What runs on a desktop unless the scenario says otherwise.
@@ -118,6 +121,37 @@ GoToOptions readGoTo(const JsonPlace& place) {
   return goTo;
 }
 
+WindowListOptions readWindowList(const JsonPlace& place) {
+  JsonObject object(place);
+  WindowListOptions list;
+  object.read("leavesAfterSeconds", list.leavesAfterSeconds, 0, longest_seconds);
+  object.read("changesNumberAfterSeconds", list.changesNumberAfterSeconds, 0, longest_seconds);
+  object.read("hostListedAfterSeconds", list.hostListedAfterSeconds, 0, longest_seconds);
+  object.read("listedTwice", list.listedTwice);
+  object.read("staysAfterClosingSeconds", list.staysAfterClosingSeconds, 0, longest_seconds);
+  object.read("staysUncapturable", list.staysUncapturable);
+  object.refuseOthers();
+  return list;
+}
+
+PanelLayout readLayout(const JsonPlace& place, const Rect& panel) {
+  JsonObject object(place);
+  PanelLayout layout;
+  const auto read = [&](const std::string& key, std::optional<Rect>& target) {
+    const auto member = object.find(key);
+    if (!member) return;
+    const Rect frame = readRect(*member);
+    const bool fits = frame.x >= 0 && frame.y >= 0 && frame.x + frame.width <= panel.width &&
+                      frame.y + frame.height <= panel.height;
+    if (!fits) member->refuse("expected a rectangle within the panel, from its top left corner");
+    target = frame;
+  };
+  read("confirmButton", layout.confirmButton);
+  read("list", layout.list);
+  object.refuseOthers();
+  return layout;
+}
+
 PanelFaults readPanelFaults(const JsonPlace& place) {
   constexpr std::int32_t lowest_error = -25214;
   JsonObject object(place);
@@ -130,10 +164,27 @@ PanelFaults readPanelFaults(const JsonPlace& place) {
   object.read("ignoresSelection", faults.ignoresSelection);
   object.read("staleListing", faults.staleListing);
   object.read("noConfirmButton", faults.noConfirmButton);
+  object.read("noCancelButton", faults.noCancelButton);
+  object.read("cancelDoesNothing", faults.cancelDoesNothing);
+  object.read("confirmsOnSecondReturn", faults.confirmsOnSecondReturn);
+  object.read("keysNeedClick", faults.keysNeedClick);
+  object.read("escapeNeedsClick", faults.escapeNeedsClick);
+  object.read("showMenuRefused", faults.showMenuRefused, lowest_error, 0);
+  object.read("menuItemsWithoutPress", faults.menuItemsWithoutPress);
+  object.read("menuItemsWithoutPick", faults.menuItemsWithoutPick);
   object.read("goToReturnConfirms", faults.goToReturnConfirms);
   object.read("closesLateBySeconds", faults.closesLateBySeconds, 0, longest_seconds);
   object.refuseOthers();
   return faults;
+}
+
+// A folder of the machine, or a path in the home folder, which is not known yet.
+std::string readFolder(const JsonPlace& place) {
+  const std::string path = place.text();
+  if (!path.starts_with("~") && (!path.starts_with("/") || !isDirectory(path))) {
+    place.refuse("expected the absolute path of a folder of this machine");
+  }
+  return path;
 }
 
 // The service of an earlier panel of the same host, or the next free pid.
@@ -191,16 +242,13 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   object.read("frame", panel.frame);
   object.read("opensAtSeconds", panel.opensAtSeconds, 0, longest_seconds);
   object.read("slow", panel.slow, 0.01, 100);
-  if (const auto folder = object.find("folder")) {
-    panel.folder = folder->text();
-    const auto home = panel.folder.starts_with("~");
-    if (!home && (!panel.folder.starts_with("/") || !isDirectory(panel.folder))) {
-      folder->refuse("expected the absolute path of a folder of this machine");
-    }
-  }
+  object.read("sort", panel.sort, sortOrders);
+  if (const auto folder = object.find("folder")) panel.folder = readFolder(*folder);
   if (const auto view = object.find("view"); view && view->value != "list") {
     view->refuse("expected \"list\": columns and icons are not modelled");
   }
+  if (const auto layout = object.find("layout")) panel.layout = readLayout(*layout, panel.frame);
+  if (const auto list = object.find("windowList")) panel.windowList = readWindowList(*list);
   if (const auto goTo = object.find("goTo")) panel.goTo = readGoTo(*goTo);
   if (const auto faults = object.find("faults")) panel.faults = readPanelFaults(*faults);
   object.refuseOthers();
@@ -214,12 +262,14 @@ PersonAct readPersonAct(const JsonPlace& place, const Scenario& scenario) {
   if (const auto activated = object.find("activates")) {
     act.activates = readApplication(*activated, scenario);
   }
-  if (const auto clicked = object.find("clicks")) {
-    act.clicks = readPoint(*clicked);
+  if (const auto clicked = object.find("clicks")) act.clicks = readPoint(*clicked);
+  if (const auto quitting = object.find("quits")) {
+    act.quits = readApplication(*quitting, scenario);
+    object.read("remembered", act.remembered);
   }
   object.refuseOthers();
-  if (act.activates.has_value() == act.clicks.has_value()) {
-    place.refuse("expected one of the keys \"activates\" and \"clicks\"");
+  if (act.activates.has_value() + act.clicks.has_value() + act.quits.has_value() != 1) {
+    place.refuse("expected one of the keys \"activates\", \"clicks\" and \"quits\"");
   }
   return act;
 }
@@ -268,6 +318,33 @@ void readScreens(const JsonPlace& place, Scenario& scenario) {
   if (scenario.screens.empty()) place.refuse("expected at least one screen");
 }
 
+void readVolume(const JsonPlace& place, Scenario& scenario) {
+  JsonObject object(place);
+  const std::string name = object.require("name").text();
+  const auto given = object.find("path");
+  const std::string path = given ? given->text() : "/Volumes/" + name;
+  const auto real = path.starts_with("/") ? typedPath(path, "/", "/") : std::nullopt;
+  if (!real || !isDirectory(*real)) {
+    (given ? *given : place.at("name"))
+        .refuse("expected a folder of this machine at " + (path.empty() ? "the path" : path));
+  }
+  if (*real == "/" || scenario.volumes.contains(*real)) {
+    (given ? *given : place.at("name")).refuse("expected a folder that is no other volume");
+  }
+  scenario.volumes[*real] = name;
+  object.refuseOthers();
+}
+
+SidebarPlace readSidebarPlace(const JsonPlace& place) {
+  JsonObject object(place);
+  SidebarPlace result;
+  result.name = object.require("label").text();
+  result.path = readFolder(object.require("path"));
+  object.read("urlKnown", result.urlKnown);
+  object.refuseOthers();
+  return result;
+}
+
 std::string lineAndColumn(const std::string& text, std::size_t byte) {
   const std::string before = text.substr(0, byte == 0 ? 0 : byte - 1);
   const auto line = 1 + std::count(before.begin(), before.end(), '\n');
@@ -287,6 +364,13 @@ Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::str
   object.read("language", scenario.language, languages);
   object.read("home", scenario.home);
   object.read("volume", scenario.volume);
+  if (const auto volumes = object.find("volumes")) {
+    for (const auto& item : volumes->items()) readVolume(item, scenario);
+  }
+  if (const auto places = object.find("places")) {
+    scenario.places.emplace();
+    for (const auto& item : places->items()) scenario.places->push_back(readSidebarPlace(item));
+  }
   object.read("lastGoToPath", scenario.lastGoToPath);
   if (const auto screens = object.find("screens")) readScreens(*screens, scenario);
   readProcesses(object, scenario);

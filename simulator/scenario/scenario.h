@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
@@ -11,6 +12,7 @@
 
 #include "simulator/desktop/desktop.h"
 #include "simulator/panel/panel_options.h"
+#include "simulator/panel/panel_tree.h"
 
 namespace simulator {
 
@@ -35,9 +37,11 @@ struct ScenarioProcess {
   std::vector<ScenarioWindow> windows;  // front to back
 };
 
-// Something that a person at the machine does meanwhile: exactly one of the two.
+// Something that a person at the machine does meanwhile: exactly one of the three.
 struct PersonAct {
   Seconds atSeconds = 0;
+  std::optional<Pid> quits;
+  bool remembered = true;  // what quits is still known to the workspace
   std::optional<Pid> activates;
   std::optional<Point> clicks;
 };
@@ -50,6 +54,8 @@ struct Scenario {
   Language language = Language::english;
   std::optional<std::string> home;  // absent: the home folder of this machine
   std::string volume = "Macintosh HD";
+  std::map<std::string, std::string> volumes;       // names by path, without "/"
+  std::optional<std::vector<SidebarPlace>> places;  // of the sidebars; absent: the usual ones
   std::string lastGoToPath;
   std::vector<Rect> screens{{0, 0, 1440, 900}};
   std::optional<Pid> frontmost = 300;

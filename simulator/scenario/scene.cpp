@@ -74,6 +74,7 @@ void fillDesktop(Desktop& desktop, const Scenario& scenario) {
   installPrograms(desktop);
   desktop.setLanguage(scenario.language);
   desktop.addVolume("/", scenario.volume);
+  for (const auto& [path, name] : scenario.volumes) desktop.addVolume(path, name);
   desktop.setScreens(scenario.screens);
   for (const auto& options : scenario.processes) {
     Process& process = desktop.addProcess({.pid = options.pid,
@@ -101,10 +102,21 @@ void click(Desktop& desktop, Point at) {
   }
 }
 
+// Assumed: the services that draw for an application end with it.
+void quit(Desktop& desktop, Pid pid, bool remembered) {
+  for (const auto& process : desktop.processes()) {
+    if (process->host == pid && !process->terminated) {
+      desktop.terminateProcess(process->pid, false);
+    }
+  }
+  if (!desktop.findProcess(pid)->terminated) desktop.terminateProcess(pid, remembered);
+}
+
 void schedulePerson(Desktop& desktop, const PersonAct& act) {
   desktop.schedule(act.atSeconds, [&desktop, act] {
     if (act.activates) desktop.activate(*act.activates, Origin::person);
     if (act.clicks) click(desktop, *act.clicks);
+    if (act.quits) quit(desktop, *act.quits, act.remembered);
   });
 }
 
@@ -121,6 +133,7 @@ std::unique_ptr<Scene> makeScene(const Scenario& scenario) {
   const char* home = std::getenv("HOME");
   scene->surroundings.home = scenario.home.value_or(home != nullptr ? home : "/");
   scene->surroundings.lastGoToPath = scenario.lastGoToPath;
+  scene->surroundings.places = scenario.places;
   fillDesktop(scene->desktop, scenario);
   for (const auto& options : scenario.panels) {
     scene->panels.push_back(

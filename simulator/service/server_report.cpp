@@ -9,11 +9,12 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string describe(const OpenPanel& panel, Seconds now) {
+std::string describe(const OpenPanel& panel) {
   const PanelOutcome& outcome = panel.outcome();
   if (outcome.end == PanelOutcome::End::chosen) return "chosen " + outcome.path;
   if (outcome.end == PanelOutcome::End::cancelled) return "cancelled";
-  return now < panel.options().opensAtSeconds ? "not opened yet" : "still open";
+  if (!panel.hasOpened()) return "not opened";
+  return panel.alive() ? "still open" : "ended with its application";
 }
 
 std::string applicationName(const Desktop& desktop, const std::optional<Pid>& pid) {
@@ -88,8 +89,7 @@ std::string outcomeLines(const Scene& scene) {
   std::string text = scene.panels.empty() ? "no panel\n" : "";
   int number = 0;
   for (const auto& panel : scene.panels) {
-    text +=
-        "panel " + std::to_string(++number) + ": " + describe(*panel, scene.desktop.now()) + "\n";
+    text += "panel " + std::to_string(++number) + ": " + describe(*panel) + "\n";
   }
   const Record& record = scene.desktop.record();
   text += "mouse events: " + std::to_string(record.mouseEvents()) + "\n";
