@@ -187,7 +187,8 @@ void OpenPanel::closeWindow(std::uint32_t number) {
 }
 
 void OpenPanel::openLists() {
-  buildLists(elements_, options_, sidebarPlaces());
+  places_ = sidebarPlaces();
+  buildLists(elements_, options_, places_);
   listing_ = std::make_unique<Listing>(*elements_.list, panelTexts(options_.language).name,
                                        options_.faults.ignoresSelection);
   listing_->selectionChanged = [this] { updateControls(); };
@@ -249,9 +250,8 @@ void OpenPanel::show(const std::string& folder) {
   folder_ = folder;
   search_ = {};
   if (!stale) fillListing();
-  const auto places = sidebarPlaces();
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    elements_.places[i]->set("AXSelected", places[i].path == folder_);
+  for (std::size_t i = 0; i < places_.size(); ++i) {
+    elements_.places[i]->set("AXSelected", places_[i].path == folder_);
   }
   desktop_.noteMilestone("folder shown " + folder_);
   updateControls();
@@ -285,7 +285,6 @@ void OpenPanel::followFolder() {
   }
   fillListing();
   listing_->selectPath(selected);
-  desktop_.noteMilestone("listing follows " + folder_);
   updateControls();
 }
 

@@ -128,6 +128,7 @@ class OpenPanel final : private GoToSheetOwner {
   ElementTable unseen_table_;
   Element unseen_root_;  // what stands below it belongs to no process
   PanelElements elements_;
+  std::vector<SidebarPlace> places_;  // of the sidebar
   std::vector<std::pair<Element*, std::function<void()>>> presses_;
   std::unique_ptr<Listing> listing_;
   GoToSheet go_to_;

@@ -40,16 +40,19 @@ void OpenPanel::attachConfirm() {
   });
 }
 
+// Those that exist when the panel opens.
 std::vector<SidebarPlace> OpenPanel::sidebarPlaces() const {
-  std::vector<SidebarPlace> places;
   const std::string& home = surroundings_.home;
-  for (SidebarPlace place : surroundings_.places.value_or(places)) {
-    const auto path = typedPath(place.path, home, "/");
-    if (!path) continue;
-    place.path = *path;
-    places.push_back(place);
+  std::vector<SidebarPlace> places;
+  if (surroundings_.places) {
+    for (SidebarPlace place : *surroundings_.places) {
+      const auto path = typedPath(place.path, home, "/");
+      if (!path) continue;
+      place.path = *path;
+      places.push_back(std::move(place));
+    }
+    return places;
   }
-  if (surroundings_.places) return places;
   for (const std::string& path :
        {std::string("/Applications"), pathWithin(home, "Desktop"), pathWithin(home, "Documents"),
         pathWithin(home, "Downloads"), home, std::string("/")}) {
@@ -59,10 +62,9 @@ std::vector<SidebarPlace> OpenPanel::sidebarPlaces() const {
 }
 
 void OpenPanel::attachPlaces() {
-  const auto places = sidebarPlaces();
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  for (std::size_t i = 0; i < places_.size(); ++i) {
     elements_.places[i]->makeSettable("AXSelected",
-                                      [this, path = places[i].path](const Value& value) {
+                                      [this, path = places_[i].path](const Value& value) {
                                         const bool* selected = std::get_if<bool>(&value);
                                         if (selected == nullptr) return ax::illegalArgument;
                                         if (*selected) navigate(path);

@@ -159,9 +159,8 @@ void OpenPanel::mouseDown(const MouseEvent& event) {
   if (menu_ != nullptr) return clickMenu(event.at);
   if (keyboard_ == Keyboard::nowhere) takeKeyboard(Keyboard::list);
   pressed_ = buttonAt(event.at);
-  const auto places = sidebarPlaces();
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    if (contains(*elements_.places[i]->frame(), event.at)) return navigate(places[i].path);
+  for (std::size_t i = 0; i < places_.size(); ++i) {
+    if (contains(*elements_.places[i]->frame(), event.at)) return navigate(places_[i].path);
   }
   if (contains(*elements_.search->frame(), event.at)) return takeKeyboard(Keyboard::search);
   if (!contains(*elements_.listArea->frame(), event.at)) return;

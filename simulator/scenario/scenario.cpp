@@ -413,6 +413,7 @@ Scenario patched(const Scenario& scenario, const std::string& pointer,
 std::vector<std::string> bundledScenarioNames() {
   std::vector<std::string> names;
   for (const auto& file : bundledFiles()) names.emplace_back(file.name);
+  std::sort(names.begin(), names.end());
   return names;
 }
 

@@ -5,159 +5,17 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "simulator/desktop/text.h"
 #include "simulator/panel/folder.h"
 #include "simulator/panel/panel_texts.h"
-#include "simulator/scenario/scene.h"
+#include "tests/simulator/panel_world.h"
 
 namespace simulator {
 namespace {
-
-namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
-using Texts = std::vector<std::string>;
-
-constexpr Pid host = 812;
-constexpr Pid service = 900;
-constexpr std::uint64_t command = 0x100000;
-constexpr std::uint64_t shift = 0x20000;
-
-// A folder of the machine with two folders, two files and something hidden.
-class Sample {
- public:
-  Sample() {
-    std::string pattern = (fs::temp_directory_path() / "panel-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = fs::canonical(pattern).string();
-    for (const char* folder : {"beta", "Alpha/inner", ".hidden"}) {
-      fs::create_directories(fs::path(path_) / folder);
-    }
-    for (const char* file : {"file10.txt", "file 9.txt"}) std::ofstream(path_ + "/" + file) << "x";
-  }
-  ~Sample() { fs::remove_all(path_); }
-  Sample(const Sample&) = delete;
-  Sample& operator=(const Sample&) = delete;
-
-  std::string path(const std::string& name = "") const {
-    return name.empty() ? path_ : path_ + "/" + name;
-  }
-
- private:
-  std::string path_;
-};
-
-// One panel that shows the sample folder; `panel` holds what differs from a healthy one.
-class PanelWorld {
- public:
-  explicit PanelWorld(Json panel = Json::object(), Json scenario = Json::object()) {
-    if (!panel.contains("shape")) panel["shape"] = "service-window";
-    if (!panel.contains("folder")) panel["folder"] = sample.path();
-    if (!scenario.contains("home")) scenario["home"] = sample.path();
-    scenario["panels"] = Json::array({panel});
-    scene = makeScene(scenarioFromJson(scenario, "world"));
-  }
-
-  Desktop& desktop() { return scene->desktop; }
-  const OpenPanel& panel() const { return *scene->panels.front(); }
-  void pass(Seconds seconds) { desktop().advanceTo(desktop().now() + seconds); }
-
-  void key(std::uint16_t code, std::uint64_t flags = 0, std::optional<Pid> target = service) {
-    for (const bool down : {true, false}) {
-      desktop().answer(PostEvent{KeyEvent{code, down, flags, {}}, target});
-    }
-  }
-  void type(const std::string& text) {
-    desktop().answer(PostEvent{KeyEvent{0, true, 0, utf16FromUtf8(text)}, service});
-  }
-  void click(const Element& element, std::int64_t state = 1, Pid target = service) {
-    const Rect frame = *element.frame();
-    const Point middle{frame.x + frame.width / 2, frame.y + frame.height / 2};
-    for (const std::uint32_t type : {1U, 2U}) {
-      desktop().answer(PostEvent{MouseEvent{type, middle, state}, target});
-    }
-  }
-
-  // Performs an action as the panel's user does: its price passes first.
-  std::int32_t perform(const Element& element, const std::string& action) {
-    const Request request = PerformAction{element.id(), action};
-    pass(desktop().price(request));
-    return desktop().answer(request).error;
-  }
-  std::int32_t write(const Element& element, const std::string& attribute, Value value) {
-    return desktop().answer(SetAttribute{element.id(), attribute, std::move(value)}).error;
-  }
-  Reply read(ElementId element, const std::string& attribute) {
-    return desktop().answer(CopyAttribute{element, attribute});
-  }
-  Value focusedWindow(Pid pid) { return read({pid, 0}, "AXFocusedWindow").value; }
-
-  // Elements with the attribute at that text, in the order of the tree.
-  std::vector<Element*> all(const std::string& attribute, const std::string& text) {
-    std::vector<Element*> found;
-    for (const auto& process : desktop().processes()) {
-      collect(process->root, attribute, text, found);
-    }
-    return found;
-  }
-  Element& one(const std::string& attribute, const std::string& text) {
-    const auto found = all(attribute, text);
-    if (found.size() != 1) {
-      throw std::runtime_error(std::to_string(found.size()) + " elements with " + attribute + " " +
-                               text);
-    }
-    return *found.front();
-  }
-  Element& identified(const std::string& identifier) { return one("AXIdentifier", identifier); }
-  Element& named(const std::string& file) { return one("AXFilename", file); }
-  Element& rowOf(const std::string& file) { return *named(file).parent()->parent(); }
-  std::string text(const Element& element, const std::string& attribute = "AXValue") {
-    return std::get<std::string>(*element.get(attribute));
-  }
-  bool enabled(const Element& element) { return std::get<bool>(*element.get("AXEnabled")); }
-
-  Texts shownNames() {
-    Texts names;
-    for (const auto& child : identified("ListView").children()) {
-      const auto& cell = *child->children().front();
-      if (cell.children().size() == 2) names.push_back(text(*cell.children()[1]));
-    }
-    return names;
-  }
-
-  // The first time of the milestone, in milliseconds.
-  long milestone(const std::string& text) {
-    for (const auto& line : desktop().record().lines()) {
-      const auto* entry = std::get_if<Milestone>(&line.entry);
-      if (entry != nullptr && entry->text == text) return std::lround(line.time * 1000);
-    }
-    throw std::runtime_error("never: " + text);
-  }
-
-  Sample sample;
-  std::unique_ptr<Scene> scene;
-
- private:
-  static void collect(Element& at, const std::string& attribute, const std::string& text,
-                      std::vector<Element*>& found) {
-    const Value* value = at.get(attribute);
-    if (value != nullptr && *value == Value(text)) found.push_back(&at);
-    for (const auto& child : at.children()) collect(*child, attribute, text, found);
-  }
-};
-
-PanelOutcome chosen(const std::string& path, Seconds at) {
-  return {PanelOutcome::End::chosen, path, at};
-}
-PanelOutcome cancelled(Seconds at) {
-  return {PanelOutcome::End::cancelled, "", at};
-}
 
 // One line for each element, without what stands in the sidebar and in a page.
 std::string drawn(const Element& element, const std::string& indent = "") {
@@ -497,6 +355,72 @@ TEST(PanelMouse, DoubleClickOpensAFolderAndAButtonActsWhenTheMouseIsLetGo) {
   EXPECT_EQ(world.panel().outcome().path, world.sample.path("Alpha"));
 }
 
+TEST(PanelKeys, CommandDownOpensASelectedFolderAndConfirmsWithoutOne) {
+  PanelWorld world;
+  world.click(world.rowOf("Alpha"));
+  world.key(key::down, command);
+  world.pass(0.11);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path("Alpha"));
+  world.key(key::down, command);
+  EXPECT_EQ(world.panel().outcome().path, world.sample.path("Alpha"));
+  PanelWorld files(Json{{"mode", "files"}});
+  files.click(files.rowOf("file10.txt"));
+  files.key(key::down, command);
+  EXPECT_EQ(files.panel().outcome().path, files.sample.path("file10.txt"));
+}
+
+TEST(PanelKeys, RightArrowCommandAAndDeleteLeaveASelectionAsItIs) {
+  PanelWorld world;
+  world.click(world.rowOf("Alpha"));
+  world.key(key::right);
+  world.key(key::a, command);
+  world.key(key::backspace);
+  world.pass(0.5);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path());
+  EXPECT_EQ(world.read(world.identified("ListView").id(), "AXSelectedRows").value,
+            Value(List{world.rowOf("Alpha").id()}));
+}
+
+TEST(PanelKeys, ChordOfTheSessionReachesThePanelOfTheApplicationInFrontAlone) {
+  const auto opens = [](const char* shape, Pid frontmost) {
+    PanelWorld world(Json{{"shape", shape}}, {{"frontmost", frontmost}});
+    world.key(key::g, command | shift, std::nullopt);
+    world.pass(0.5);
+    return world.all("AXIdentifier", "GoToWindow").size() == 1;
+  };
+  for (const char* shape : {"service-window", "host-window", "host-sheet", "embedded"}) {
+    EXPECT_TRUE(opens(shape, host)) << shape;
+    EXPECT_FALSE(opens(shape, 300)) << shape;
+  }
+}
+
+TEST(PanelMouse, FirstClickAnywhereInABackgroundPanelGivesItsListTheKeyboard) {
+  PanelWorld world;
+  const Element& list = world.identified("ListView");
+  EXPECT_EQ(world.read(list.id(), "AXFocused").value, Value(false));
+  const Rect panel = world.panel().options().frame;
+  const Point bar{panel.x + 60, panel.y + panel.height - 5};
+  world.desktop().answer(PostEvent{MouseEvent{1, bar, 1}, service});
+  EXPECT_EQ(world.read(list.id(), "AXFocused").value, Value(true));
+  world.key(key::down);
+  EXPECT_EQ(world.read(world.rowOf("Alpha").id(), "AXSelected").value, Value(true));
+}
+
+TEST(PanelMouse, ClickThroughTheSessionGoesToTheWindowOnTopAndBringsTheBrowserForward) {
+  PanelWorld world;
+  const Rect row = *world.rowOf("beta").frame();
+  const auto click = [&](Point at) {
+    for (const std::uint32_t type : {1U, 2U}) {
+      world.desktop().answer(PostEvent{MouseEvent{type, at, 1}, std::nullopt});
+    }
+  };
+  click({row.x + 100, row.y + 12});
+  EXPECT_EQ(world.desktop().frontmost(), host);
+  EXPECT_EQ(world.read(world.rowOf("beta").id(), "AXSelected").value, Value(true));
+  world.key(key::returnKey, 0, std::nullopt);
+  EXPECT_EQ(world.panel().outcome().path, world.sample.path("beta"));
+}
+
 TEST(PanelMouse, ClicksOnSidebarMenuAndSearchField) {
   PanelWorld world;
   const std::string home = fileName(world.sample.path());
@@ -672,6 +596,18 @@ TEST(GoToSheet, EditsItsFieldByKeys) {
   EXPECT_EQ(world.text(world.identified("PathTextField")), "");
 }
 
+TEST(GoToSheet, TakesAndDeletesCharactersThatAreSeveralUnits) {
+  PanelWorld world({}, {{"lastGoToPath", "/old"}});
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  world.type("/e\u0301\U0001F4C1");
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/e\u0301\U0001F4C1");
+  world.key(key::backspace);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/e\u0301");
+  world.key(key::backspace);
+  EXPECT_EQ(world.text(world.identified("PathTextField")), "/");
+}
+
 TEST(GoToSheet, SecondChordChangesNothingAndEscapeCloses) {
   PanelWorld world;
   world.key(key::g, command | shift);
@@ -807,6 +743,115 @@ TEST(PanelFault, ReturnOfTheGoToSheetConfirmsThePanelToo) {
   world.pass(1);
   EXPECT_EQ(world.panel().outcome().path, "/usr");
   EXPECT_EQ(world.milestone("chosen /usr"), 910);
+}
+
+TEST(PanelFault, MenuItemsAndTheMenuItselfCanRefuse) {
+  PanelWorld bare(
+      Json{{"faults", {{"menuItemsWithoutPress", true}, {"menuItemsWithoutPick", true}}}});
+  bare.perform(bare.identified("where popup"), "AXShowMenu");
+  bare.pass(0.41);
+  const Element& item = bare.one("AXTitle", "Macintosh HD");
+  EXPECT_EQ(bare.perform(item, "AXPress"), ax::actionUnsupported);
+  EXPECT_EQ(bare.perform(item, "AXPick"), ax::actionUnsupported);
+  bare.click(item);
+  bare.pass(0.11);
+  EXPECT_EQ(bare.panel().folderShown(), "/") << "a click still works";
+  PanelWorld pick(Json{{"faults", {{"menuItemsWithoutPress", true}}}});
+  pick.perform(pick.identified("where popup"), "AXShowMenu");
+  pick.pass(0.41);
+  EXPECT_EQ(pick.perform(pick.one("AXTitle", "Macintosh HD"), "AXPick"), ax::success);
+  PanelWorld shut(Json{{"faults", {{"showMenuRefused", ax::cannotComplete}}}});
+  EXPECT_EQ(shut.perform(shut.identified("where popup"), "AXShowMenu"), ax::cannotComplete);
+  shut.pass(1);
+  EXPECT_TRUE(shut.identified("where popup").children().empty());
+}
+
+TEST(PanelFault, CancelButtonCanBeMissingOrIdle) {
+  PanelWorld bare(Json{{"faults", {{"noCancelButton", true}}}});
+  EXPECT_EQ(bare.all("AXIdentifier", "CancelButton").size(), 0U);
+  bare.key(key::escape);
+  EXPECT_EQ(bare.panel().outcome().end, PanelOutcome::End::cancelled);
+  PanelWorld idle(Json{{"faults", {{"cancelDoesNothing", true}}}});
+  EXPECT_EQ(idle.perform(idle.identified("CancelButton"), "AXPress"), ax::success);
+  idle.click(idle.identified("CancelButton"));
+  EXPECT_EQ(idle.panel().outcome(), PanelOutcome{});
+}
+
+TEST(PanelFault, KeysOrEscapeAloneCanNeedAClick) {
+  PanelWorld all(Json{{"faults", {{"keysNeedClick", true}}}});
+  all.key(key::returnKey);
+  EXPECT_EQ(all.panel().outcome(), PanelOutcome{});
+  all.click(all.rowOf("beta"));
+  all.key(key::returnKey);
+  EXPECT_EQ(all.panel().outcome().path, all.sample.path("beta"));
+  PanelWorld escape(Json{{"faults", {{"escapeNeedsClick", true}}}});
+  escape.key(key::escape);
+  EXPECT_EQ(escape.panel().outcome(), PanelOutcome{});
+  escape.click(escape.rowOf("beta"));
+  escape.key(key::escape);
+  EXPECT_EQ(escape.panel().outcome().end, PanelOutcome::End::cancelled);
+  PanelWorld others(Json{{"faults", {{"escapeNeedsClick", true}}}});
+  others.key(key::returnKey);
+  EXPECT_EQ(others.panel().outcome().end, PanelOutcome::End::chosen);
+}
+
+TEST(PanelFault, FirstReturnThatCouldConfirmIsLost) {
+  PanelWorld world(Json{{"mode", "files"}, {"faults", {{"confirmsOnSecondReturn", true}}}});
+  world.key(key::returnKey);
+  world.click(world.rowOf("file10.txt"));
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome(), PanelOutcome{});
+  world.key(key::returnKey);
+  EXPECT_EQ(world.panel().outcome().path, world.sample.path("file10.txt"));
+}
+
+TEST(UnseenPanel, ShowsNoElementAndTakesKeysAndClicks) {
+  PanelWorld world(Json{{"shape", "unseen"}, {"opensAtSeconds", 1}, {"mode", "files"}});
+  const std::string page = drawn(world.desktop().findProcess(host)->root);
+  const Value focused = world.focusedWindow(host);
+  world.pass(3);
+  EXPECT_EQ(drawn(world.desktop().findProcess(host)->root), page);
+  EXPECT_EQ(world.focusedWindow(host), focused);
+  EXPECT_TRUE(world.desktop().findProcess(service)->root.children().empty());
+  EXPECT_EQ(world.read({service, 0}, "AXWindows").value, Value(List{}));
+  EXPECT_EQ(world.read({service, 0}, "AXFocusedUIElement").error, ax::attributeUnsupported);
+  const Rect frame = world.panel().options().frame;
+  std::size_t titled = 0;
+  for (const auto& window : world.desktop().windows()) {
+    titled += window->title == "Open" && window->listed && window->frame == frame;
+  }
+  EXPECT_EQ(titled, 2U) << "the browser's and the service's";
+
+  world.key(key::g, command | shift);
+  world.pass(0.5);
+  EXPECT_EQ(world.desktop().windows().size(), 5U) << "the sheet has a window, too";
+  EXPECT_TRUE(world.desktop().findProcess(service)->root.children().empty());
+  world.type("~/Alpha");
+  world.key(key::returnKey);
+  world.pass(1);
+  EXPECT_EQ(world.panel().folderShown(), world.sample.path("Alpha"));
+  world.key(key::escape);
+  world.pass(0.1);
+  EXPECT_EQ(world.panel().outcome().end, PanelOutcome::End::cancelled);
+  EXPECT_EQ(world.desktop().windows().size(), 2U);
+}
+
+TEST(UnseenPanel, ClickWhereTheFirstRowOfAnEqualPanelLiesSelectsItsFirstFile) {
+  const Sample folder;
+  const Json options{{"mode", "files"}, {"folder", folder.path("")}};
+  PanelWorld equal(options);
+  const Rect row = *equal.rowOf("file 9.txt").frame();
+  const Rect button = *equal.identified("OKButton").frame();
+  Json unseen = options;
+  unseen["shape"] = "unseen";
+  PanelWorld world(unseen);
+  for (const Rect& target : {row, button}) {
+    for (const std::uint32_t type : {1U, 2U}) {
+      const Point at{target.x + 30, target.y + 12};
+      world.desktop().answer(PostEvent{MouseEvent{type, at, 1}, service});
+    }
+  }
+  EXPECT_EQ(world.panel().outcome().path, folder.path("file 9.txt"));
 }
 
 TEST(PanelLife, LeavesOnlyTheBrowsersWindowBehindInEveryShape) {

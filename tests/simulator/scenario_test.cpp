@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -39,7 +40,8 @@ TEST(ScenarioMistake, UnknownKey) {
       "folder/wrong.json: /screens/0/depth: no such key; expected one of x, y, width, height");
   EXPECT_EQ(mistake(R"({"pa/nels": []})"),
             "folder/wrong.json: /pa~1nels: no such key; expected one of description, language, "
-            "home, volume, lastGoToPath, screens, processes, frontmost, panels, person, faults");
+            "home, volume, volumes, places, lastGoToPath, screens, processes, frontmost, panels, "
+            "person, faults");
 }
 
 TEST(ScenarioMistake, WrongType) {
@@ -82,6 +84,36 @@ TEST(ScenarioMistake, UnknownChoice) {
             "modelled");
 }
 
+TEST(ScenarioMistake, PlacesVolumesLayoutsAndWindowLists) {
+  EXPECT_EQ(mistake(R"({"volumes": [{"name": "Backup", "path": "/no/such"}]})"),
+            "folder/wrong.json: /volumes/0/path: expected a folder of this machine at /no/such");
+  EXPECT_EQ(mistake(R"({"volumes": [{"name": "no such disk"}]})"),
+            "folder/wrong.json: /volumes/0/name: expected a folder of this machine at "
+            "/Volumes/no such disk");
+  EXPECT_EQ(
+      mistake(R"({"volumes": [{"name": "A", "path": "/usr"}, {"name": "B", "path": "/usr/"}]})"),
+      "folder/wrong.json: /volumes/1/path: expected a folder that is no other volume");
+  EXPECT_EQ(mistake(R"({"volumes": [{"name": "A", "path": "/"}]})"),
+            "folder/wrong.json: /volumes/0/path: expected a folder that is no other volume");
+  EXPECT_EQ(mistake(R"({"places": [{"label": "A", "path": "usr"}]})"),
+            "folder/wrong.json: /places/0/path: expected the absolute path of a folder of this "
+            "machine");
+  EXPECT_EQ(mistake(R"({"places": [{"path": "/usr"}]})"),
+            "folder/wrong.json: /places/0: expected the key \"label\", which is required");
+  EXPECT_EQ(panelMistake(R"(, "layout": {"list": {"x": 700, "y": 0, "width": 101, "height": 9}})"),
+            "folder/wrong.json: /panels/0/layout/list: expected a rectangle within the panel, from "
+            "its top left corner");
+  EXPECT_EQ(panelMistake(R"(, "windowList": {"leaves": 1})"),
+            "folder/wrong.json: /panels/0/windowList/leaves: no such key; expected one of "
+            "leavesAfterSeconds, changesNumberAfterSeconds, hostListedAfterSeconds, listedTwice, "
+            "staysAfterClosingSeconds, staysUncapturable");
+  EXPECT_EQ(panelMistake(R"(, "sort": "size")"),
+            "folder/wrong.json: /panels/0/sort: expected one of \"name\", \"date\"");
+  EXPECT_EQ(mistake(R"({"person": [{"atSeconds": 1, "quits": 830}]})"),
+            "folder/wrong.json: /person/0/quits: expected the pid of an application among the "
+            "processes");
+}
+
 TEST(ScenarioMistake, ReferenceToWhatIsNotThere) {
   EXPECT_EQ(panelMistake(R"(, "host": 5)"),
             "folder/wrong.json: /panels/0/host: expected the pid of an application among the "
@@ -110,7 +142,8 @@ TEST(ScenarioMistake, ReferenceToWhatIsNotThere) {
 
 TEST(ScenarioMistake, ActThatIsTwoThingsOrNone) {
   const std::string expected =
-      "folder/wrong.json: /person/0: expected one of the keys \"activates\" and \"clicks\"";
+      "folder/wrong.json: /person/0: expected one of the keys \"activates\", \"clicks\" and "
+      "\"quits\"";
   EXPECT_EQ(mistake(R"({"person": [{"atSeconds": 1}]})"), expected);
   EXPECT_EQ(mistake(R"({"person": [{"atSeconds": 1, "activates": 812,
                                     "clicks": {"x": 1, "y": 1}}]})"),
@@ -172,6 +205,39 @@ TEST(Scenario, PersonActivatesAndClicks) {
   EXPECT_EQ(scene->desktop.record().mouseEvents(), 0U) << "the tool posted none";
 }
 
+TEST(Scenario, PersonQuitsAnApplicationThatIsRememberedOrNot) {
+  for (const bool remembered : {true, false}) {
+    nlohmann::ordered_json document;
+    document["frontmost"] = 812;
+    document["panels"] = {{{"shape", "service-window"}}, {{"shape", "host-sheet"}}};
+    document["person"] = {{{"atSeconds", 1}, {"quits", 812}, {"remembered", remembered}},
+                          {{"atSeconds", 2}, {"quits", 812}},
+                          {{"atSeconds", 3}, {"activates", 812}}};
+    const auto scene = makeScene(scenarioFromJson(document, "quitting"));
+    Desktop& desktop = scene->desktop;
+    desktop.advanceTo(0.9);
+    EXPECT_EQ(desktop.answer(AskRunning{812}).value, Value(true));
+    EXPECT_TRUE(scene->panels[0]->alive());
+    desktop.advanceTo(5);
+    EXPECT_EQ(desktop.answer(AskRunning{812}).value, remembered ? Value(false) : Value());
+    EXPECT_EQ(desktop.frontmost(), 300);
+    EXPECT_TRUE(desktop.findProcess(900)->terminated) << "the service ends with it";
+    EXPECT_EQ(desktop.windows().size(), 1U) << "the terminal's";
+    for (const auto& panel : scene->panels) EXPECT_FALSE(panel->alive());
+    EXPECT_EQ(scene->outcomes(), std::vector<PanelOutcome>(2));
+  }
+}
+
+TEST(Scenario, PanelWhoseApplicationQuitBeforeNeverOpens) {
+  const auto scene = makeScene(scenarioFromText(R"({
+    "panels": [{"shape": "service-window", "opensAtSeconds": 2}],
+    "person": [{"atSeconds": 1, "quits": 812}]})",
+                                                "quitting"));
+  scene->desktop.advanceTo(5);
+  EXPECT_FALSE(scene->panels[0]->hasOpened());
+  EXPECT_EQ(scene->desktop.findProcess(900), nullptr);
+}
+
 TEST(Scenario, PanelsOfOneServiceEndItTogether) {
   const auto scene = makeScene(bundledScenario("two-panels"));
   Desktop& desktop = scene->desktop;
@@ -189,13 +255,16 @@ TEST(Scenario, PanelsOfOneServiceEndItTogether) {
 }
 
 TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
-  const std::vector<std::string> expected{"chinese-embedded",
+  const std::vector<std::string> expected{"browser-frontmost",
+                                          "chinese-embedded",
                                           "chinese-host-sheet",
                                           "chinese-host-window",
                                           "chinese-old-generation",
                                           "chinese-service-window",
                                           "chrome-dev",
+                                          "chrome-dev-frontmost",
                                           "edge",
+                                          "edge-chinese",
                                           "english-host-sheet",
                                           "english-host-window",
                                           "english-old-generation",
@@ -204,25 +273,37 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
                                           "file-panel-english",
                                           "german-service-window",
                                           "goto-sheet-open",
+                                          "half-off-screen-panel",
+                                          "keys-reach-host",
                                           "late-panel",
                                           "no-panel",
+                                          "off-screen-panel",
+                                          "places-and-volumes-chinese",
+                                          "places-and-volumes-english",
                                           "slow-panel",
+                                          "tmp-files-chinese",
                                           "two-panels",
-                                          "two-screens"};
+                                          "two-screens",
+                                          "unseen-folders",
+                                          "unseen-tmp-host-chinese",
+                                          "unseen-tmp-service-chinese"};
   EXPECT_EQ(bundledScenarioNames(), expected);
   for (const auto& name : bundledScenarioNames()) {
     const auto scene = makeScene(bundledScenario(name));
     scene->desktop.advanceTo(10);
     EXPECT_EQ(bundledScenario(name).name, name);
     EXPECT_FALSE(bundledScenario(name).description.empty()) << name;
-    EXPECT_EQ(scene->desktop.frontmost(), 300) << name;
+    const bool inFront = name == "browser-frontmost" || name == "chrome-dev-frontmost";
+    EXPECT_EQ(scene->desktop.frontmost(), inFront ? 812 : 300) << name;
     EXPECT_NE(scene->desktop.findProcess(250), nullptr) << name;
     EXPECT_TRUE(scene->desktop.findProcess(812)->application) << name;
     const std::size_t panels = name == "no-panel" ? 0 : name == "two-panels" ? 2 : 1;
     ASSERT_EQ(scene->panels.size(), panels) << name;
     for (const auto& panel : scene->panels) {
       const bool second = panel != scene->panels.front();
-      EXPECT_EQ(panel->folderShown(), second ? "/usr/share" : "/usr") << name;
+      const bool overTmp = name.find("tmp") != std::string::npos;
+      const std::string shown = overTmp ? std::filesystem::canonical("/tmp").string() : "/usr";
+      EXPECT_EQ(panel->folderShown(), second ? "/usr/share" : shown) << name;
     }
   }
   EXPECT_THROW(bundledScenario("no-such"), ScenarioError);
