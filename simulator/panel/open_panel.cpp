@@ -270,7 +270,9 @@ void OpenPanel::followFolder() {
   if (phase_ != Phase::open || !alive() || options_.faults.staleListing) return;
   if (desktop_.now() < followed_at_ + follow_interval) return;
   followed_at_ = desktop_.now();
-  if (folderState(folder_) == folder_state_) return;
+  const FolderState state = folderState(folder_);
+  if (state == folder_state_) return;
+  folder_state_ = state;
   const std::vector<Listing::Row>& shown = listing_->rows();
   const std::vector<Listing::Row> present = rowsOfFolder();
   const bool same =
@@ -278,11 +280,8 @@ void OpenPanel::followFolder() {
                  [](const Listing::Row& left, const Listing::Row& right) {
                    return left.path == right.path && left.directory == right.directory;
                  });
+  if (same) return;
   const std::string selected = listing_->selected() != nullptr ? listing_->selected()->path : "";
-  if (same) {
-    folder_state_ = folderState(folder_);
-    return;
-  }
   fillListing();
   listing_->selectPath(selected);
   updateControls();

@@ -107,7 +107,7 @@ TEST(OnADesktop, AScenarioThatIsWrongIsRefusedWithOneLine) {
   EXPECT_EQ(run.output, "");
   EXPECT_EQ(run.errors, "tessarine-desktop: " + file +
                             ": /panels/0/shape: expected one of \"service-window\", "
-                            "\"host-window\", \"host-sheet\", \"embedded\"\n");
+                            "\"host-window\", \"host-sheet\", \"embedded\", \"unseen\"\n");
 }
 
 TEST(OnADesktop, ScenariosThatComeWithItAreListed) {
