@@ -16,7 +16,7 @@ std::optional<std::string> textValue(CFTypeRef value) {
   const auto string = static_cast<CFStringRef>(value);
   const CFIndex length = CFStringGetLength(string);
   std::u16string units(static_cast<std::size_t>(length), u'\0');
-  CFStringGetCharacters(string, CFRange{0, length}, reinterpret_cast<UniChar*>(units.data()));
+  CFStringGetCharacters(string, CFRangeMake(0, length), reinterpret_cast<UniChar*>(units.data()));
   return fromUtf16(units);
 }
 
