@@ -5,13 +5,19 @@
 //   requests  accessibility requests that one run made
 //   virtual   seconds that passed on the desktop's clock
 //   floor     seconds of the pauses that the command makes in any case
+// Counters of whole processes:
+//   peak_KiB   greatest resident memory
+//   libraries  shared libraries that the program names
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 
+#include "end_to_end/program_run.h"
 #include "support/world.h"
 
 extern char** environ;
@@ -67,6 +73,30 @@ void wholeProcess(benchmark::State& state, const std::vector<std::string>& comma
   posix_spawn_file_actions_destroy(&quiet);
 }
 
+// A command on a desktop of another process, once: its memory.
+void footprint(benchmark::State& state, const std::vector<std::string>& command) {
+  const TemporaryFolder folder;
+  const std::string report = folder.path() + "/peak";
+  std::vector<std::string> commandLine{
+      desktopPath(), "run", "chinese-service-window", "--", peakMemoryPath(), report, toolPath()};
+  commandLine.insert(commandLine.end(), command.begin(), command.end());
+  commandLine.insert(commandLine.end(), {"--pid", "812"});
+  for (auto _ : state) {
+    const ProgramRun run = runProgram(commandLine);
+    state.SetIterationTime(run.seconds);
+    if (run.exitStatus != 0) {
+      state.SkipWithError(run.errors.c_str());
+      break;
+    }
+  }
+  double kilobytes = 0;
+  std::ifstream(report) >> kilobytes;
+  state.counters["peak_KiB"] = kilobytes;
+  const std::string libraries = runProgram({"/usr/bin/ldd", toolPath()}).output;
+  state.counters["libraries"] =
+      static_cast<double>(std::count(libraries.begin(), libraries.end(), '>'));
+}
+
 BENCHMARK_CAPTURE(strictChooseFolder, english_service_window, "english-service-window")
     ->MeasureProcessCPUTime()
     ->Unit(benchmark::kMillisecond);
@@ -79,9 +109,20 @@ BENCHMARK_CAPTURE(strictChooseFolder, english_old_generation, "english-old-gener
 BENCHMARK_CAPTURE(wholeProcess, bin_true, {"/bin/true"})
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(wholeProcess, tessarine_help, {TESSARINE_PROGRAM, "--help"})
+BENCHMARK_CAPTURE(wholeProcess, tessarine_help, {toolPath(), "--help"})
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
+
+#define FOOTPRINT(name, ...)                        \
+  BENCHMARK_CAPTURE(footprint, name, {__VA_ARGS__}) \
+      ->UseManualTime()                             \
+      ->Iterations(1)                               \
+      ->Unit(benchmark::kMillisecond)
+FOOTPRINT(list_windows, "list-windows");
+FOOTPRINT(list_background_panels, "list-background-panels");
+FOOTPRINT(inspect_open_dialog, "inspect-open-dialog");
+FOOTPRINT(press_key, "press-key", "--key", "return");
+FOOTPRINT(choose_folder_strict, "choose-folder", "--strict-background", "--path", "/usr/lib");
 
 }  // namespace
 }  // namespace tessarine::test

@@ -1,57 +1,17 @@
 // The built program on a desktop of another process, in real time.
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <future>
 #include <nlohmann/json.hpp>
 
 #include "end_to_end/program_run.h"
+#include "end_to_end/served_desktop.h"
 #include "support/temporary_folder.h"
 
 namespace tessarine::test {
 namespace {
 
 using nlohmann::ordered_json;
-
-// A desktop that is being served for as long as this lives.
-class ServedDesktop {
- public:
-  explicit ServedDesktop(const std::string& scenario)
-      : service_({desktopPath(), "serve", scenario, "--socket", socketPath()}) {
-    for (const char* name : {"TESSARINE_DESKTOP", "TESSARINE_DESKTOP_PROGRAMS", "ZORVILET_BIN"}) {
-      const std::string line = service_.readLine();
-      const std::string beginning = std::string("export ") + name + "='";
-      EXPECT_EQ(line.substr(0, beginning.size()), beginning);
-      EXPECT_EQ(line.back(), '\'');
-      environment_[name] = line.substr(beginning.size(), line.size() - beginning.size() - 1);
-    }
-  }
-
-  std::string socketPath() const { return folder_.path() + "/desktop"; }
-  const Environment& environment() const { return environment_; }
-
-  ordered_json run(const std::vector<std::string>& arguments) const {
-    const ProgramRun run = runTessarine(arguments, environment_);
-    EXPECT_EQ(run.exitStatus, 0) << run.errors;
-    return ordered_json::parse(run.output);
-  }
-
-  ordered_json state() const {
-    const ProgramRun run = runProgram({desktopPath(), "state", "--socket", socketPath()});
-    EXPECT_EQ(run.exitStatus, 0) << run.errors;
-    return ordered_json::parse(run.output);
-  }
-
-  ProgramRun stop() {
-    service_.sendSignal(SIGTERM);
-    return service_.finish();
-  }
-
- private:
-  TemporaryFolder folder_;
-  RunningProgram service_;
-  Environment environment_;
-};
 
 constexpr const char* quietEnd =
     "mouse events: 0\nsession-wide events: 0\nfrontmost application: Terminal, never changed\n";

@@ -1,0 +1,38 @@
+#include "end_to_end/served_desktop.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+namespace tessarine::test {
+
+using nlohmann::ordered_json;
+
+ServedDesktop::ServedDesktop(const std::string& scenario)
+    : service_({desktopPath(), "serve", scenario, "--socket", socketPath()}) {
+  for (const char* name : {"TESSARINE_DESKTOP", "TESSARINE_DESKTOP_PROGRAMS", "ZORVILET_BIN"}) {
+    const std::string line = service_.readLine();
+    const std::string beginning = std::string("export ") + name + "='";
+    EXPECT_EQ(line.substr(0, beginning.size()), beginning);
+    EXPECT_EQ(line.back(), '\'');
+    environment_[name] = line.substr(beginning.size(), line.size() - beginning.size() - 1);
+  }
+}
+
+ordered_json ServedDesktop::run(const std::vector<std::string>& arguments) const {
+  const ProgramRun run = runTessarine(arguments, environment_);
+  EXPECT_EQ(run.exitStatus, 0) << run.errors;
+  return ordered_json::parse(run.output);
+}
+
+ordered_json ServedDesktop::state() const {
+  const ProgramRun run = runProgram({desktopPath(), "state", "--socket", socketPath()});
+  EXPECT_EQ(run.exitStatus, 0) << run.errors;
+  return ordered_json::parse(run.output);
+}
+
+ProgramRun ServedDesktop::stop() {
+  service_.sendSignal(SIGTERM);
+  return service_.finish();
+}
+
+}  // namespace tessarine::test
