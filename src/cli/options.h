@@ -46,9 +46,9 @@ struct Options {
 // command; an option that takes a value takes the next argument, whatever it looks like. Throws
 // ToolError usage with the message of the first check that fails, or with an empty message when
 // help was asked for:
-//   "missing command", "unknown command: " + word, "--pid is required", option + " requires a
-//   value",
-//   "--exclude-window-id requires a positive window ID", "unknown arg: " + argument,
+//   "missing command", "unknown command: " + word, "--pid is required",
+//   option + " requires a value", "--exclude-window-id requires a positive window ID",
+//   "unknown arg: " + argument,
 //   "--path is required for choose-folder/choose-path",
 //   "--x and --y are required for click-point", "--text is required for type-text",
 //   "--key is required for press-key".

@@ -1,4 +1,5 @@
-// The global watchdog: a command runs on a worker, and the process does not wait for it for ever.
+// The global watchdog: a command runs on a worker, and the process does not wait for it for ever,
+// unless its time-out is infinite.
 #pragma once
 
 #include <functional>

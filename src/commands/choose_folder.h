@@ -12,8 +12,9 @@ namespace tessarine {
 //
 // With `strictBackground` only chooseFolderByStrictAX is tried. Otherwise: with
 // `preferBackgroundPanel` the captured panel first; then the dialog's controls through
-// accessibility; last the captured panel, whose error carries the earlier ones. `globalMouseEvents`
-// lets the captured-panel strategy use System Events and session-wide clicks.
+// accessibility; last the captured panel, whose error carries the earlier ones unless no panel
+// window was captured at all. `globalMouseEvents` lets the captured-panel strategy use System
+// Events and session-wide clicks.
 //
 // Throws ToolError notFound "folder does not exist: " + path or usage "path is not a directory: " +
 // path before anything touches the screen; after that the error of the last strategy tried.

@@ -89,7 +89,8 @@ void waitForClose(const StrictChoice& choice) {
 
 void chooseInPanel(const StrictChoice& choice) {
   goToFolder(choice);
-  // A Return that already closed the panel leaves nothing to press.
+  // A panel that has closed, as after a Return of the sheet that confirmed it too, leaves nothing
+  // to press. One whose windows nothing lists looks the same.
   if (backgroundOpenPanelWindowPIDs(choice.primaryPid).empty()) return;
   verifyFolderShown(choice);
   pressChoose(choice);

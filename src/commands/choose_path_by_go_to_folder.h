@@ -10,14 +10,15 @@
 namespace tessarine {
 
 // Finds the dialog (for at most 3.0 s), sends it to the path, and presses its Choose button unless
-// the sheet already closed the panel; then waits for the panel to go, for at most 4.0 s. Throws
-// what waitForOpenDialog and navigateByGoToFolderAX throw, or ToolError timedOut with the time of
-// the last wait.
+// no captured panel window is left by then; in that case it is done, otherwise it waits for the
+// panel to go, for at most 4.0 s. The path is expected to be standardized. Throws what
+// waitForOpenDialog and navigateByGoToFolderAX throw, or ToolError timedOut with the time of the
+// last wait.
 Result choosePathByGoToFolderAX(std::int32_t primaryPid, const std::string& targetPath,
                                 double timeoutSeconds);
 
-// The result: "kind" is always "file"; "commit" tells what closed the panel, "confirm" or
-// "open-button".
+// The result: "kind" is always "file"; "commit" tells after which step the panel was gone:
+// "confirm", the sheet's own, or "open-button".
 Result goToFolderAXResult(const std::string& targetPath, const DialogRef& dialog,
                           const std::string& via);
 

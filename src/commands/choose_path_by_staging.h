@@ -10,9 +10,9 @@
 
 namespace tessarine {
 
-// Stages a copy of the file and clicks the first row and the Open button of the largest captured
-// panel window, twice at different points, then double-clicks the row; waits for the panel to close
-// after each. Throws ToolError
+// Stages a copy of the file and, in the largest captured panel window, clicks the first row and the
+// Open button, then the button at another point, then double-clicks the row; waits for the panel to
+// close after each, for at most 3.0 s. Throws ToolError
 // - timedOut when no panel window appears within the time-out, at most 2.0 s,
 // - what stagedTmpCopy throws,
 // - notFound "background open panel window not found after staging tmp file",

@@ -5,9 +5,9 @@
 
 namespace tessarine {
 
-// How many panels were dismissed by their Cancel buttons, or 1 when a captured panel went away; 0
-// when there was none, and, without `strictBackground`, also when it stayed. `temporaryForeground`
-// brings the browser to the front meanwhile.
+// Without `strictBackground`: how many panels were dismissed by their Cancel buttons, or 1 when a
+// captured panel went away; 0 when there was none or it stayed. With it: 1, or 0 when there was
+// none. `temporaryForeground` brings the browser to the front meanwhile.
 //
 // Without `strictBackground` captured panels come first: Escape, then a click and Escape; Cancel
 // buttons are used only when no panel is captured. With it Cancel buttons come first.

@@ -1,4 +1,5 @@
-// Reading and printing numbers, always in the C locale.
+// Reading and printing numbers in the C locale, the program's own as long as nobody calls
+// setlocale.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +18,10 @@ std::optional<std::uint32_t> parseUInt32(std::string_view text);
 // "nan"), the whole text being the number. Leading or trailing white space makes it absent.
 std::optional<double> parseDouble(std::string_view text);
 
-// The shortest decimal that reads back as the same double, with at least one digit after the point:
-// "4.0", "0.15", "10.5". From 1e16 up and below 1e-4 in exponent form: "1e+16", "1.5e-05".
+// The shortest decimal that reads back as the same double: from 1e-4 to below 1e16, and for zero,
+// with at least one digit after the point ("4.0", "0.15", "10.5"); for smaller and larger
+// magnitudes in exponent form, with a point only between digits ("1e+16", "1.5e-05"). Numbers that
+// are not finite are "nan", "inf" and "-inf".
 std::string formatDouble(double value);
 
 }  // namespace tessarine

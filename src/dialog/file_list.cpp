@@ -22,7 +22,8 @@ bool isTextCell(const Element& element) {
 
 bool pointsAt(const Element& element, const std::string& standardized) {
   const auto path = axURLPath(element);
-  return path && standardizedPath(*path) == standardized;
+  // An empty path names nothing; standardized it would be the current directory.
+  return path && !path->empty() && standardizedPath(*path) == standardized;
 }
 
 std::string rowName(const Element& element) {

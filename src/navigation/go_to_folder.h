@@ -20,7 +20,8 @@ void navigateByGoToFolder(std::int32_t pid, const std::string& path);
 // Opens the sheet by Command-Shift-G to the process and sends it to the path as setGoToFolderPathAX
 // does, then presses Return once more, which opens the folder that the sheet selected. When the
 // sheet does not take the path and the process `foregroundOwnerPid` is frontmost, tries once more
-// with a Command-Shift-G through the session. Throws what the last setGoToFolderPathAX throws.
+// with a Command-Shift-G through the session and 2.5 s for the sheet's field. Throws what the last
+// setGoToFolderPathAX throws.
 void navigateByGoToFolderAX(const Element& root, std::int32_t pid,
                             std::optional<std::int32_t> foregroundOwnerPid,
                             const std::string& path);

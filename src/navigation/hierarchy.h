@@ -14,8 +14,9 @@ namespace tessarine {
 // or else from the volume in the location pop-up, opens one row for each component that is left and
 // selects the last one. `pid` takes the events that openRow posts when process events are allowed.
 // Every wait is `timeoutSeconds`, but at most 2.5 s for a row, 2.0 s for an opened folder and for
-// the final verification, 1.5 s for the last selection. Throws ToolError timedOut with the time of
-// the wait that expired, and what openRow and navigateToVolume throw.
+// the final verification, 1.5 s for the last selection; looking up how the file browser displays a
+// folder's name is not counted and has no limit (navigation/path_analysis.h). Throws ToolError
+// timedOut with the time of the wait that expired, and what openRow and navigateToVolume throw.
 void navigateByHierarchy(const Element& dialog, std::int32_t pid, const std::string& targetPath,
                          double timeoutSeconds, bool allowProcessEvents);
 

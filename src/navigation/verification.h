@@ -1,6 +1,7 @@
 // Whether the chooser shows, or has selected, the target folder. A folder counts under its name in
 // the file system or the name that the file browser displays for it. Nothing here fails: a missing
-// element makes the answer false.
+// element makes the answer false. How a folder's name is displayed is looked up without a time
+// limit (navigation/path_analysis.h).
 #pragma once
 
 #include <string>

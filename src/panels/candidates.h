@@ -1,6 +1,7 @@
 // Which processes may own the Open panel: the browser itself and the panel-service processes that
-// serve it. Nothing here fails, and nothing is cached: every call runs "/bin/ps" and the capture
-// helper afresh. No process is checked for being alive.
+// serve it. Nothing here fails, and nothing is cached: every browserDisplayName runs "/bin/ps"
+// afresh; every panelServicePIDs, candidateApps and panelServiceApps runs it and the capture
+// helper. No process is checked for being alive.
 #pragma once
 
 #include <cstdint>
@@ -28,11 +29,12 @@ std::vector<std::int32_t> panelServicePIDs(std::int32_t primaryPid);
 // Without repeats and without pids below 1, the first of each kept, in order.
 std::vector<std::int32_t> uniquePIDs(const std::vector<std::int32_t>& pids);
 
-// The browser first, then its panel services, then the additional processes.
+// The browser first, labelled primaryBrowserLabel; then its panel services and the additional
+// processes, labelled panelServiceLabel, without repeats and without pids below 1.
 std::vector<AppRef> candidateApps(std::int32_t primaryPid,
                                   const std::vector<std::int32_t>& additionalPIDs = {});
 
-// The panel services alone.
+// The panel services alone, with the same label.
 std::vector<AppRef> panelServiceApps(std::int32_t primaryPid);
 
 }  // namespace tessarine

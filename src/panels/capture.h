@@ -2,9 +2,10 @@
 // accessibility tree shows them or not.
 //
 // The helper "background-window-capture" is run with the argument "list" on every call; nothing is
-// cached. It prints one window a line, fields separated by tabs: the bare window number, then
-// "pid=", "app=", "title=" and "frame=x,y,width,height". A helper that is missing, fails or prints
-// something else means that there are no windows.
+// cached, and a helper that does not end is waited for without a limit. It prints one window a
+// line, fields separated by tabs: the bare window number, then "pid=", "app=", "title=" and
+// "frame=x,y,width,height". A helper that is missing, fails or prints something else means that
+// there are no windows.
 //
 // Frames are in screen points, origin at the top left of the main display.
 #pragma once
@@ -18,7 +19,8 @@
 
 namespace tessarine {
 
-// Four numbers separated by commas, no blanks; absent for anything else.
+// Four numbers, each in any form that parseDouble reads ("inf" and "nan" too), separated by commas;
+// empty pieces are ignored. Absent for anything else, blanks included.
 std::optional<Rect> parseCaptureFrame(const std::string& text);
 
 // The windows that are an Open panel of the browser or of its panel service: the title is an Open
@@ -26,7 +28,7 @@ std::optional<Rect> parseCaptureFrame(const std::string& text);
 // (the same number, or the same process and frame) are dropped. In the helper's order.
 std::vector<PanelWindowRef> backgroundOpenPanelWindows(std::int32_t primaryPid);
 
-// Those of them that are on a screen, preferred first: windows of the panel service, then the
+// Those of them that panelWindowIsVisible, preferred first: windows of the panel service, then the
 // larger, then the smaller number.
 std::vector<PanelWindowRef> orderedBackgroundPanelWindows(std::int32_t primaryPid);
 
@@ -35,15 +37,15 @@ std::vector<std::int32_t> backgroundOpenPanelWindowPIDs(std::int32_t primaryPid)
 
 bool backgroundOpenPanelVisible(std::int32_t primaryPid);
 
-// Polls every 0.15 s until a panel window is on screen; returns the owners. Throws ToolError
-// timedOut "timed out after " + timeoutSeconds + "s".
+// Polls every 0.15 s until a panel window is visible; returns the owners. Throws ToolError timedOut
+// "timed out after " + timeoutSeconds + "s". A look that began in time is finished and counts.
 std::vector<std::int32_t> waitForBackgroundOpenPanel(std::int32_t primaryPid,
                                                      double timeoutSeconds);
 
 // Negative extents count as 0.
 double panelWindowArea(const PanelWindowRef& window);
 
-// Whether the frame's centre is on some screen.
+// Whether the frame's centre is on some screen, as pointIsOnScreen has it (platform/screens.h).
 bool panelWindowIsVisible(const PanelWindowRef& window);
 
 // Whether a window of a fresh list is the tracked one: by number when both have one, otherwise by

@@ -1,5 +1,6 @@
-// Watching captured panel windows go away. Every wait is bounded; a time-out is the answer false,
-// never an error.
+// Watching captured panel windows go away. A time-out is the answer false, never an error. A look
+// that began in time is finished and counts, so the answer may come after the time; a capture
+// helper that does not end is waited for without a limit.
 #pragma once
 
 #include <cstdint>

@@ -21,15 +21,6 @@ std::string textOrEmpty(const Element& element, const std::string& attribute) {
   return axString(element, attribute).value_or("");
 }
 
-// Calls `visit` with each member of the value, if the value is a list.
-template <class Visit>
-void forEachMember(CFTypeRef value, Visit visit) {
-  if (value == nullptr || CFGetTypeID(value) != CFArrayGetTypeID()) return;
-  const auto list = static_cast<CFArrayRef>(value);
-  const CFIndex count = CFArrayGetCount(list);
-  for (CFIndex i = 0; i < count; ++i) visit(CFArrayGetValueAtIndex(list, i));
-}
-
 void appendFocusedAndMain(const Element& app, std::vector<Element>& windows) {
   for (const char* attribute : {"AXFocusedWindow", "AXMainWindow"}) {
     const auto window = axElementAttribute(app, attribute);
@@ -45,7 +36,7 @@ bool readGeometry(CFTypeRef value, AXValueType type, void* target) {
          AXValueGetValue(static_cast<AXValueRef>(value), type, target);
 }
 
-// A location of a server alone has the empty path, which names no file to resolve.
+// The empty path of a location without one names no file to resolve.
 std::string standardizedLocationPath(const std::string& path) {
   return path.empty() ? path : standardizedPath(path);
 }
@@ -82,12 +73,11 @@ std::optional<Element> axElementAttribute(const Element& element, const std::str
 std::vector<Element> axElements(const Element& element, const std::string& attribute) {
   const auto value = axValue(element, attribute);
   std::vector<Element> elements;
-  bool onlyElements = true;
-  forEachMember(value.get(), [&](CFTypeRef member) {
-    onlyElements = onlyElements && isElement(member);
-    if (onlyElements) elements.push_back(sharedElement(member));
-  });
-  return onlyElements ? elements : std::vector<Element>();
+  for (CFTypeRef member : listMembers(value.get())) {
+    if (!isElement(member)) return {};
+    elements.push_back(sharedElement(member));
+  }
+  return elements;
 }
 
 bool axIsTrue(const Element& element, const std::string& attribute) {
@@ -139,12 +129,7 @@ std::optional<Element> axParent(const Element& element) {
 std::vector<std::string> axActions(const Element& element) {
   CFArrayRef names = nullptr;
   if (AXUIElementCopyActionNames(element.get(), &names) != kAXErrorSuccess) return {};
-  const auto list = CfRef<CFArrayRef>::adopt(names);
-  std::vector<std::string> actions;
-  forEachMember(list.get(), [&](CFTypeRef name) {
-    if (auto text = textValue(name)) actions.push_back(std::move(*text));
-  });
-  return actions;
+  return textList(CfRef<CFArrayRef>::adopt(names).get());
 }
 
 Rect axFrame(const Element& element) {

@@ -1,8 +1,9 @@
 // Reading and acting on user-interface elements of other processes.
 //
 // Every read is a synchronous request to the element's process and may block for as long as the
-// platform's messaging time-out. Readers never fail: a missing attribute, a failed request or a
-// value of another type reads as empty. Only `perform` reports failure.
+// platform's messaging time-out. Readers never fail: a missing attribute and a failed request read
+// as empty, and so does a value of another type, except in axParent. Only `perform` reports
+// failure.
 #pragma once
 
 #include <optional>
@@ -39,7 +40,9 @@ std::string fileNameAttribute(const Element& element);  // "AXFilename"
 std::string displayLabel(const Element& element);
 
 std::vector<Element> axChildren(const Element& element);
+// "AXParent", whatever its type.
 std::optional<Element> axParent(const Element& element);
+// Empty when the actions are not a list of texts.
 std::vector<std::string> axActions(const Element& element);
 
 // Position and size in screen points, origin at the top left of the main display; all zeros when
@@ -47,7 +50,7 @@ std::vector<std::string> axActions(const Element& element);
 Rect axFrame(const Element& element);
 
 // The standardized path that "AXURL" names: of a location object whatever its scheme (empty when it
-// names a server alone), of a text that is a file location; any other text unchanged.
+// has no path, as in "mailto:x"), of a text that is a file location; any other text unchanged.
 std::optional<std::string> axURLPath(const Element& element);
 
 // --- Windows of an application. ---

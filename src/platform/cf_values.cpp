@@ -20,6 +20,26 @@ std::optional<std::string> textValue(CFTypeRef value) {
   return fromUtf16(units);
 }
 
+std::vector<CFTypeRef> listMembers(CFTypeRef value) {
+  if (value == nullptr || CFGetTypeID(value) != CFArrayGetTypeID()) return {};
+  const auto list = static_cast<CFArrayRef>(value);
+  std::vector<CFTypeRef> members(static_cast<std::size_t>(CFArrayGetCount(list)));
+  for (std::size_t i = 0; i < members.size(); ++i) {
+    members[i] = CFArrayGetValueAtIndex(list, static_cast<CFIndex>(i));
+  }
+  return members;
+}
+
+std::vector<std::string> textList(CFTypeRef value) {
+  std::vector<std::string> texts;
+  for (CFTypeRef member : listMembers(value)) {
+    const auto text = textValue(member);
+    if (!text) return {};
+    texts.push_back(*text);
+  }
+  return texts;
+}
+
 bool isTrue(CFTypeRef value) {
   return value != nullptr && CFGetTypeID(value) == CFBooleanGetTypeID() &&
          CFBooleanGetValue(static_cast<CFBooleanRef>(value));
@@ -34,7 +54,7 @@ std::optional<std::string> locationPath(CFTypeRef value) {
       CfRef<CFURLRef>::adopt(CFURLCreateFilePathURL(kCFAllocatorDefault, location, nullptr));
   const auto path = CfRef<CFStringRef>::adopt(
       CFURLCopyFileSystemPath(file ? file.get() : location, kCFURLPOSIXPathStyle));
-  return textValue(path.get());
+  return textValue(path.get()).value_or("");
 }
 
 std::optional<std::string> fileLocationPath(const std::string& text) {

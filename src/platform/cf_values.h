@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/cf_ref.h"
 
@@ -17,12 +18,18 @@ CfRef<CFStringRef> makeCfString(std::string_view text);
 // The text, if the value is one; absent for any other value and for none.
 std::optional<std::string> textValue(CFTypeRef value);
 
+// The members of a list, which lends them; none for any other value.
+std::vector<CFTypeRef> listMembers(CFTypeRef value);
+
+// The texts of a list; none when a member is no text, or for any other value.
+std::vector<std::string> textList(CFTypeRef value);
+
 // True exactly for the boolean true.
 bool isTrue(CFTypeRef value);
 
 // The path of a location object, percent escapes decoded, without a trailing slash; a
-// file-reference location is resolved to the file that it names. Absent when the value is no
-// location, or one without a path.
+// file-reference location is resolved to the file that it names. Empty when the location has no
+// path, absent when the value is no location.
 std::optional<std::string> locationPath(CFTypeRef value);
 
 // The path of a text that is a location of the file scheme; absent for any other text.

@@ -33,7 +33,8 @@ int waitForExit(ChildProcess& child);
 // Asks the child to end (SIGTERM); returns at once.
 void terminate(ChildProcess& child);
 
-// Each blocks until the child has closed that stream and returns all that it wrote to it.
+// Each blocks until the child, and every process that inherited the stream from it, has closed that
+// stream, and returns all that was written to it.
 std::string readStandardOutput(ChildProcess& child);
 std::string readStandardError(ChildProcess& child);
 

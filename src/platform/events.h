@@ -16,7 +16,8 @@
 
 namespace tessarine {
 
-// --- Mouse: the left button, with no movement before it, so the visible cursor stays. ---
+// --- Mouse: the left button, with no movement before it. A click to a process leaves the visible
+// pointer where it is, a click to the session moves it. ---
 
 // Down, 0.05 s, up, each carrying the click state. `global` posts to the session instead of the
 // process. No pause follows.

@@ -2,8 +2,8 @@
 // command lines, and AppleScript.
 //
 // Programs are started directly, never through a shell. Every call blocks until its child has
-// exited, without a time limit, except runAppleScript, which at its limit asks the script to end
-// and returns without waiting for it.
+// exited, without a time limit, except runAppleScript, which at its limit sends the script SIGTERM
+// and throws; nobody waits for that script to end.
 #pragma once
 
 #include <cstdint>
@@ -44,9 +44,10 @@ inline constexpr double defaultScriptSeconds = 3.0;
 
 // Runs a script, one argument for each line, and returns when it succeeded. Throws ToolError
 // - actionFailed "failed to start osascript: " + the start error,
-// - timedOut "osascript exceeded " + timeoutSeconds + "s" (the script is ended),
+// - timedOut "osascript exceeded " + timeoutSeconds + "s" (the script was sent SIGTERM),
 // - actionFailed with the script's trimmed standard error (which may be empty) when it failed, or
-//   "osascript failed" when that is not UTF-8.
+//   "osascript failed" when that is not UTF-8. Standard error is read to its end, however long
+//   that takes.
 void runAppleScript(const std::vector<std::string>& lines,
                     double timeoutSeconds = defaultScriptSeconds);
 

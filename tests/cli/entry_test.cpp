@@ -3,9 +3,11 @@
 
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "cli/usage_text.h"
+#include "core/result.h"
 #include "core/tables.h"
 #include "support/world.h"
 
@@ -126,6 +128,18 @@ TEST(Entry, HandsTheExcludedWindowsToThePanelCapture) {
   EXPECT_EQ(tables().excludedPanelWindowIDs, (std::set<std::uint32_t>{7, 4294967295U}));
   world.run({"close", "--pid", "12", "--exclude-window-id", "9", "--nonsense"});
   EXPECT_TRUE(tables().excludedPanelWindowIDs.empty()) << "of a command line that was refused";
+}
+
+TEST(Entry, ListsTheWindowsThatTheSameCommandLineDoesNotExclude) {
+  World world("english-service-window");
+  const auto listedWithout = [&](const std::string& number) {
+    const Outcome outcome =
+        world.run({"list-background-panels", "--pid", "812", "--exclude-window-id", number});
+    return Result::parse(outcome.output)["windows"];
+  };
+  const Result both = listedWithout("4294967295");
+  ASSERT_EQ(both.size(), 2U);
+  EXPECT_EQ(listedWithout(both[0]["windowID"].dump()), Result::array({both[1]}));
 }
 
 // --- The watchdog. Its expiry leaves the account of platform objects to the exiting process. ---

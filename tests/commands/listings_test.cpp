@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "core/tables.h"
 #include "support/world.h"
@@ -113,6 +114,19 @@ TEST(ListWindows, ListsTheWindowsOfEveryCandidateInOrder) {
   EXPECT_EQ(listWindows(browserPid), expected);
 }
 
+// A sheet is no window of its own for accessibility, but it may have the focus.
+TEST(ListWindows, ListsAFocusedWindowThatIsNotAmongTheWindows) {
+  BareDesktop world;
+  Node& sheet = add(world.addWindow("Page"), "AXSheet", {{"AXTitle", "Open"}});
+  world.process().focused_window =
+      world.desktop.addWindow({.owner = browserPid, .title = "", .frame = {}, .element = &sheet})
+          .number;
+  const Result windows = listWindows(browserPid)["apps"][0]["windows"];
+  ASSERT_EQ(windows.size(), 2U);
+  EXPECT_EQ(windows[0]["title"], "Page");
+  EXPECT_EQ(windows[1]["role"], "AXSheet");
+}
+
 TEST(ListWindows, ListsAProcessThatDoesNotRunWithoutWindows) {
   World world("no-panel");
   const Result expected{
@@ -172,6 +186,17 @@ TEST(ListBackgroundPanels, LeavesOutExcludedWindows) {
   const Result result = listBackgroundPanels(browserPid);
   ASSERT_EQ(result["windows"].size(), 1U);
   EXPECT_EQ(result["windows"][0]["windowID"], 30);
+}
+
+TEST(ListBackgroundPanels, CannotBePrintedWithAFrameThatIsNotFinite) {
+  HelperDesktop world("31\tpid=812\tapp=Google Chrome\ttitle=Open\tframe=nan,0,800,450\n");
+  const Result result = listBackgroundPanels(browserPid);
+  try {
+    serialize(result);
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "the number nan at /windows/0/frame/x cannot be written as JSON");
+  }
 }
 
 TEST(ListBackgroundPanels, RunsTheHelperOnce) {

@@ -89,6 +89,13 @@ TEST(PanelContentPoint, IsOnTheFirstScreenThatShowsAPart) {
   EXPECT_EQ(panelContentPoint(windowAt({1500, 180, 800, 450})), (Point{1900, 405}));
 }
 
+// Where the main display is at the origin it is a screen like the others. Set off from it, it spans
+// 100 to 1000 as a display and -100 to 800 as a screen, which leaves 140 points of the panel.
+TEST(PanelContentPoint, IsOnTheMainDisplayWhenNoScreenShowsThePanel) {
+  const Screens screens({{0, 100, 1440, 900}});
+  EXPECT_EQ(panelContentPoint(windowAt({320, 860, 800, 450})), (Point{720, 930}));
+}
+
 TEST(PanelEventPIDs, AreTheOwnerAndTheBrowserOnceEach) {
   EXPECT_THAT(panelEventPIDs(windowAt({}, 900), 812), ElementsAre(900, 812));
   EXPECT_THAT(panelEventPIDs(windowAt({}, 812), 812), ElementsAre(812));
@@ -128,6 +135,26 @@ TEST(ClickBackgroundPanelWindow, ClicksTheCentreOfTheProcesssOwnWindow) {
       transcript(world.desktop.record()),
       ElementsAre("0.000 mouse down 1 (500, 325) -> 812", "0.050 mouse up 1 (500, 325) -> 812",
                   "0.180 mouse down 1 (200, 250) -> 900", "0.050 mouse up 1 (200, 250) -> 900"));
+}
+
+TEST(ClickBackgroundPanelWindow, ClicksThePreferredOfSeveralWindowsOfTheProcess) {
+  TwoWindows world;
+  world.windows = windowLine("5", 901, chromeService, "Open", "0,0,1400,800") +
+                  windowLine("6", 900, chromeService, "Open", "0,0,400,500") +
+                  windowLine("7", 900, chromeService, "Open", "100,100,800,450") +
+                  windowLine("8", 900, chromeService, "Open", "0,0,400,300");
+  clickBackgroundPanelWindow(812, 900);
+  EXPECT_THAT(postedEventKinds(world.desktop.record()),
+              ElementsAre("mouse down 1 (500, 325) -> 900", "mouse up 1 (500, 325) -> 900"));
+}
+
+// The middle of what shows would be (1300, 700).
+TEST(ClickBackgroundPanelWindow, ClicksTheCentreOfAFrameThatIsHalfOffTheScreen) {
+  TwoWindows world;
+  world.windows = windowLine("6", 900, chromeService, "Open", "900,500,800,600");
+  clickBackgroundPanelWindow(812, 900);
+  EXPECT_THAT(postedEventKinds(world.desktop.record()),
+              ElementsAre("mouse down 1 (1300, 800) -> 900", "mouse up 1 (1300, 800) -> 900"));
 }
 
 TEST(ClickBackgroundPanelWindow, ClicksThePreferredWindowForAProcessWithoutOne) {

@@ -175,6 +175,13 @@ TEST(WaitForCapturedPanelClose, CountsAWindowThatCannotBeCapturedAsClosed) {
   EXPECT_THAT(world.snapshots(), ElementsAre("7", "8"));
 }
 
+TEST(WaitForCapturedPanelClose, CountsAWindowOnNoScreenAsClosed) {
+  const Panels world(browserLine("7", "3000,180,800,450"));
+  EXPECT_TRUE(waitForCapturedPanelClose(browserPid, 0.8));
+  EXPECT_EQ(world.looks(), 1U);
+  EXPECT_THAT(world.snapshots(), IsEmpty());
+}
+
 TEST(WaitForCapturedPanelClose, CountsAWindowWithoutANumberAsClosed) {
   const Panels world(browserLine("0"));
   EXPECT_TRUE(waitForCapturedPanelClose(browserPid, 0.8));

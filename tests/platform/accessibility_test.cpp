@@ -160,12 +160,18 @@ TEST(Accessibility, ListsChildrenInTheOrderDeliveredAndFindsTheWayBackUp) {
   EXPECT_EQ(titleOf(axParent(world.appHandle())), "nothing");
 }
 
+TEST(Accessibility, TakesAnyValueForAParent) {
+  BareDesktop world;
+  world.app().set("AXParent", "text");
+  EXPECT_TRUE(axParent(world.appHandle()).has_value());
+}
+
 TEST(Accessibility, ReadsAListAsElementsOnlyWhenAllItsMembersAre) {
   BareDesktop world;
   auto& row = world.app().addChild("AXRow");
   row.set("AXTitle", "row");
   world.app().set("rows", simulator::List{row.id(), row.id()});
-  world.app().set("mixed", simulator::List{row.id(), "text"});
+  world.app().set("mixed", simulator::List{row.id(), "text", row.id()});
   world.app().set("text", "row");
   EXPECT_EQ(titlesOf(axElements(world.appHandle(), "rows")), (Texts{"row", "row"}));
   EXPECT_EQ(titlesOf(axElements(world.appHandle(), "mixed")), Texts());
@@ -227,11 +233,12 @@ TEST(Accessibility, ReadsThePathOfALocationWhateverItsScheme) {
   EXPECT_EQ(urlPathOf(Url{"file:///Users/./me/a/../%E6%96%87%E7%A8%BF"}), "/Users/me/文稿");
   EXPECT_EQ(urlPathOf(Url{"https://example.com/a/./b%20c/"}), "/a/b c");
   EXPECT_EQ(urlPathOf(Url{"https://example.com"}), "");
+  EXPECT_EQ(urlPathOf(Url{"mailto:someone"}), "");
 }
 
 TEST(Accessibility, ReadsThePathOfATextThatIsAFileLocation) {
   EXPECT_EQ(urlPathOf("file:///Users/me/My%20Folder"), "/Users/me/My Folder");
-  EXPECT_EQ(urlPathOf("file:///Users/me/./My%20Folder/"), "/Users/me/My Folder");
+  EXPECT_EQ(urlPathOf("FILE:///Users/me/./My%20Folder/"), "/Users/me/My Folder");
   EXPECT_EQ(urlPathOf("file://"), "");
 }
 

@@ -46,6 +46,16 @@ TEST(CfValues, OnlyATextReadsAsText) {
   EXPECT_EQ(textValue(nullptr), std::nullopt);
 }
 
+TEST(CfValues, AListReadsAsTextsOnlyWhenAllItsMembersAre) {
+  using simulator::List;
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(asRead(textList, List{"b", "", "a"}), (Texts{"b", "", "a"}));
+  EXPECT_EQ(asRead(textList, List{"b", 1.0, "a"}), Texts());
+  EXPECT_EQ(asRead(textList, List{}), Texts());
+  EXPECT_EQ(asRead(textList, "text"), Texts());
+  EXPECT_EQ(textList(nullptr), Texts());
+}
+
 TEST(CfValues, OnlyTheBooleanTrueIsTrue) {
   EXPECT_TRUE(isTrue(kCFBooleanTrue));
   EXPECT_TRUE(asRead(isTrue, true));
@@ -66,14 +76,18 @@ TEST(CfValues, AFileReferenceLocationIsResolvedToItsFile) {
   EXPECT_EQ(pathOf("file:///.file/id=2F746D702F61"), "/tmp/a");
 }
 
-TEST(CfValues, NoLocationOrOneWithoutAPathHasNoPath) {
-  EXPECT_EQ(pathOf("mailto:someone"), "nothing");
+TEST(CfValues, ThePathOfALocationWithoutOneIsEmpty) {
+  EXPECT_EQ(pathOf("mailto:someone"), "");
+}
+
+TEST(CfValues, OnlyALocationHasAPath) {
   EXPECT_EQ(asRead(locationPath, "file:///x"), std::nullopt);
   EXPECT_EQ(locationPath(nullptr), std::nullopt);
 }
 
 TEST(CfValues, OnlyATextOfTheFileSchemeIsAFileLocation) {
   EXPECT_EQ(pathOfText("file:///Users/me/My%20Folder/"), "/Users/me/My Folder");
+  EXPECT_EQ(pathOfText("FILE:///x"), "/x");
   for (const char* text : {"https://example.com/a", "/a", "", "files:///a", "file:///100%"}) {
     EXPECT_EQ(pathOfText(text), "nothing") << text;
   }

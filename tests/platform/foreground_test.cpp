@@ -178,6 +178,14 @@ TEST(TemporaryForeground, UsesOnlyTheScriptForWhatIsNoApplication) {
               ElementsAre("frontmost?", frontmostScript(rendererPid), "operation", "activate 300"));
 }
 
+TEST(TemporaryForeground, TriesBothWaysForATerminatedTargetThatTheWorkspaceStillKnows) {
+  Foreground world;
+  world.desktop().terminateProcess(finderPid, true);
+  withTemporaryForeground(finderPid, true, [&] { return world.operation(); });
+  EXPECT_THAT(world.story(), ElementsAre("frontmost?", "activate 250", frontmostScript(finderPid),
+                                         "operation", "activate 300"));
+}
+
 TEST(TemporaryForeground, GivesTheForegroundBackBeforeAnErrorPassesOn) {
   Foreground world;
   EXPECT_EQ(messageOf([&] {

@@ -26,9 +26,11 @@ class HelperExecutable : public testing::Test {
   ~HelperExecutable() override {
     unsetenv("ZORVILET_BIN");
     setProgramPath("");
+    std::filesystem::current_path(startFolder);
   }
   void nameHelperFolder(const std::string& path) { setenv("ZORVILET_BIN", path.c_str(), 1); }
 
+  const std::filesystem::path startFolder = std::filesystem::current_path();
   TemporaryFolder programFolder;
   TemporaryFolder helperFolder;
 };
@@ -70,12 +72,17 @@ TEST_F(HelperExecutable, IgnoresAnEmptyEnvironmentVariable) {
 
 // With an empty value taken as a directory, the current one would be searched.
 TEST_F(HelperExecutable, DoesNotTakeAnEmptyEnvironmentVariableForTheCurrentDirectory) {
-  const auto previous = std::filesystem::current_path();
   helperFolder.makeScript("helper", "exit 0");
   std::filesystem::current_path(helperFolder.path());
   nameHelperFolder("");
   EXPECT_EQ(helperExecutable("helper"), programFolder.path() + "/helper");
-  std::filesystem::current_path(previous);
+}
+
+TEST_F(HelperExecutable, TakesARelativeFolderFromTheCurrentDirectory) {
+  const std::string helper = helperFolder.makeScript("helper", "exit 0");
+  std::filesystem::current_path(helperFolder.makeFolder("bin"));
+  nameHelperFolder("../bin/..");
+  EXPECT_EQ(helperExecutable("helper"), helper);
 }
 
 TEST_F(HelperExecutable, IsLookedForInTheCurrentDirectoryForABareProgramName) {
@@ -220,8 +227,7 @@ TEST(RunAppleScript, SaysWhyTheScriptCouldNotBeStarted) {
   BareDesktop bare;
   EXPECT_EQ(failureOf([] { runAppleScript({"beep"}); }),
             std::pair(ToolError::Case::actionFailed,
-                      std::string("failed to start osascript: The file “osascript” doesn’t "
-                                  "exist.")));
+                      std::string("failed to start osascript: No such file or directory")));
 }
 
 // How the script of a hanging desktop ended: what was thrown, when, and the program's status.

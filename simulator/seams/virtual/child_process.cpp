@@ -1,5 +1,8 @@
 #include "platform/child_process.h"
 
+#include <cerrno>
+#include <cstring>
+
 #include "simulator/frameworks/object.h"
 #include "simulator/seams/virtual/virtual_world.h"
 
@@ -40,10 +43,7 @@ void ChildProcessDeleter::operator()(ChildProcess* child) const {
 
 StartedChild startChild(const std::string& path, const std::vector<std::string>& arguments) {
   simulator::Desktop& desktop = simulator::attachedDesktop(__func__);
-  if (!desktop.hasProgram(path)) {
-    const std::string name = path.substr(path.rfind('/') + 1);
-    return {nullptr, "The file “" + name + "” doesn’t exist."};
-  }
+  if (!desktop.hasProgram(path)) return {nullptr, std::strerror(ENOENT)};
   return {ChildProcessPtr(new ChildProcess(desktop.startProgram(path, arguments))), ""};
 }
 
