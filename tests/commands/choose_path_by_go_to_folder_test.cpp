@@ -3,9 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
+#include <tuple>
 
+#include "commands/choose_path_deeds.h"
 #include "support/folder_world.h"
-#include "support/transcript.h"
 
 namespace tessarine::test {
 namespace {
@@ -49,16 +50,6 @@ double lastKeyTime(const simulator::Record& record) {
   return time;
 }
 
-std::vector<std::string> writingDeeds(const std::string& path) {
-  return {"0.000 key 5+120000 down -> 900",
-          "0.020 key 5+120000 up -> 900",
-          "0.400 set AXFocused of AXTextField in 900",
-          "0.000 set AXValue of AXTextField in 900: " + path,
-          "0.120 AXConfirm of AXTextField in 900",
-          "0.200 key 36 down -> 900",
-          "0.020 key 36 up -> 900"};
-}
-
 TEST(GoToFolderAXResult, HasNineEntriesAndAlwaysTheKindFile) {
   const BareDesktop world;
   const DialogRef dialog{{world.appHandle(), {}}, world.appHandle(), 4711, "some label"};
@@ -73,7 +64,7 @@ TEST(GoToFolderAXResult, HasNineEntriesAndAlwaysTheKindFile) {
 TEST(ChoosePathByGoToFolderAX, IsDoneWhenTheSheetsReturnClosesThePanel) {
   FileWorld world("file-panel-english", confirmedByReturn);
   EXPECT_EQ(world.choose().dump(), resultText(world.file, "notes.txt", "confirm"));
-  EXPECT_EQ(world.deeds(), writingDeeds(world.file));
+  EXPECT_EQ(world.deeds(), writtenIntoSheet(world.file));
   EXPECT_EQ(world.world.panelOutcomes(), "chosen " + world.file);
 }
 
@@ -88,7 +79,7 @@ TEST(ChoosePathByGoToFolderAX, IsDoneWhenOnlyTheWindowListStillHasThePanel) {
   FileWorld world("file-panel-english", {{"/panels/0/faults/goToReturnConfirms", true},
                                          {"/panels/0/windowList/staysUncapturable", true}});
   EXPECT_EQ(world.choose().dump(), resultText(world.file, "notes.txt", "confirm"));
-  EXPECT_EQ(world.deeds(), writingDeeds(world.file));
+  EXPECT_EQ(world.deeds(), writtenIntoSheet(world.file));
   EXPECT_THAT(sleepLengths(world.world.record()),
               ElementsAre("0.02", "0.12", "0.15", "0.2", "0.25", "0.4"));
   // A second's wait, whose last look may begin just before its end, follows the last pause.
@@ -101,7 +92,7 @@ TEST(ChoosePathByGoToFolderAX, IsDoneWhenOnlyTheWindowListStillHasThePanel) {
 TEST(ChoosePathByGoToFolderAX, IsDoneAtOnceWhenNoPanelWindowIsListed) {
   FileWorld world("file-panel-english", {{"/panels/0/listed", "none"}});
   EXPECT_EQ(world.choose().dump(), resultText(world.file, "notes.txt", "confirm"));
-  EXPECT_EQ(world.deeds(), writingDeeds(world.file));
+  EXPECT_EQ(world.deeds(), writtenIntoSheet(world.file));
   EXPECT_EQ(world.world.panelOutcomes(), "open");
 }
 
@@ -109,10 +100,9 @@ TEST(ChoosePathByGoToFolderAX, PressesTheOpenButtonOfAPanelThatStays) {
   FileWorld world("file-panel-english");
   EXPECT_EQ(world.choose().dump(), resultText(world.file, "notes.txt", "open-button"));
   EXPECT_EQ(world.world.panelOutcomes(), "chosen " + world.file);
-  auto deeds = world.deeds();
-  EXPECT_TRUE(deeds.back().ends_with(" AXPress of AXButton in 900")) << deeds.back();
-  deeds.pop_back();
-  EXPECT_EQ(deeds, writingDeeds(world.file));
+  // After the Return 0.25 s pass, then five looks of 0.05 s, each with a pause of 0.15 s.
+  EXPECT_EQ(world.deeds(),
+            joined({writtenIntoSheet(world.file), {"1.000 AXPress of AXButton in 900"}}));
 }
 
 TEST(ChoosePathByGoToFolderAX, CallsAFolderAFileToo) {
@@ -175,19 +165,37 @@ TEST(ChoosePathByGoToFolderAX, PassesOnThatTheFieldRefusesThePath) {
   EXPECT_EQ(world.failure(), "failed to set go-to-folder value via AX (got: /usr/share)");
 }
 
+// How often the windows were listed once the button had been pressed.
+int looksAfterPress(const simulator::Record& record) {
+  int looks = 0;
+  bool pressed = false;
+  for (const auto& line : record.lines()) {
+    const auto* request = std::get_if<simulator::AccessibilityRequest>(&line.entry);
+    const auto* started = std::get_if<simulator::ProgramStarted>(&line.entry);
+    if (request != nullptr && request->name == "AXPress") pressed = true;
+    if (pressed && started != nullptr && started->arguments.front() == "list") ++looks;
+  }
+  return looks;
+}
+
 TEST(ChoosePathByGoToFolderAX, WaitsForTheCloseForAtMostFourSeconds) {
   for (const World::Patches& patches :
        {World::Patches{{"/panels/0/faults/confirmDoesNothing", true}},
         World::Patches{{"/panels/0/faults/pressRefused", -25204}},
-        World::Patches{{"/panels/0/faults/noConfirmButton", true}}}) {
+        World::Patches{{"/panels/0/faults/noConfirmButton", true}},
+        // The button is pressed between 2 s and 3 s; then only the window list loses the panel.
+        World::Patches{{"/panels/0/faults/confirmDoesNothing", true},
+                       {"/panels/0/windowList/leavesAfterSeconds", 3}}}) {
     FileWorld world("file-panel-english", patches);
     EXPECT_EQ(world.failure(), "timed out after 4.0s");
     EXPECT_EQ(world.world.panelOutcomes(), "open");
   }
-  for (const auto& [timeout, message] :
-       {std::pair{30.0, "timed out after 4.0s"}, {0.75, "timed out after 0.75s"}}) {
+  // A look takes 0.05 s, the pause after it 0.15 s.
+  for (const auto& [timeout, message, looks] :
+       {std::tuple{30.0, "timed out after 4.0s", 20}, {0.75, "timed out after 0.75s", 4}}) {
     FileWorld world("file-panel-english", {{"/panels/0/faults/confirmDoesNothing", true}});
     EXPECT_EQ(world.failure(timeout), message);
+    EXPECT_EQ(looksAfterPress(world.world.record()), looks);
   }
 }
 

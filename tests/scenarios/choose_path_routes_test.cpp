@@ -1,41 +1,18 @@
-// The command choose-path as a whole: each route to a choice, and what is said when none leads
-// there. Long time-outs are given where the watchdog would end the run before its last route does.
+// The command choose-path as a whole on panels that accessibility shows, and without a panel.
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <tuple>
 
-#include "commands/staging_world.h"
+#include "commands/choose_path_deeds.h"
+#include "scenarios/path_routes.h"
 #include "support/folder_world.h"
-#include "support/transcript.h"
 
 namespace tessarine::test {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using Json = nlohmann::ordered_json;
-
-Outcome chosen(const Json& result) {
-  return {0, result.dump(2) + "\n", ""};
-}
-Outcome failed(const std::string& message) {
-  return {1, "", message + "\n"};
-}
-
-std::vector<std::string> choosePath(const std::string& path,
-                                    const std::vector<std::string>& options = {}) {
-  std::vector<std::string> arguments{"choose-path", "--pid", "812", "--path", path};
-  arguments.insert(arguments.end(), options.begin(), options.end());
-  return arguments;
-}
-
-Json common(const std::string& path, const std::string& kind, const std::string& strategy) {
-  return {{"ok", true},
-          {"command", "choose-path"},
-          {"path", path},
-          {"kind", kind},
-          {"basename", path.substr(path.rfind('/') + 1)},
-          {"strategy", strategy}};
-}
 
 Json folderResult(const std::string& path, std::int32_t pid = servicePid,
                   const std::string& app = "open-save-panel-service") {
@@ -53,51 +30,14 @@ Json sheetResult(const std::string& path, const std::string& commit) {
   return result;
 }
 
-Json keyboardResult(const std::string& path, const std::vector<std::int32_t>& attempted,
-                    const std::string& waitError, const std::string& mouseError) {
-  Json result = common(path, "file", "go-to-folder-keyboard-fallback");
-  result["dialogPid"] = attempted.back();
-  result["dialogApp"] =
-      attempted.back() == browserPid ? "primary-browser" : "open-save-panel-service";
-  result["axWaitError"] = waitError;
-  result["mouseFallbackError"] = mouseError;
-  result["attemptedPids"] = attempted;
-  return result;
-}
-
 // --- A folder, through the dialog. ---
-
-// The sheet, the path and Return, after the seconds slept before each.
-std::vector<std::string> typedInto(const std::string& pid, const std::string& path) {
-  std::vector<std::string> deeds{
-      "0.000 key 5+120000 down -> " + pid, "0.020 key 5+120000 up -> " + pid,
-      "0.350 key 0+100000 down -> " + pid, "0.020 key 0+100000 up -> " + pid,
-      "0.050 key 51 down -> " + pid,       "0.020 key 51 up -> " + pid,
-  };
-  std::string pause = "0.050";
-  for (const char letter : path) {
-    const std::string key = std::string("key 0 text=") + letter;
-    deeds.push_back(pause + " " + key + " down -> " + pid);
-    deeds.push_back("0.020 " + key + " up -> " + pid);
-    pause = "0.020";
-  }
-  deeds.push_back("0.020 key 36 down -> " + pid);
-  deeds.push_back("0.020 key 36 up -> " + pid);
-  return deeds;
-}
-
-std::vector<std::string> followedBy(std::vector<std::string> deeds,
-                                    std::initializer_list<std::string> more) {
-  deeds.insert(deeds.end(), more);
-  return deeds;
-}
 
 TEST(ChoosePathOfAFolder, TypesThePathAndPressesChoose) {
   FolderWorld world("english-service-window");
   EXPECT_EQ(world.world.run(choosePath(world.target)), chosen(folderResult(world.target)));
   EXPECT_EQ(world.world.panelOutcomes(), "chosen " + world.target);
   EXPECT_EQ(transcript(world.world.record()),
-            followedBy(typedInto("900", world.target), {"0.550 AXPress of AXButton in 900"}));
+            joined({typedInto("900", world.target), {"0.550 AXPress of AXButton in 900"}}));
 }
 
 TEST(ChoosePathOfAFolder, WorksInTheBrowserToo) {
@@ -128,9 +68,38 @@ TEST(ChoosePathOfAFolder, PressesReturnWhereThereIsNoChooseButton) {
   FolderWorld world("english-service-window", {{"/panels/0/faults/noConfirmButton", true}});
   EXPECT_EQ(world.world.run(choosePath(world.target)), chosen(folderResult(world.target)));
   EXPECT_EQ(transcript(world.world.record()),
-            followedBy(typedInto("900", world.target),
-                       {"0.550 key 36 down -> 900", "0.020 key 36 up -> 900"}));
+            joined({typedInto("900", world.target),
+                    {"0.550 key 36 down -> 900", "0.020 key 36 up -> 900"}}));
   EXPECT_NEAR(secondsFromLastKeyToNextRequest(world.world.record()), 0.1, 0.001);
+}
+
+// A press in vain and Return, without the pause between them.
+Deeds pressedInVain(const std::string& path) {
+  return joined(
+      {typedInto("900", path),
+       {"0.550 AXPress of AXButton in 900", "key 36 down -> 900", "0.020 key 36 up -> 900"}});
+}
+
+// The transcript of that. How many pauses the watch of the dialog has depends on how much there is
+// to look at, so its length is checked instead: a look that begins in time takes up to 0.05 s here,
+// the pause after it 0.15 s.
+Deeds deedsOfRetry(const simulator::Record& record, double watchSeconds) {
+  Deeds deeds = transcript(record);
+  const auto isPress = [](const std::string& deed) { return deed.find("AXPress") != deed.npos; };
+  const auto press = std::find_if(deeds.begin(), deeds.end(), isPress);
+  std::string& retry = *std::next(press);
+  retry.erase(0, retry.find(' ') + 1);
+
+  const auto& lines = record.lines();
+  const auto pressed = std::find_if(lines.begin(), lines.end(), [](const auto& line) {
+    const auto* request = std::get_if<simulator::AccessibilityRequest>(&line.entry);
+    return request != nullptr && request->name == "AXPress";
+  });
+  const auto key = std::find_if(pressed, lines.end(), [](const auto& line) {
+    return std::holds_alternative<simulator::PostedKey>(line.entry);
+  });
+  EXPECT_NEAR(key->time - pressed->time, watchSeconds + 0.1, 0.1001);
+  return deeds;
 }
 
 TEST(ChoosePathOfAFolder, PressesReturnWhenThePressWasInVain) {
@@ -140,76 +109,34 @@ TEST(ChoosePathOfAFolder, PressesReturnWhenThePressWasInVain) {
     FolderWorld world("english-service-window", patches);
     EXPECT_EQ(world.world.run(choosePath(world.target)), chosen(folderResult(world.target)));
     EXPECT_EQ(world.world.panelOutcomes(), "chosen " + world.target);
-    const auto events = postedEventKinds(world.world.record());
-    EXPECT_EQ(events.size(), typedInto("900", world.target).size() + 2);
-    EXPECT_EQ(events.back(), "key 36 up -> 900");
+    EXPECT_EQ(deedsOfRetry(world.world.record(), 4), pressedInVain(world.target));
   }
 }
 
 TEST(ChoosePathOfAFolder, FailsWhenTheDialogStays) {
-  const World::Patches dead{{"/panels/0/faults/confirmDoesNothing", true},
-                            {"/panels/0/faults/ignoresKeys", true}};
-  FolderWorld world("english-service-window", dead);
-  EXPECT_EQ(world.world.run(choosePath(world.target)), failed("timed out after 4.0s"));
-  EXPECT_EQ(world.world.panelOutcomes(), "open");
-  FolderWorld shorter("english-service-window", dead);
-  EXPECT_EQ(shorter.world.run(choosePath(shorter.target, {"--timeout", "1.5"})),
-            failed("timed out after 1.5s"));
-}
-
-// An embedded chooser is no dialog for a folder, so the keys are tried.
-TEST(ChoosePathOfAFolder, LooksForNoEmbeddedChooser) {
-  World world("chinese-embedded", {{"/panels/0/listed", "service"}});
-  EXPECT_EQ(world.run(choosePath("/usr/share", {"--timeout", "2"})),
-            chosen(keyboardResult("/usr/share", {812, 900}, "timed out after 2.0s",
-                                  "tmp staging mouse fallback only supports files: /usr/share")));
-}
-
-// --- A folder, by keys alone. ---
-
-TEST(ChoosePathOfAFolder, TypesThePathIntoAPanelThatCannotBeSeen) {
-  const std::string refused = "tmp staging mouse fallback only supports files: /usr/share";
-  World browser("unseen-folders", {{"/panels/0/keysReach", "host"}});
-  EXPECT_EQ(browser.run(choosePath("/usr/share", {"--timeout", "3"})),
-            chosen(keyboardResult("/usr/share", {812}, "timed out after 3.0s", refused)));
-  EXPECT_EQ(browser.panelOutcomes(), "chosen /usr/share");
-
-  World service("unseen-folders");
-  EXPECT_EQ(service.run(choosePath("/usr/share", {"--timeout", "2"})),
-            chosen(keyboardResult("/usr/share", {812, 900}, "timed out after 2.0s", refused)));
-  EXPECT_EQ(service.panelOutcomes(), "chosen /usr/share");
-}
-
-TEST(ChoosePathOfAFolder, TellsTheWholeHistoryWhenNoKeyHelps) {
-  World world("unseen-folders", {{"/panels/0/faults/ignoresKeys", true}});
-  EXPECT_EQ(world.run(choosePath("/usr/share", {"--timeout", "2"})),
-            failed("tmp staging mouse fallback failed: tmp staging mouse fallback only supports "
-                   "files: /usr/share; keyboard fallback did not close open panel; attempted pids: "
-                   "[812, 900]; wait error: timed out after 2.0s"));
+  for (const auto& [timeout, message, watch] :
+       {std::tuple{"10", "timed out after 4.0s", 4.0}, {"1.5", "timed out after 1.5s", 1.5}}) {
+    FolderWorld world("english-service-window", {{"/panels/0/faults/confirmDoesNothing", true},
+                                                 {"/panels/0/faults/ignoresKeys", true}});
+    EXPECT_EQ(world.world.run(choosePath(world.target, {"--timeout", timeout})), failed(message));
+    EXPECT_EQ(world.world.panelOutcomes(), "open");
+    EXPECT_EQ(deedsOfRetry(world.world.record(), watch),
+              joined({pressedInVain(world.target), {"0.150 AXPress of AXButton in 900"}}));
+    EXPECT_THAT(sleepLengths(world.world.record()),
+                ElementsAre("0.02", "0.05", "0.15", "0.35", "0.55"));
+  }
 }
 
 // --- A file, through the go-to-folder sheet. ---
 
-struct FilePanel {
-  explicit FilePanel(const std::string& scenario, World::Patches patches = {})
-      : world(scenario, withFolder(std::move(patches), file.folder())) {}
-  static World::Patches withFolder(World::Patches patches, const std::string& folder) {
-    patches.insert(patches.begin(), {{"/panels/0/mode", "files"}, {"/panels/0/folder", folder}});
-    return patches;
-  }
-  Outcome choose(const std::vector<std::string>& options = {}) {
-    return world.run(choosePath(file.path(), options));
-  }
-
-  StagedFile file;
-  World world;
-};
-
+// After its last Return 0.25 s pass, then the panel is watched for 1 s in five looks.
 TEST(ChoosePathOfAFile, GoesThereByTheSheetAndPressesOpen) {
   for (const char* scenario : {"file-panel-english", "tmp-files-chinese"}) {
     FilePanel panel(scenario);
     EXPECT_EQ(panel.choose(), chosen(sheetResult(panel.file.path(), "open-button"))) << scenario;
     EXPECT_EQ(panel.world.panelOutcomes(), "chosen " + panel.file.path());
+    EXPECT_EQ(transcript(panel.world.record()),
+              joined({writtenIntoSheet(panel.file.path()), {"1.000 AXPress of AXButton in 900"}}));
     EXPECT_THAT(panel.file.copies(), IsEmpty());
   }
 }
@@ -218,85 +145,7 @@ TEST(ChoosePathOfAFile, IsDoneWhenTheSheetsReturnClosesThePanel) {
   FilePanel panel("file-panel-english", {{"/panels/0/faults/goToReturnConfirms", true}});
   EXPECT_EQ(panel.choose(), chosen(sheetResult(panel.file.path(), "confirm")));
   EXPECT_EQ(panel.world.panelOutcomes(), "chosen " + panel.file.path());
-}
-
-// --- A file, by staging. ---
-
-constexpr const char* unseenDialog = "AX go-to-folder path failed: timed out after 3.0s";
-
-TEST(ChoosePathOfAFile, ClicksTheStagedCopyAndTheOpenButton) {
-  for (const double x : {1052.0, 1034.0}) {
-    ClickedPanel panel({x, 550}, 1);
-    const StagedFile file;
-    const Outcome outcome = panel.run(choosePath(file.path()));
-    EXPECT_EQ(outcome, chosen(rowAndButtonResult(file, x, unseenDialog)));
-  }
-}
-
-TEST(ChoosePathOfAFile, DoubleClicksTheStagedCopy) {
-  ClickedPanel panel({680, 308}, 2);
-  const StagedFile file;
-  const Outcome outcome = panel.run(choosePath(file.path()));
-  EXPECT_EQ(outcome, chosen(doubleClickResult(file, unseenDialog)));
-}
-
-TEST(ChoosePathOfAFile, StagesAfterASheetThatRefusesThePath) {
-  FilePanel panel("file-panel-english", {{"/panels/0/faults/fieldWriteRefused", -25204},
-                                         {"/lastGoToPath", "/usr/share"}});
-  const Outcome outcome = panel.choose({"--timeout", "60"});
-  EXPECT_EQ(outcome,
-            chosen(keyboardResult(
-                panel.file.path(), {812, 900},
-                "AX go-to-folder failed: AX go-to-folder path failed: failed to set go-to-folder "
-                "value via AX (got: /usr/share); mouse path failed: tmp staging mouse fallback did "
-                "not close open panel; staged path: " +
-                    panel.file.copies().at(0),
-                "")));
-}
-
-// --- A file, by keys alone. ---
-
-std::string unstaged(const std::string& stagedPath) {
-  return std::string("AX go-to-folder failed: ") + unseenDialog +
-         "; mouse path failed: tmp staging mouse fallback did not close open panel; staged path: " +
-         stagedPath;
-}
-
-TEST(ChoosePathOfAFile, TypesThePathAtTheBrowserOrTheService) {
-  const std::vector<std::pair<std::string, std::vector<std::int32_t>>> rows{
-      {"host", {812}}, {"both", {812}}, {"service", {812, 900}}};
-  for (const auto& [keysReach, attempted] : rows) {
-    FilePanel panel("unseen-folders", {{"/panels/0/keysReach", keysReach}});
-    const Outcome outcome = panel.choose({"--timeout", "60"});
-    EXPECT_EQ(outcome, chosen(keyboardResult(panel.file.path(), attempted,
-                                             unstaged(panel.file.copies().at(0)), "")));
-    EXPECT_EQ(panel.world.panelOutcomes(), "chosen " + panel.file.path());
-  }
-}
-
-TEST(ChoosePathOfAFile, TellsTheWholeHistoryWhenNoKeyHelps) {
-  FilePanel panel("unseen-folders", {{"/panels/0/faults/ignoresKeys", true}});
-  const Outcome outcome = panel.choose({"--timeout", "60"});
-  EXPECT_EQ(outcome, failed("tmp staging mouse fallback failed: ; keyboard fallback did not close "
-                            "open panel; attempted pids: [812, 900]; wait error: " +
-                            unstaged(panel.file.copies().at(0))));
-}
-
-TEST(ChoosePathOfAFile, EndsWithTheWatchdogWhenAllRoutesTakeTooLong) {
-  FilePanel panel("unseen-folders", {{"/panels/0/faults/ignoresKeys", true}});
-  EXPECT_EQ(panel.choose(), failed("timed out after 18.0s (global watchdog)"));
-}
-
-TEST(ChoosePathOfAFile, FindsThePanelGoneAfterStaging) {
-  ClickedPanel panel({1052, 550}, 1);
-  const StagedFile file;
-  std::function<void()> watch = [&] {
-    if (file.copies().empty()) return panel.desktop.schedule(0.05, watch);
-    panel.windows.clear();
-  };
-  panel.desktop.schedule(3, watch);
-  EXPECT_EQ(panel.run(choosePath(file.path())), failed("timed out after 2.0s"));
-  EXPECT_THAT(postedEventKinds(panel.desktop.record()), IsEmpty());
+  EXPECT_EQ(transcript(panel.world.record()), writtenIntoSheet(panel.file.path()));
 }
 
 // --- Neither. ---

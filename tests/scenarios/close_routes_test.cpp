@@ -13,12 +13,27 @@ using ::testing::ElementsAre;
 const std::vector<std::string> ordinary{"close", "--pid", "812"};
 const std::vector<std::string> strict{"close", "--pid", "812", "--strict-background"};
 
-// The events of each step.
+// What each step does, after the seconds slept before: Escape at the service and at the browser, a
+// click into the panel and Escape at the browser, a press of Cancel.
 const std::string escapes =
-    "key 53 down -> 900, key 53 up -> 900, key 53 down -> 812, key 53 up -> 812";
+    "key 53 down -> 900, 0.020 key 53 up -> 900, 0.080 key 53 down -> 812, 0.020 key 53 up -> 812";
 const std::string clickAndEscape =
-    ", mouse down 1 (720, 405) -> 812, mouse up 1 (720, 405) -> 812, key 53 down -> 812, "
-    "key 53 up -> 812";
+    "mouse down 1 (720, 405) -> 812, 0.050 mouse up 1 (720, 405) -> 812, 0.180 key 53 down -> 812, "
+    "0.020 key 53 up -> 812";
+const std::string cancelInService = "0.000 AXPress of AXButton in 900";
+const std::string cancelTwice =
+    "0.000 AXPress of AXButton in 901, 0.100 AXPress of AXButton in 900";
+const std::string cancelInBrowser = "0.000 AXPress of AXButton in 812";
+
+// In 0.8 s there are five looks of 0.05 s, each with a pause of 0.12 s, after the 0.08 s that
+// follow Escape.
+const std::string onlyEscape = "0.000 " + escapes;
+const std::string allEvents = onlyEscape + ", 0.680 " + clickAndEscape;
+
+// A strict look takes another 0.03 s, to capture the browser's window: four in 0.8 s after the 0.1
+// s that follow a press, nine in 1.8 s.
+const std::string strictEvents = escapes + ", 1.160 " + clickAndEscape;
+const std::string afterPress = ", 0.580 ";
 
 Outcome closed(int count) {
   return {0,
@@ -43,8 +58,7 @@ struct Row {
   World::Patches patches;
   Outcome outcome;
   std::string panels;
-  std::string events;
-  std::string presses;  // the processes whose Cancel buttons were pressed
+  std::string deeds;
 };
 
 std::string joined(const std::vector<std::string>& texts) {
@@ -53,25 +67,13 @@ std::string joined(const std::vector<std::string>& texts) {
   return all;
 }
 
-std::string pressedIn(const simulator::Record& record) {
-  std::vector<std::string> pids;
-  for (const auto& line : record.lines()) {
-    const auto* request = std::get_if<simulator::AccessibilityRequest>(&line.entry);
-    if (request != nullptr && request->name == "AXPress") {
-      pids.push_back(std::to_string(request->element.pid));
-    }
-  }
-  return joined(pids);
-}
-
 void expectRows(const std::vector<Row>& rows, const std::vector<std::string>& arguments) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
     World world(row.scenario, row.patches);
     EXPECT_EQ(world.run(arguments), row.outcome);
     EXPECT_EQ(world.panelOutcomes(), row.panels);
-    EXPECT_EQ(joined(postedEventKinds(world.record())), row.events);
-    EXPECT_EQ(pressedIn(world.record()), row.presses);
+    EXPECT_EQ(joined(transcript(world.record())), row.deeds);
   }
 }
 
@@ -89,42 +91,33 @@ TEST(Close, TheOrdinaryRoute) {
   const std::string service = "english-service-window";
   expectRows(
       {
-          {"no panel", "no-panel", {}, closed(0), "", "", ""},
-          {"Escape", service, {}, closed(1), "cancelled", escapes, ""},
-          {"Escape at a sheet", "chinese-host-sheet", {}, closed(1), "cancelled", escapes, ""},
-          {"Escape at an unseen panel", "unseen-folders", {}, closed(1), "cancelled", escapes, ""},
+          {"no panel", "no-panel", {}, closed(0), "", ""},
+          {"Escape", service, {}, closed(1), "cancelled", onlyEscape},
+          {"Escape at a sheet", "chinese-host-sheet", {}, closed(1), "cancelled", onlyEscape},
+          {"Escape at an unseen panel", "unseen-folders", {}, closed(1), "cancelled", onlyEscape},
           {"click and Escape",
            service,
            {clickFirst, keysReachBoth},
            closed(1),
            "cancelled",
-           escapes + clickAndEscape,
-           ""},
-          {"Escape after the click is lost",
-           service,
-           {clickFirst},
-           closed(0),
-           "open",
-           escapes + clickAndEscape,
-           ""},
-          {"nothing helps", service, {deaf}, closed(0), "open", escapes + clickAndEscape, ""},
-          {"one dialog", service, {unlisted}, closed(1), "cancelled", "", "900"},
+           allEvents},
+          {"Escape after the click is lost", service, {clickFirst}, closed(0), "open", allEvents},
+          {"nothing helps", service, {deaf}, closed(0), "open", allEvents},
+          {"one dialog", service, {unlisted}, closed(1), "cancelled", cancelInService},
           {"two dialogs",
            "two-panels",
            {unlisted, {"/panels/1/listed", "none"}, {"/panels/1/service", 901}},
            closed(2),
            "cancelled, cancelled",
-           "",
-           "901, 900"},
-          {"a dialog without Cancel", service, {unlisted, noCancel}, closed(0), "open", "", ""},
-          {"an embedded chooser is no dialog", "chinese-embedded", {}, closed(0), "open", "", ""},
+           cancelTwice},
+          {"a dialog without Cancel", service, {unlisted, noCancel}, closed(0), "open", ""},
+          {"an embedded chooser is no dialog", "chinese-embedded", {}, closed(0), "open", ""},
           {"a press is refused",
            service,
            {unlisted, {"/panels/0/faults/pressRefused", -25204}},
            failed(pressRefused),
            "open",
-           "",
-           "900"},
+           cancelInService},
       },
       ordinary);
 }
@@ -133,45 +126,50 @@ TEST(Close, TheStrictRouteWithCancelButtons) {
   const std::string service = "english-service-window";
   expectRows(
       {
-          {"no panel", "no-panel", {}, closed(0), "", "", ""},
-          {"Cancel", service, {}, closed(1), "cancelled", "", "900"},
-          {"Cancel in the browser", "english-host-window", {}, closed(1), "cancelled", "", "812"},
+          {"no panel", "no-panel", {}, closed(0), "", ""},
+          {"Cancel", service, {}, closed(1), "cancelled", cancelInService},
+          {"Cancel in the browser",
+           "english-host-window",
+           {},
+           closed(1),
+           "cancelled",
+           cancelInBrowser},
           {"Cancel in an embedded chooser",
            "chinese-embedded",
            {},
            closed(1),
            "cancelled",
-           "",
-           "812"},
+           cancelInBrowser},
           {"two panels count as one",
            "two-panels",
            {{"/panels/1/service", 901}},
            closed(1),
            "cancelled, cancelled",
-           "",
-           "901, 900"},
-          {"Escape after Cancel", service, {deadCancel}, closed(1), "cancelled", escapes, "900"},
+           cancelTwice},
+          {"Escape after Cancel",
+           service,
+           {deadCancel},
+           closed(1),
+           "cancelled",
+           cancelInService + afterPress + escapes},
           {"click and Escape after Cancel",
            service,
            {deadCancel, clickFirst, keysReachBoth},
            closed(1),
            "cancelled",
-           escapes + clickAndEscape,
-           "900"},
+           cancelInService + afterPress + strictEvents},
           {"Cancel was accepted in vain",
            service,
            {deadCancel, deaf},
            failed(remainedOpen),
            "open",
-           escapes + clickAndEscape,
-           "900"},
+           cancelInService + afterPress + strictEvents},
           {"a closed window that stays listed but cannot be captured",
            service,
            {{"/panels/0/windowList/staysUncapturable", true}},
            closed(1),
            "cancelled",
-           "",
-           "900"},
+           cancelInService},
       },
       strict);
 }
@@ -180,44 +178,39 @@ TEST(Close, TheStrictRouteWithoutSuccessfulPresses) {
   const std::string service = "english-service-window";
   expectRows(
       {
-          {"Escape without Cancel", service, {noCancel}, closed(1), "cancelled", escapes, ""},
+          {"Escape without Cancel", service, {noCancel}, closed(1), "cancelled", onlyEscape},
           {"click and Escape without Cancel",
            service,
            {noCancel, clickFirst, keysReachBoth},
            closed(1),
            "cancelled",
-           escapes + clickAndEscape,
-           ""},
+           "0.000 " + strictEvents},
           {"no close control",
            service,
            {noCancel, deaf},
            failed(noCloseControl),
            "open",
-           escapes + clickAndEscape,
-           ""},
-          {"nothing captured and no Cancel",
-           service,
-           {unlisted, noCancel},
-           closed(0),
-           "open",
-           "",
-           ""},
+           "0.000 " + strictEvents},
+          {"nothing captured and no Cancel", service, {unlisted, noCancel}, closed(0), "open", ""},
           {"a press is refused",
            service,
            {{"/panels/0/faults/pressRefused", -25204}},
            failed(pressRefused),
            "open",
-           "",
-           "900"},
+           cancelInService},
       },
       strict);
 }
+
+// The pause for the browser to come forward, after the 0.05 s that asking for it takes.
+const std::string inFront = "0.600 ";
 
 TEST(Close, TemporaryForegroundBringsTheBrowserForwardAndBack) {
   World world("english-service-window");
   EXPECT_EQ(world.run({"close", "--pid", "812", "--temporary-foreground"}), closed(1));
   EXPECT_THAT(foregroundStory(world.record()),
               ElementsAre("frontmost?", "activate 812", frontmostScript(812), "activate 300"));
+  EXPECT_EQ(joined(transcript(world.record())), inFront + escapes);
   EXPECT_EQ(world.panelOutcomes(), "cancelled");
 }
 
@@ -226,7 +219,7 @@ TEST(Close, TemporaryForegroundOverridesStrictBackground) {
   World world("english-service-window", {deaf});
   EXPECT_EQ(world.run({"close", "--pid", "812", "--strict-background", "--temporary-foreground"}),
             closed(0));
-  EXPECT_EQ(joined(postedEventKinds(world.record())), escapes + clickAndEscape);
+  EXPECT_EQ(joined(transcript(world.record())), inFront + escapes + ", 0.680 " + clickAndEscape);
   EXPECT_THAT(foregroundStory(world.record()),
               ElementsAre("frontmost?", "activate 812", frontmostScript(812), "activate 300"));
 }
@@ -234,6 +227,7 @@ TEST(Close, TemporaryForegroundOverridesStrictBackground) {
 TEST(Close, TemporaryForegroundIsGivenBackAfterAnError) {
   World world("english-service-window", {unlisted, {"/panels/0/faults/pressRefused", -25204}});
   EXPECT_EQ(world.run({"close", "--pid", "812", "--temporary-foreground"}), failed(pressRefused));
+  EXPECT_EQ(joined(transcript(world.record())), inFront + "AXPress of AXButton in 900");
   EXPECT_THAT(foregroundStory(world.record()),
               ElementsAre("frontmost?", "activate 812", frontmostScript(812), "activate 300"));
 }
@@ -243,6 +237,14 @@ TEST(Close, StrictBackgroundLeavesTheForegroundAlone) {
   EXPECT_EQ(world.run(strict), failed(noCloseControl));
   EXPECT_THAT(foregroundStory(world.record()), ElementsAre("frontmost?", "frontmost?"));
   EXPECT_EQ(world.desktop().frontmost(), terminalPid);
+}
+
+TEST(Close, WatchesTheCapturedWindowsEvery120Milliseconds) {
+  for (const auto& arguments : {ordinary, strict}) {
+    World world("english-service-window", {noCancel, deaf});
+    world.run(arguments);
+    EXPECT_THAT(sleepLengths(world.record()), ElementsAre("0.02", "0.05", "0.08", "0.12", "0.18"));
+  }
 }
 
 }  // namespace

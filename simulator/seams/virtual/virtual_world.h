@@ -6,8 +6,10 @@
 
 namespace simulator {
 
-// Wall-clock time at the desktop's time 0.
-inline constexpr double epoch_seconds = 1'700'000'000;
+// Wall-clock time at the desktop's time 0: the beginning of 2038. Panels that show the newest first
+// show the machine's real files, so what a program dates by this clock has to be newer than they
+// are. Some file systems have only 31 bits for a date, which end in the same month.
+inline constexpr double epoch_seconds = 2'145'916'800;
 
 // Makes `desktop` the one that the program meets; null for none. Work that was handed over to
 // dispatch and never ran is forgotten. The desktop must stay until another one is attached.
