@@ -36,16 +36,24 @@ long peakKilobytesOnDesktop(const std::string& scenario, const std::vector<std::
 TEST(Footprint, EveryCommandStaysBelowEightMebibytes) {
   const TemporaryFolder folder;
   const std::string target = folder.makeFolder("target");
-  const std::vector<std::vector<std::string>> commands{
-      {"list-windows"},
-      {"list-background-panels"},
-      {"press-key", "--key", "escape"},
-      {"type-text", "--text", "文件"},
-      {"click-point", "--x", "10", "--y", "10"},
-      {"choose-folder", "--strict-background", "--path", target}};
-  for (const auto& command : commands) {
-    EXPECT_LE(peakKilobytesOnDesktop("chinese-service-window", command, folder), mostKilobytes)
-        << command.front();
+  const std::string file = folder.makeFile("file.txt");
+  const std::string chinese = "chinese-service-window";
+  const std::string english = "english-service-window";
+  const std::vector<std::pair<std::string, std::vector<std::string>>> runs{
+      {chinese, {"list-windows"}},
+      {chinese, {"list-background-panels"}},
+      {chinese, {"press-key", "--key", "escape"}},
+      {chinese, {"type-text", "--text", "文件"}},
+      {chinese, {"click-point", "--x", "10", "--y", "10"}},
+      {chinese, {"close"}},
+      {chinese, {"close", "--strict-background"}},
+      {english, {"choose-folder", "--path", target}},
+      {chinese, {"choose-folder", "--strict-background", "--path", target}},
+      {english, {"choose-path", "--path", target}},
+      {"file-panel-english", {"choose-path", "--path", file}}};
+  for (const auto& [scenario, command] : runs) {
+    EXPECT_LE(peakKilobytesOnDesktop(scenario, command, folder), mostKilobytes)
+        << command.front() << " on " << scenario;
   }
 }
 

@@ -48,6 +48,8 @@ TEST(NavigateByGoToFolderKeys, TypesThePathBetweenTheChordAndReturn) {
                           "0.050 key 0 text=/ down -> 900", "0.020 key 0 text=/ up -> 900",
                           "0.020 key 0 text=é down -> 900", "0.020 key 0 text=é up -> 900",
                           "0.020 key 36 down -> 900", "0.020 key 36 up -> 900"));
+  // Six keys of 0.02 s and the pauses after each.
+  EXPECT_NEAR(world.now(), 0.12 + (0.15 + 0.2) + 0.05 + 0.05 + 2 * 0.02 + 0.25, 1e-9);
 }
 
 TEST(NavigateByGoToFolderAX, ConfirmsTheFieldAndPressesReturnOnceMore) {
@@ -64,6 +66,12 @@ TEST(NavigateByGoToFolderAX, ConfirmsTheFieldAndPressesReturnOnceMore) {
 
 TEST(NavigateByGoToFolderAX, PostsNothingToTheSessionWhileAnotherApplicationIsFrontmost) {
   Sheet sheet;
+  sheet.world.desktop.addProcess({.pid = terminalPid,
+                                  .name = "Terminal",
+                                  .command = "Terminal",
+                                  .application = true,
+                                  .host = {}});
+  sheet.world.desktop.setFrontmost(terminalPid);
   EXPECT_EQ(sheet.failure(), "timed out after 1.5s");
   EXPECT_THAT(sheet.events(), ElementsAre("key 5+120000 down -> 900", "key 5+120000 up -> 900"));
 }
@@ -71,6 +79,13 @@ TEST(NavigateByGoToFolderAX, PostsNothingToTheSessionWhileAnotherApplicationIsFr
 TEST(NavigateByGoToFolderAX, PostsNothingToTheSessionWithoutAnOwner) {
   Sheet sheet;
   sheet.world.desktop.setFrontmost(browserPid);
+  EXPECT_EQ(sheet.failure(std::nullopt), "timed out after 1.5s");
+  EXPECT_EQ(sheet.world.desktop.record().sessionEvents(), 0U);
+}
+
+TEST(NavigateByGoToFolderAX, PostsNothingToTheSessionWhenNeitherOwnerNorFrontmostIsKnown) {
+  Sheet sheet;
+  sheet.world.desktop.setFrontmost(std::nullopt);
   EXPECT_EQ(sheet.failure(std::nullopt), "timed out after 1.5s");
   EXPECT_EQ(sheet.world.desktop.record().sessionEvents(), 0U);
 }
@@ -85,6 +100,17 @@ TEST(NavigateByGoToFolderAX, PressesTheChordThroughTheSessionWhileTheOwnerIsFron
               ElementsAre("key 5+120000 down -> 900", "key 5+120000 up -> 900",
                           "key 5+120000 down -> session", "key 5+120000 up -> session",
                           "key 36 down -> 900", "key 36 up -> 900"));
+}
+
+TEST(NavigateByGoToFolderAX, LooksForTheFieldAgainAQuarterOfASecondAfterTheSecondChord) {
+  Sheet sheet;
+  sheet.world.desktop.setFrontmost(browserPid);
+  sheet.addFieldAt(1.98);
+  sheet.go();
+  const auto deeds = transcript(sheet.world.desktop.record());
+  ASSERT_GE(deeds.size(), 5U);
+  EXPECT_EQ(deeds[3], "0.020 key 5+120000 up -> session");
+  EXPECT_EQ(deeds[4], "0.250 set AXFocused of AXTextField in 812");
 }
 
 TEST(NavigateByGoToFolderAX, FailsWithTheErrorOfTheSecondAttempt) {

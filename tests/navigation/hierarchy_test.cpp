@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+
 #include "dialog/tree.h"
 #include "support/transcript.h"
 
@@ -39,8 +41,11 @@ struct Chooser {
     Node& row = add(list, name + " row", "AXRow");
     return add(row, name, "AXTextField", {{"AXValue", name}});
   }
-  void walk(const std::string& path, double seconds) {
-    navigateByHierarchy(world.appHandle(), servicePid, path, seconds, true);
+  void walk(const std::string& path, double seconds = 10, bool allowProcessEvents = true) {
+    navigateByHierarchy(world.appHandle(), servicePid, path, seconds, allowProcessEvents);
+  }
+  std::optional<std::string> anchorFor(const std::string& path) {
+    return anchorPathFromSidebar(world.appHandle(), servicePid, path, 1, true);
   }
   std::string failure(const std::string& path, double seconds) {
     return messageOf([&] { walk(path, seconds); });
@@ -70,9 +75,108 @@ TEST(NavigateByHierarchy, TakesNeitherTheTargetNorAPlaceOfThatNameElsewhereForAn
   Chooser chooser;
   chooser.addPlace("lib", "/usr/lib", 0);
   chooser.addPlace("usr", "/srv/usr", 40);
-  EXPECT_EQ(anchorPathFromSidebar(chooser.world.appHandle(), servicePid, "/usr/lib", 1, true),
-            std::nullopt);
+  chooser.addPlace("Macintosh HD", "/", 80);
+  EXPECT_EQ(chooser.anchorFor("/usr/lib"), std::nullopt);
   EXPECT_THAT(chooser.deeds(), IsEmpty());
+}
+
+TEST(NavigateByHierarchy, KnowsAPlaceByTheNameThatIsDisplayed) {
+  Chooser chooser;
+  chooser.world.desktop.setLanguage(simulator::Language::simplifiedChinese);
+  chooser.addPlace("用户", "/Users", 0);
+  EXPECT_EQ(chooser.anchorFor("/Users/me"), "/Users");
+}
+
+TEST(NavigateByHierarchy, LeavesThePlaceAsSoonAsTheListHasChangedOrAfterOneAndAHalfSeconds) {
+  Chooser unchanged;
+  unchanged.addPlace("usr", "/usr", 0);
+  unchanged.addFolder("lib");
+  unchanged.walk("/usr/lib");
+  EXPECT_GE(unchanged.world.now(), 1.5);
+  EXPECT_LT(unchanged.world.now(), 1.7);
+
+  Chooser changed;
+  changed.addPlace("usr", "/usr", 0);
+  changed.world.desktop.schedule(0.5, [&] { changed.addFolder("lib"); });
+  changed.walk("/usr/lib");
+  EXPECT_LT(changed.world.now(), 0.7);
+}
+
+// The volume's name is shown already.
+TEST(NavigateByHierarchy, StartsAtTheVolumeWhereNoPlaceHoldsTheFolder) {
+  Chooser chooser;
+  chooser.world.desktop.addVolume("/", "Disk");
+  chooser.addFolder("usr");
+  chooser.walk("/usr");
+  EXPECT_THAT(chooser.deeds(), ElementsAre("0.150 set AXSelectedRows of AXOutline in 812",
+                                           "0.000 set AXFocused of AXOutline in 812"));
+}
+
+TEST(NavigateByHierarchy, OnlyVerifiesTheVolumeItself) {
+  Chooser chooser;
+  chooser.world.desktop.addVolume("/", "Disk");
+  chooser.walk("/");
+  EXPECT_THAT(chooser.deeds(), IsEmpty());
+
+  Chooser left;
+  left.world.desktop.addVolume("/", "Disk");
+  left.world.desktop.schedule(0.1, [&] { left.popup.set("AXValue", std::string("Backup")); });
+  EXPECT_EQ(left.failure("/", 10), "timed out after 2.0s");
+}
+
+// --- Folders on the way. ---
+
+// A chooser with the place "/usr" whose folder "share" does something when it is opened.
+struct OnTheWay : Chooser {
+  explicit OnTheWay(const std::function<void()>& opened) {
+    addPlace("usr", "/usr", 0);
+    addFolder("share").addAction("AXOpen", [opened] {
+      opened();
+      return ax::success;
+    });
+  }
+};
+
+TEST(NavigateByHierarchy, GoesOnWhenThePopupShowsTheOpenedFolder) {
+  OnTheWay chooser([&] { chooser.popup.set("AXValue", std::string("share")); });
+  chooser.addFolder("doc");
+  chooser.walk("/usr/share/doc");
+  // Return is followed by 0.08 s, the folder's arrival by 0.2 s.
+  const auto deeds = chooser.deeds();
+  ASSERT_GE(deeds.size(), 2U);
+  EXPECT_EQ(deeds[deeds.size() - 2], "0.280 set AXSelectedRows of AXOutline in 812");
+}
+
+TEST(NavigateByHierarchy, GoesOnWhenTheListHasChanged) {
+  OnTheWay chooser([&] { chooser.addFolder("doc"); });
+  chooser.walk("/usr/share/doc");
+  EXPECT_EQ(chooser.deeds().back(), "0.000 set AXFocused of AXOutline in 812");
+}
+
+TEST(NavigateByHierarchy, PostsNothingWhereThatIsNotAllowed) {
+  OnTheWay chooser([&] { chooser.addFolder("doc"); });
+  chooser.walk("/usr/share/doc", 10, false);
+  EXPECT_THAT(postedEventKinds(chooser.world.desktop.record()), IsEmpty());
+}
+
+// --- The last folder. ---
+
+TEST(NavigateByHierarchy, IsDoneWhenThePopupShowsTheFolderThoughNothingIsSelected) {
+  Chooser chooser;
+  chooser.addPlace("usr", "/usr", 0);
+  chooser.addFolder("lib");
+  chooser.list.makeSettable("AXSelectedRows", [](const Value&) { return ax::success; });
+  chooser.popup.set("AXValue", std::string("lib"));
+  EXPECT_NO_THROW(chooser.walk("/usr/lib"));
+}
+
+TEST(NavigateByHierarchy, KnowsTheRowByItsLocationUnderAnotherName) {
+  Chooser chooser;
+  chooser.addPlace("usr", "/usr", 0);
+  chooser.addFolder("Bibliothek").set("AXURL", Url{"file:///usr/lib/"});
+  chooser.popup.set("AXValue", std::string("lib"));
+  chooser.walk("/usr/lib");
+  EXPECT_EQ(chooser.deeds().back(), "0.000 set AXFocused of AXOutline in 812");
 }
 
 TEST(NavigateByHierarchy, FailsAfterTheCapOfEachWait) {
@@ -81,6 +185,7 @@ TEST(NavigateByHierarchy, FailsAfterTheCapOfEachWait) {
     Chooser withoutRow;
     withoutRow.addPlace("usr", "/usr", 0);
     EXPECT_EQ(withoutRow.failure("/usr/lib", seconds), "timed out after " + std::string(row) + "s");
+    EXPECT_THAT(sleepLengths(withoutRow.world.desktop.record()), ElementsAre("0.05", "0.1"));
 
     Chooser staysShut;
     staysShut.addPlace("usr", "/usr", 0);

@@ -78,12 +78,35 @@ TEST(OpenRow, OpensAListEntryByEveryActionADoubleClickAndThreeKeys) {
           "0.020 key 125+100000 up -> 900", "0.080 key 36 down -> 900", "0.020 key 36 up -> 900"));
 }
 
-TEST(OpenRow, PressesTheKeysForAListEntryWithoutFrame) {
+TEST(OpenRow, TriesTheFiveActionsInTheirOrder) {
+  Entry entry("list");
+  offer(entry.cell, {"AXPress", "AXConfirm", "AXShowAlternateUI", "AXShowDefaultUI", "AXOpen"});
+  entry.open(false);
+  EXPECT_THAT(entry.deeds(),
+              ElementsAre("0.000 AXOpen of AXCell in 812", "0.060 AXShowDefaultUI of AXCell in 812",
+                          "0.060 AXShowAlternateUI of AXCell in 812",
+                          "0.060 AXConfirm of AXCell in 812", "0.060 AXPress of AXCell in 812"));
+}
+
+TEST(OpenRow, OnlyPressesTheKeysForAListEntryWithoutAVisibleFrame) {
+  for (const Rect& frame : {Rect{}, Rect{100, 100, 200, 0}, Rect{100, 100, 0, 20}}) {
+    Entry entry("列表视图");
+    entry.label.setFrame(frame);
+    entry.open(true);
+    EXPECT_THAT(
+        postedEventKinds(entry.world.desktop.record()),
+        ElementsAre("key 124 down -> 900", "key 124 up -> 900", "key 125+100000 down -> 900",
+                    "key 125+100000 up -> 900", "key 36 down -> 900", "key 36 up -> 900"));
+  }
+}
+
+TEST(OpenRow, SelectsAListEntryEvenWithoutEvents) {
   Entry entry("列表视图");
-  entry.open(true);
-  EXPECT_THAT(postedEventKinds(entry.world.desktop.record()),
-              ElementsAre("key 124 down -> 900", "key 124 up -> 900", "key 125+100000 down -> 900",
-                          "key 125+100000 up -> 900", "key 36 down -> 900", "key 36 up -> 900"));
+  offer(entry.label, {"AXOpen"});
+  entry.open(false);
+  EXPECT_THAT(entry.deeds(), ElementsAre("0.000 AXOpen of AXTextField in 812",
+                                         "0.060 set AXSelectedRows of AXOutline in 812",
+                                         "0.000 set AXFocused of AXOutline in 812"));
 }
 
 TEST(OpenRow, FailsWithoutEventsWhenNoActionSucceeds) {
@@ -99,13 +122,16 @@ TEST(OpenRow, FailsWithoutEventsWhenNoActionSucceeds) {
   }
 }
 
-TEST(OpenRow, SucceedsWithoutEventsWhenOneActionDoes) {
+TEST(OpenRow, SucceedsWithoutEventsWhenOneActionOfAnyPartDoes) {
   for (const char* description : {"列表视图", "list"}) {
-    Entry entry(description);
-    offer(entry.label, {"AXOpen"}, ax::cannotComplete);
-    offer(entry.cell, {"AXConfirm"});
-    EXPECT_NO_THROW(entry.open(false)) << description;
-    EXPECT_THAT(postedEventKinds(entry.world.desktop.record()), IsEmpty()) << description;
+    for (const std::size_t opened : {0, 1, 2}) {
+      Entry entry(description);
+      const std::vector<Node*> parts{&entry.label, &entry.row, &entry.cell};
+      offer(*parts[opened], {"AXConfirm"});
+      for (Node* part : parts) offer(*part, {"AXOpen", "AXPress"}, ax::cannotComplete);
+      EXPECT_NO_THROW(entry.open(false)) << description << " " << opened;
+      EXPECT_THAT(postedEventKinds(entry.world.desktop.record()), IsEmpty());
+    }
   }
 }
 
@@ -118,6 +144,17 @@ TEST(OpenRow, DoubleClicksAnotherEntryThatHasAFrame) {
       entry.deeds(),
       ElementsAre("0.000 mouse down 1 (200, 110) -> 900", "0.050 mouse up 1 (200, 110) -> 900",
                   "0.060 mouse down 2 (200, 110) -> 900", "0.050 mouse up 2 (200, 110) -> 900"));
+}
+
+TEST(OpenRow, TakesTheTextAroundANodeForItsLabel) {
+  for (const char* role : {"AXTextField", "AXStaticText"}) {
+    BareDesktop world;
+    Node& text = add(world.app(), "text", role);
+    text.setFrame(Rect{10, 20, 40, 60});
+    Node& icon = add(text, "icon", "AXImage");
+    openRow(servicePid, NodeRef{world.handle(icon), world.handle(text)}, true);
+    EXPECT_EQ(postedEventKinds(world.desktop.record()).front(), "mouse down 1 (30, 50) -> 900");
+  }
 }
 
 TEST(OpenRow, TakesANodeWithoutTextForItsOwnLabel) {
@@ -179,6 +216,15 @@ TEST(StabilizeFolderSelection, ConfirmsTheNameFieldAndOpensTheRow) {
                           "0.020 key 124 up -> 900", "0.080 key 125+100000 down -> 900",
                           "0.020 key 125+100000 up -> 900", "0.080 key 36 down -> 900",
                           "0.020 key 36 up -> 900"));
+  const double lastKey = std::stod(postedEvents(entry.world.desktop.record()).back());
+  EXPECT_NEAR(entry.world.now() - lastKey, 0.08 + 0.15, 0.001);
+}
+
+TEST(StabilizeFolderSelection, KnowsTheRowByItsLocation) {
+  Entry entry("列表视图");
+  entry.label.set("AXValue", std::string("Bibliothek"));
+  entry.label.set("AXURL", simulator::Url{"file:///usr/lib/"});
+  EXPECT_NO_THROW(stabilizeFolderSelection(entry.world.appHandle(), servicePid, "/usr/lib", 1));
 }
 
 }  // namespace
