@@ -109,11 +109,13 @@ struct Variable {
   std::string value;
 };
 
-// What connects a program to the desktop at `socket`.
-std::vector<Variable> connection(const std::string& socket) {
+// What connects a program to the desktop at `socket`. The capture helper is a program like any
+// other, so a desktop without it is one on which nobody is told where it lies.
+std::vector<Variable> connection(const std::string& socket, const Desktop& desktop) {
+  const bool helper = !desktop.faults().missing_programs.contains("background-window-capture");
   return {{desktop_variable, socket},
           {programs_variable, programsFolder()},
-          {"ZORVILET_BIN", programsFolder()}};
+          {"ZORVILET_BIN", helper ? programsFolder() : ""}};
 }
 
 std::string shellQuoted(const std::string& text) {
@@ -216,7 +218,7 @@ int run(Arguments arguments) {
   const std::string socket = folder.path() + "/desktop";
   // The terminal sends SIGINT and SIGQUIT to the command as well: it decides what they mean.
   noteSignals({SIGCHLD, SIGTERM, SIGHUP, SIGINT, SIGQUIT});
-  for (const Variable& variable : connection(socket)) {
+  for (const Variable& variable : connection(socket, scene->desktop)) {
     setenv(variable.name.c_str(), variable.value.c_str(), 1);
   }
   Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
@@ -238,7 +240,7 @@ int serve(Arguments arguments) {
   const auto scene = makeScene(scenarioOf(scenario));
   noteSignals({SIGINT, SIGTERM});
   Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
-  for (const Variable& variable : connection(socket)) {
+  for (const Variable& variable : connection(socket, scene->desktop)) {
     std::cout << "export " << variable.name << '=' << shellQuoted(variable.value) << std::endl;
   }
   server.serveUntil(signal_pipe[0]);
