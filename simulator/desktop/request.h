@@ -31,7 +31,8 @@ inline constexpr std::int32_t noValue = -25212;
 struct CopyAttribute {
   ElementId element;
   std::string name;
-  std::optional<Seconds> patience;  // how long the program waits for the answer; absent: for ever
+  // How long the program waits for the answer; absent: for ever.
+  std::optional<Seconds> patience = {};
 };
 struct SetAttribute {
   ElementId element;
