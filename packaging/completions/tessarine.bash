@@ -1,5 +1,12 @@
 # Completions of tessarine and background-window-capture for bash.
 
+# Files and folders, also where bash is as old as on macOS.
+_tessarine_files() {
+  local IFS=$'\n'
+  compopt -o filenames 2>/dev/null
+  COMPREPLY=($(compgen -f -- "$current"))
+}
+
 _tessarine() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local commands="close choose-folder choose-path click-point type-text press-key list-windows
@@ -11,7 +18,7 @@ _tessarine() {
     return
   fi
   case $previous in
-    --path) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -f -- "$current"); return ;;
+    --path) _tessarine_files; return ;;
     --key) COMPREPLY=($(compgen -W "$keys" -- "$current")); return ;;
     --pid | --timeout | --x | --y | --text | --exclude-window-id) return ;;
   esac
@@ -36,8 +43,7 @@ _background_window_capture() {
   if [[ $COMP_CWORD == 1 ]]; then
     COMPREPLY=($(compgen -W "list capture --help" -- "$current"))
   elif [[ $previous == --out ]]; then
-    compopt -o filenames 2>/dev/null
-    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+    _tessarine_files
   elif [[ ${COMP_WORDS[1]} == capture && $previous != --window-id ]]; then
     COMPREPLY=($(compgen -W "--window-id --out" -- "$current"))
   fi
