@@ -37,21 +37,36 @@ struct TitledFrame {
   std::string title;
 };
 
-void addWithSheets(const Element& window, int depth, std::vector<TitledFrame>& found) {
-  found.push_back({axFrame(window), axTitle(window)});
-  if (depth == 0) return;
-  for (const Element& child : axChildren(window)) {
-    if (axRole(child) == "AXSheet") addWithSheets(child, depth - 1, found);
-  }
-}
+// What has been found out until the deadline, one process after the other.
+class Search {
+ public:
+  explicit Search(double deadline) : deadline_(deadline) {}
 
-std::vector<TitledFrame> titledFrames(std::int32_t pid) {
-  std::vector<TitledFrame> found;
-  for (const Element& window : axElements(Element::application(pid), "AXWindows")) {
-    addWithSheets(window, sheetDepth, found);
+  const std::vector<TitledFrame>& titledFrames(std::int32_t pid) {
+    const auto [asked, isNew] = found_.try_emplace(pid);
+    if (isNew && !isOver()) {
+      for (const Element& window : axElements(Element::application(pid), "AXWindows")) {
+        addWithSheets(window, sheetDepth, asked->second);
+      }
+    }
+    return asked->second;
   }
-  return found;
-}
+
+ private:
+  bool isOver() const { return currentTime() >= deadline_; }
+
+  void addWithSheets(const Element& window, int depth, std::vector<TitledFrame>& found) const {
+    if (isOver()) return;
+    found.push_back({axFrame(window), axTitle(window)});
+    if (depth == 0) return;
+    for (const Element& child : axChildren(window)) {
+      if (axRole(child) == "AXSheet") addWithSheets(child, depth - 1, found);
+    }
+  }
+
+  double deadline_;
+  std::map<std::int32_t, std::vector<TitledFrame>> found_;
+};
 
 bool isLookedUp(const ListedWindow& window) {
   return !window.title && window.layer >= normalLayer && window.layer <= modalPanelLayer;
@@ -62,15 +77,10 @@ bool isLookedUp(const ListedWindow& window) {
 void readWithheldTitles(std::vector<ListedWindow>& windows) {
   if (std::none_of(windows.begin(), windows.end(), isLookedUp)) return;
   const AnswerLimit limit(answerSeconds);
-  const double deadline = currentTime() + totalSeconds;
-  std::map<std::int32_t, std::vector<TitledFrame>> asked;
+  Search search(currentTime() + totalSeconds);
   for (ListedWindow& window : windows) {
     if (!isLookedUp(window)) continue;
-    if (!asked.contains(window.pid)) {
-      if (currentTime() >= deadline) continue;
-      asked.emplace(window.pid, titledFrames(window.pid));
-    }
-    const auto& candidates = asked.at(window.pid);
+    const auto& candidates = search.titledFrames(window.pid);
     const auto same =
         std::find_if(candidates.begin(), candidates.end(), [&](const TitledFrame& candidate) {
           return candidate.frame == window.frame && !candidate.title.empty();

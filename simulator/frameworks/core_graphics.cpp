@@ -76,8 +76,8 @@ bool CGRectIntersectsRect(CGRect one, CGRect other) {
   return !CGRectIsNull(CGRectIntersection(one, other));
 }
 
-// Assumed, after the open-source Foundation: rectangles that only touch intersect in a rectangle
-// that is empty, not null.
+// Assumed, after the open-source Foundation (tests/contract/rectangles_test.cpp asks a Mac):
+// rectangles that only touch intersect in one that is empty, not null.
 CGRect CGRectIntersection(CGRect one, CGRect other) {
   if (CGRectIsNull(one) || CGRectIsNull(other)) return null_rect;
   one = standardized(one);

@@ -17,8 +17,8 @@ void runProcessList(ProgramRun& run);
 // line on standard error for a script that cannot be compiled or carried out.
 void runScript(ProgramRun& run);
 
-// "/usr/sbin/screencapture" as `-x -o -t png -lNUMBER FILE`: writes an image of one window. Status 1
-// and one line on standard error without that window or the permission to see it. Assumed: both.
+// "/usr/sbin/screencapture" as `-x -o -t png -lNUMBER FILE`: writes an image of one window. Status
+// 1 and one line on standard error without that window or the permission to see it. Assumed: both.
 void runSnapshot(ProgramRun& run);
 
 }  // namespace simulator

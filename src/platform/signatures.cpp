@@ -1,6 +1,6 @@
 // What this program takes for granted about the platform's declarations, compiled against whichever
-// headers the build uses: the platform's own, or those of the simulated desktop. A difference
-// between the two is an error in one of the builds.
+// headers the build uses, the platform's own or others in their place. A difference between them is
+// an error in one of the builds.
 //
 // Functions are compared by the platform's names for types; what the names stand for comes first.
 #include "platform/signature.h"
