@@ -35,7 +35,7 @@ struct Faults {
   std::set<Pid> silent_processes;  // accessibility requests to these are never answered
   std::set<std::string> missing_programs;  // by path or by file name: cannot be started
   bool script_hangs = false;               // osascript never ends
-  bool capture_helper_hangs = false;       // background-window-capture never ends
+  bool window_list_hangs = false;          // the window server never lists its windows
   bool ps_prints_nothing = false;
   bool screen_recording_denied = false;  // window titles are hidden, no window can be captured
 };
@@ -165,6 +165,7 @@ class Desktop {
   Reply reply(const AskRunning& request);
   Reply reply(const Activate& request);
   Reply reply(const AskScreens& request);
+  Reply reply(const AskWindows& request);
   Reply reply(const AskDisplayName& request);
 
   template <typename Asked>

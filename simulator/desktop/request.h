@@ -31,6 +31,8 @@ inline constexpr std::int32_t noValue = -25212;
 struct CopyAttribute {
   ElementId element;
   std::string name;
+  // How long the program waits for the answer; absent: for ever.
+  std::optional<Seconds> patience = {};
 };
 struct SetAttribute {
   ElementId element;
@@ -70,13 +72,16 @@ struct AskRunning {      // reply: true when it runs, false when it is known but
 struct Activate {  // reply: true when the application exists and was told to come forward
   Pid pid = 0;
 };
-struct AskScreens {};    // reply: list of lists {x, y, width, height}, Quartz points, main first
+struct AskScreens {};  // reply: list of lists {x, y, width, height}, Quartz points, main first
+struct AskWindows {};  // reply: list of lists {number, pid, owner's name, title or no value, layer,
+                       // x, y, width, height}, those on the screen, front first
 struct AskDisplayName {  // reply: the name under which the file browser shows the path
   std::string path;
 };
 
-using Request = std::variant<CopyAttribute, SetAttribute, CopyActionNames, PerformAction, PostEvent,
-                             AskFrontmost, AskRunning, Activate, AskScreens, AskDisplayName>;
+using Request =
+    std::variant<CopyAttribute, SetAttribute, CopyActionNames, PerformAction, PostEvent,
+                 AskFrontmost, AskRunning, Activate, AskScreens, AskWindows, AskDisplayName>;
 
 // An answer. `error` is an accessibility error code; requests that are not accessibility requests
 // always answer with success.

@@ -11,6 +11,8 @@ namespace {
 constexpr Seconds request_price = 0.0003;
 // Assumed: asking the workspace to bring an application forward.
 constexpr Seconds activation_price = 0.05;
+// Of sums of times.
+constexpr Seconds rounding = 1e-9;
 
 template <typename T>
 constexpr bool is_accessibility =
@@ -28,15 +30,22 @@ Seconds Desktop::price(const Request& request) const {
       [this](const auto& asked) -> Seconds {
         using T = std::decay_t<decltype(asked)>;
         if constexpr (std::is_same_v<T, Activate>) return activation_price;
+        if constexpr (std::is_same_v<T, AskWindows>) {
+          return faults_.window_list_hangs ? never_answered_price : 0;
+        }
         if constexpr (is_accessibility<T>) {
-          if (faults_.silent_processes.contains(asked.element.pid)) return never_answered_price;
+          Seconds patience = never_answered_price;
+          if constexpr (std::is_same_v<T, CopyAttribute>) {
+            patience = asked.patience.value_or(patience);
+          }
+          if (faults_.silent_processes.contains(asked.element.pid)) return patience;
           const Element* element = findElement(asked.element);
           if (faults_.untrusted || element == nullptr) return request_price;
           Seconds price = request_price;
           if constexpr (std::is_same_v<T, PerformAction>) {
             price = element->actionPrice(asked.name).value_or(request_price);
           }
-          return std::max(price, element->readableFrom() - now_);
+          return std::min(std::max(price, element->readableFrom() - now_), patience);
         }
         return 0;
       },
@@ -86,7 +95,10 @@ std::int32_t Desktop::refusal(ElementId id) const {
   // M: without trust macOS 26 answers -25204. A process that never answers looks the same to who
   // waited for it.
   if (faults_.untrusted || faults_.silent_processes.contains(id.pid)) return ax::cannotComplete;
-  if (findElement(id) != nullptr) return ax::success;
+  // So does an element that is not there yet when the asker's patience ends.
+  if (const Element* element = findElement(id)) {
+    return element->readableFrom() > now_ + rounding ? ax::cannotComplete : ax::success;
+  }
   // Assumed: who holds an element of a process that has ended learns that it is invalid, who asks
   // the application itself reaches nobody.
   return id.number == 0 ? ax::cannotComplete : ax::invalidElement;
@@ -186,6 +198,21 @@ Reply Desktop::reply(const AskScreens&) {
     screens.emplace_back(List{screen.x, screen.y, screen.width, screen.height});
   }
   return {ax::success, std::move(screens)};
+}
+
+// Titles are other programs' business: without permission nobody learns them.
+Reply Desktop::reply(const AskWindows&) {
+  List windows;
+  for (const auto& window : windows_) {
+    if (!window->listed || !window->on_screen) continue;
+    const Value title = faults_.screen_recording_denied ? Value() : Value(window->title);
+    const Rect& frame = window->frame;
+    windows.emplace_back(List{static_cast<double>(window->number),
+                              static_cast<double>(window->owner), findProcess(window->owner)->name,
+                              title, static_cast<double>(window->layer), frame.x, frame.y,
+                              frame.width, frame.height});
+  }
+  return {ax::success, std::move(windows)};
 }
 
 Reply Desktop::reply(const AskDisplayName& request) {

@@ -13,6 +13,7 @@ struct Window {
   std::uint32_t number = 0;  // handed out by Desktop::addWindow, unique on the desktop
   Pid owner = 0;
   std::string title;           // as the window server knows it; the element has its own "AXTitle"
+  int layer = 0;               // 0 for ordinary windows, higher for what floats above them
   Rect frame;                  // Quartz screen points
   bool listed = true;          // false: left out of the window list, though on the screen
   bool capturable = true;      // false: no image can be made of it

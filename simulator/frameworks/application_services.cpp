@@ -1,6 +1,8 @@
 #include "ApplicationServices/ApplicationServices.h"
 
+#include <atomic>
 #include <limits>
+#include <optional>
 
 #include "simulator/desktop/text.h"
 #include "simulator/frameworks/desktop_link.h"
@@ -21,6 +23,17 @@ std::string textOf(CFStringRef text, const char* user) {
   return simulator::utf8FromUtf16(simulator::payload<std::u16string>(text, user));
 }
 
+// The element that stands for no process.
+constexpr ElementId system_wide{};
+
+// Of every request of this process; 0: the default. Not modelled: that the default is a time too.
+std::atomic<float> messaging_timeout = 0;
+
+std::optional<simulator::Seconds> patience() {
+  const float seconds = messaging_timeout;
+  return seconds > 0 ? std::optional<simulator::Seconds>(seconds) : std::nullopt;
+}
+
 // Hands out the answer's value with one reference, or nothing that could be used.
 template <class Reference>
 AXError handOut(const Reply& reply, Reference* out, const char* creator) {
@@ -32,14 +45,32 @@ AXError handOut(const Reply& reply, Reference* out, const char* creator) {
 
 }  // namespace
 
+// A request that cannot be given up: what it does happens even if nobody waits for its answer.
+void refuseImpatience(const char* user) {
+  if (patience()) simulator::refuse(user, "giving up is modelled for reads of attributes alone");
+}
+
+AXUIElementRef AXUIElementCreateSystemWide() {
+  return simulator::make<AXUIElementRef>(system_wide, __func__);
+}
+
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds) {
+  if (elementOf(element, __func__) != system_wide) {
+    simulator::refuse(__func__, "only the system-wide element is modelled");
+  }
+  if (seconds < 0) return static_cast<AXError>(simulator::ax::illegalArgument);
+  messaging_timeout = seconds;
+  return kAXErrorSuccess;
+}
+
 AXUIElementRef AXUIElementCreateApplication(pid_t pid) {
   return simulator::make<AXUIElementRef>(ElementId{pid, 0}, __func__);
 }
 
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                       CFTypeRef* value) {
-  return handOut(desktopLink().ask(simulator::CopyAttribute{elementOf(element, __func__),
-                                                            textOf(attribute, __func__)}),
+  return handOut(desktopLink().ask(simulator::CopyAttribute{
+                     elementOf(element, __func__), textOf(attribute, __func__), patience()}),
                  value, __func__);
 }
 

@@ -1,6 +1,8 @@
 #include "CoreFoundation/CoreFoundation.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 
 #include "simulator/frameworks/object.h"
 
@@ -72,6 +74,12 @@ CFTypeID CFStringGetTypeID() {
 CFTypeID CFArrayGetTypeID() {
   return typeId(ArrayMembers{});
 }
+CFTypeID CFDictionaryGetTypeID() {
+  return typeId(simulator::DictionaryMembers{});
+}
+CFTypeID CFNumberGetTypeID() {
+  return typeId(0.0);
+}
 CFTypeID CFBooleanGetTypeID() {
   return typeId(true);
 }
@@ -128,6 +136,23 @@ const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
            "index " + std::to_string(index) + " of an array of " + std::to_string(values.size()));
   }
   return values[static_cast<std::size_t>(index)];
+}
+
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
+  const auto& name = simulator::payload<std::u16string>(key, __func__);
+  for (const auto& [held, value] :
+       simulator::payload<simulator::DictionaryMembers>(dictionary, __func__).values) {
+    if (held == name) return value;
+  }
+  return nullptr;
+}
+
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* out) {
+  if (type != kCFNumberSInt32Type) refuse(__func__, "only 32-bit integers are modelled");
+  const double held = simulator::payload<double>(number, __func__);
+  const double kept = std::clamp<double>(std::trunc(held), INT32_MIN, INT32_MAX);
+  *static_cast<std::int32_t*>(out) = static_cast<std::int32_t>(kept);
+  return kept == held;
 }
 
 Boolean CFBooleanGetValue(CFBooleanRef boolean) {

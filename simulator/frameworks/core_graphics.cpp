@@ -1,6 +1,7 @@
 #include "CoreGraphics/CoreGraphics.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "simulator/frameworks/desktop_link.h"
@@ -18,6 +19,9 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double largest = std::numeric_limits<double>::max();
 constexpr CGRect null_rect{{infinity, infinity}, {0, 0}};
 constexpr CGRect infinite_rect{{-largest / 2, -largest / 2}, {largest, largest}};
+
+// The members of a rectangle in a dictionary.
+constexpr std::array<const char16_t*, 4> bounds_keys{u"X", u"Y", u"Width", u"Height"};
 
 bool same(const CGRect& one, const CGRect& other) {
   return one.origin.x == other.origin.x && one.origin.y == other.origin.y &&
@@ -72,8 +76,8 @@ bool CGRectIntersectsRect(CGRect one, CGRect other) {
   return !CGRectIsNull(CGRectIntersection(one, other));
 }
 
-// Assumed, after the open-source Foundation: rectangles that only touch intersect in a rectangle
-// that is empty, not null.
+// Assumed, after the open-source Foundation (tests/contract/rectangles_test.cpp asks a Mac):
+// rectangles that only touch intersect in one that is empty, not null.
 CGRect CGRectIntersection(CGRect one, CGRect other) {
   if (CGRectIsNull(one) || CGRectIsNull(other)) return null_rect;
   one = standardized(one);
@@ -134,4 +138,76 @@ void CGEventPost(CGEventTapLocation tap, CGEventRef event) {
 
 void CGEventPostToPid(pid_t pid, CGEventRef event) {
   post(event, pid, __func__);
+}
+
+namespace {
+
+// A constant of the framework.
+CFStringRef constant(const char16_t* text) {
+  auto* string = new simulator::Object;
+  string->references = 1;
+  string->creator = "the framework";
+  string->immortal = true;
+  string->payload = std::u16string(text);
+  return reinterpret_cast<CFStringRef>(string);
+}
+
+// One description of a window, as AskWindows is answered: in this order.
+CFTypeRef describe(const simulator::List& window, const char* creator) {
+  enum { number, owner, owner_name, name, layer, frame };
+  simulator::DictionaryMembers members;
+  const auto add = [&](CFStringRef key, const simulator::Value& value) {
+    if (std::holds_alternative<std::monostate>(value)) return;
+    members.values.emplace_back(simulator::payload<std::u16string>(key, creator),
+                                simulator::toCf(value, creator));
+  };
+  add(kCGWindowNumber, window.at(number));
+  add(kCGWindowOwnerPID, window.at(owner));
+  add(kCGWindowOwnerName, window.at(owner_name));
+  add(kCGWindowName, window.at(name));
+  add(kCGWindowLayer, window.at(layer));
+  simulator::DictionaryMembers bounds;
+  std::size_t position = frame;
+  for (const char16_t* key : bounds_keys) {
+    bounds.values.emplace_back(key, simulator::toCf(window.at(position++), creator));
+  }
+  members.values.emplace_back(simulator::payload<std::u16string>(kCGWindowBounds, creator),
+                              simulator::make<CFTypeRef>(std::move(bounds), creator));
+  return simulator::make<CFTypeRef>(std::move(members), creator);
+}
+
+}  // namespace
+
+const CFStringRef kCGWindowNumber = constant(u"kCGWindowNumber");
+const CFStringRef kCGWindowOwnerPID = constant(u"kCGWindowOwnerPID");
+const CFStringRef kCGWindowOwnerName = constant(u"kCGWindowOwnerName");
+const CFStringRef kCGWindowName = constant(u"kCGWindowName");
+const CFStringRef kCGWindowLayer = constant(u"kCGWindowLayer");
+const CFStringRef kCGWindowBounds = constant(u"kCGWindowBounds");
+
+CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID relativeTo) {
+  if (option != kCGWindowListOptionOnScreenOnly || relativeTo != kCGNullWindowID) {
+    refuse(__func__, "only the windows on the screen are modelled");
+  }
+  const simulator::Reply reply = simulator::desktopLink().ask(simulator::AskWindows{});
+  const auto* windows = std::get_if<simulator::List>(&reply.value);
+  if (!windows) return nullptr;
+  simulator::ArrayMembers members;
+  for (const simulator::Value& window : *windows) {
+    members.values.push_back(describe(std::get<simulator::List>(window), __func__));
+  }
+  return simulator::make<CFArrayRef>(std::move(members), __func__);
+}
+
+bool CGRectMakeWithDictionaryRepresentation(CFDictionaryRef dictionary, CGRect* rect) {
+  const auto& held = simulator::payload<simulator::DictionaryMembers>(dictionary, __func__).values;
+  std::array<double, std::size(bounds_keys)> numbers{};
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const auto found =
+        std::ranges::find(held, bounds_keys[i], &std::pair<std::u16string, CFTypeRef>::first);
+    if (found == held.end()) return false;
+    numbers[i] = simulator::payload<double>(found->second, __func__);
+  }
+  *rect = CGRectMake(numbers[0], numbers[1], numbers[2], numbers[3]);
+  return true;
 }

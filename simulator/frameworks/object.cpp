@@ -15,8 +15,9 @@ namespace {
 constexpr std::size_t quarantine_size = 4096;
 
 // By the index of the payload.
-constexpr const char* kind_names[] = {"string",  "array", "boolean", "number", "URL",
-                                      "element", "point", "size",    "event",  "dispatch group"};
+constexpr const char* kind_names[] = {"string", "array",          "boolean",   "number",
+                                      "URL",    "element",        "point",     "size",
+                                      "event",  "dispatch group", "dictionary"};
 static_assert(std::size(kind_names) == std::variant_size_v<Payload>);
 
 // Every object that there ever was. Memory is not given back but used again, oldest first, once
@@ -84,6 +85,7 @@ struct Reader {
   }
   Value operator()(const InputEvent&) const { refuse(user, "an event is not a value"); }
   Value operator()(const DispatchGroup&) const { refuse(user, "a group is not a value"); }
+  Value operator()(const DictionaryMembers&) const { refuse(user, "a dictionary is not a value"); }
   template <class T>
   Value operator()(const T& plain) const {
     return plain;
@@ -141,6 +143,9 @@ void release(const void* reference, const char* user) {
   if (dying.immortal || --dying.references > 0) return;
   if (const auto* array = std::get_if<ArrayMembers>(&dying.payload)) {
     for (CFTypeRef member : array->values) release(member, user);
+  }
+  if (const auto* dictionary = std::get_if<DictionaryMembers>(&dying.payload)) {
+    for (const auto& [key, member] : dictionary->values) release(member, user);
   }
   Store& all = store();
   const std::lock_guard lock(all.mutex);

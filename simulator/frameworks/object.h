@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -16,12 +17,15 @@ namespace simulator {
 struct ArrayMembers {
   std::vector<CFTypeRef> values;
 };
+struct DictionaryMembers {
+  std::vector<std::pair<std::u16string, CFTypeRef>> values;  // by their keys
+};
 struct DispatchGroup {
   long entered = 0;
 };
 using InputEvent = std::variant<KeyEvent, MouseEvent>;
 using Payload = std::variant<std::u16string, ArrayMembers, bool, double, Url, ElementId, Point,
-                             Size, InputEvent, DispatchGroup>;
+                             Size, InputEvent, DispatchGroup, DictionaryMembers>;
 
 struct Object {
   std::atomic<long> references{0};

@@ -5,7 +5,7 @@ namespace simulator {
 void installPrograms(Desktop& desktop) {
   desktop.installProgram("/bin/ps", runProcessList);
   desktop.installProgram("/usr/bin/osascript", runScript);
-  desktop.installProgram("background-window-capture", runCaptureHelper);
+  desktop.installProgram("/usr/sbin/screencapture", runSnapshot);
 }
 
 }  // namespace simulator

@@ -5,7 +5,7 @@
 
 namespace simulator {
 
-// Installs "/bin/ps", "/usr/bin/osascript" and, in whatever folder, "background-window-capture".
+// Installs "/bin/ps", "/usr/bin/osascript" and "/usr/sbin/screencapture".
 void installPrograms(Desktop& desktop);
 
 // "/bin/ps", in two forms: `-axo pid=,command=` prints a line for each process of the desktop, the
@@ -17,10 +17,8 @@ void runProcessList(ProgramRun& run);
 // line on standard error for a script that cannot be compiled or carried out.
 void runScript(ProgramRun& run);
 
-// The window snapshot helper. `list` prints the listed windows on the screen, front to back, one on
-// each line with tabs between NUMBER, pid=, app=, title= and frame=X,Y,WIDTH,HEIGHT.
-// `capture --window-id NUMBER --out FILE` writes an image of one window, or ends with status 1.
-// Anything else is status 2.
-void runCaptureHelper(ProgramRun& run);
+// "/usr/sbin/screencapture" as `-x -o -t png -lNUMBER FILE`: writes an image of one window. Status
+// 1 and one line on standard error without that window or the permission to see it. Assumed: both.
+void runSnapshot(ProgramRun& run);
 
 }  // namespace simulator

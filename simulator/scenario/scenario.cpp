@@ -287,7 +287,7 @@ Faults readFaults(const JsonPlace& place) {
     for (const auto& item : missing->items()) faults.missing_programs.insert(item.text());
   }
   object.read("scriptHangs", faults.script_hangs);
-  object.read("captureHelperHangs", faults.capture_helper_hangs);
+  object.read("captureHelperHangs", faults.window_list_hangs);
   object.read("psPrintsNothing", faults.ps_prints_nothing);
   object.read("screenRecordingDenied", faults.screen_recording_denied);
   object.refuseOthers();

@@ -30,7 +30,7 @@ Connection::~Connection() {
 nlohmann::json Connection::exchange(const Message& message) {
   const std::string bytes = pack(encode(message));
   for (std::size_t sent = 0; sent < bytes.size();) {
-    const ssize_t count = send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+    const ssize_t count = send(socket_, bytes.data() + sent, bytes.size() - sent, send_flags);
     if (count < 0 && errno != EINTR) throw lost();
     if (count > 0) sent += static_cast<std::size_t>(count);
   }

@@ -15,6 +15,7 @@ std::string programPath(const std::string& called) {
   const std::string name = called.substr(called.rfind('/') + 1);
   if (name == "ps") return "/bin/ps";
   if (name == "osascript") return "/usr/bin/osascript";
+  if (name == "screencapture") return "/usr/sbin/screencapture";
   return name;
 }
 

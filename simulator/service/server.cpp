@@ -113,6 +113,7 @@ void Server::accept() {
   if (socket < 0) return;
   fcntl(socket, F_SETFD, FD_CLOEXEC);
   fcntl(socket, F_SETFL, O_NONBLOCK);
+  sparePipeSignal(socket);
   clients_[socket];
 }
 
@@ -202,7 +203,7 @@ void Server::flush(int socket) {
   if (!clients_.contains(socket)) return;
   std::string& unsent = clients_[socket].unsent;
   while (!unsent.empty()) {
-    const ssize_t count = ::send(socket, unsent.data(), unsent.size(), MSG_NOSIGNAL);
+    const ssize_t count = ::send(socket, unsent.data(), unsent.size(), send_flags);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0 && errno == EAGAIN) return;
     if (count <= 0) return drop(socket);

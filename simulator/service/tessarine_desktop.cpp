@@ -23,6 +23,7 @@
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "simulator/service/client.h"
+#include "simulator/service/own_path.h"
 #include "simulator/service/server.h"
 #include "simulator/service/server_report.h"
 
@@ -99,9 +100,12 @@ Scenario scenarioOf(const std::string& name) {
   return bundledScenario(name);
 }
 
-// The stand-in programs lie beside this one.
+// The desktop's programs: where they are built, beside this one, or where they are installed.
 std::string programsFolder() {
-  return fs::read_symlink("/proc/self/exe").parent_path() / "desktop-programs";
+  const fs::path folder = ownPath().parent_path();
+  const fs::path built = folder / "desktop-programs";
+  if (fs::exists(built)) return built;
+  return folder.parent_path() / "libexec" / "tessarine-desktop";
 }
 
 struct Variable {
@@ -109,11 +113,20 @@ struct Variable {
   std::string value;
 };
 
-// What connects a program to the desktop at `socket`.
-std::vector<Variable> connection(const std::string& socket) {
-  return {{desktop_variable, socket},
-          {programs_variable, programsFolder()},
-          {"ZORVILET_BIN", programsFolder()}};
+// What connects a program to the desktop at `socket`. The capture helper is a program like any
+// other, so a desktop without it is one on which nobody is told where it lies. On a Mac the tool
+// itself is of two kinds, and the search path leads to the one for the desktop.
+std::vector<Variable> connection(const std::string& socket, const Desktop& desktop) {
+  const std::string programs = programsFolder();
+  const bool helper = !desktop.faults().missing_programs.contains("background-window-capture");
+  std::vector<Variable> variables{{desktop_variable, socket},
+                                  {programs_variable, programs},
+                                  {"ZORVILET_BIN", helper ? programs : ""}};
+  const char* path = std::getenv("PATH");
+  if (const std::string commands = programs + "/commands"; fs::exists(commands)) {
+    variables.push_back({"PATH", path ? commands + ":" + path : commands});
+  }
+  return variables;
 }
 
 std::string shellQuoted(const std::string& text) {
@@ -216,7 +229,7 @@ int run(Arguments arguments) {
   const std::string socket = folder.path() + "/desktop";
   // The terminal sends SIGINT and SIGQUIT to the command as well: it decides what they mean.
   noteSignals({SIGCHLD, SIGTERM, SIGHUP, SIGINT, SIGQUIT});
-  for (const Variable& variable : connection(socket)) {
+  for (const Variable& variable : connection(socket, scene->desktop)) {
     setenv(variable.name.c_str(), variable.value.c_str(), 1);
   }
   Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
@@ -238,7 +251,7 @@ int serve(Arguments arguments) {
   const auto scene = makeScene(scenarioOf(scenario));
   noteSignals({SIGINT, SIGTERM});
   Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
-  for (const Variable& variable : connection(socket)) {
+  for (const Variable& variable : connection(socket, scene->desktop)) {
     std::cout << "export " << variable.name << '=' << shellQuoted(variable.value) << std::endl;
   }
   server.serveUntil(signal_pipe[0]);

@@ -40,7 +40,8 @@ json encodeTarget(const std::optional<Pid>& target) {
 
 struct RequestEncoder {
   json operator()(const CopyAttribute& r) const {
-    return {"copy", r.element.pid, r.element.number, r.name};
+    const json patience = r.patience ? json(*r.patience) : json();
+    return {"copy", r.element.pid, r.element.number, r.name, patience};
   }
   json operator()(const SetAttribute& r) const {
     return {"set", r.element.pid, r.element.number, r.name, encodeValue(r.value)};
@@ -65,6 +66,7 @@ struct RequestEncoder {
   json operator()(const AskRunning& r) const { return json::array({"running", r.pid}); }
   json operator()(const Activate& r) const { return json::array({"activate", r.pid}); }
   json operator()(const AskScreens&) const { return json::array({"screens"}); }
+  json operator()(const AskWindows&) const { return json::array({"windows"}); }
   json operator()(const AskDisplayName& r) const { return json::array({"display name", r.path}); }
 };
 
@@ -126,11 +128,13 @@ ElementId takeElement(Members& members) {
   return {pid, members.take<std::uint64_t>()};
 }
 
-std::optional<Pid> takeTarget(Members& members) {
-  const json& target = members.next();
-  if (target.is_null()) return {};
-  const json wrapped = json::array({target});
-  return Members(wrapped).take<Pid>();
+// Null for what is absent.
+template <class T>
+std::optional<T> takeOptional(Members& members) {
+  const json& member = members.next();
+  if (member.is_null()) return {};
+  const json wrapped = json::array({member});
+  return Members(wrapped).take<T>();
 }
 
 Value decodeRecordValue(const json& record) {
@@ -176,7 +180,7 @@ std::optional<std::u16string> takeUnits(Members& members) {
 }
 
 Message takeKey(Members& members) {
-  const auto target = takeTarget(members);
+  const auto target = takeOptional<Pid>(members);
   KeyEvent key;
   key.keyCode = members.take<std::uint16_t>();
   key.down = members.take<bool>();
@@ -186,7 +190,7 @@ Message takeKey(Members& members) {
 }
 
 Message takeMouse(Members& members) {
-  const auto target = takeTarget(members);
+  const auto target = takeOptional<Pid>(members);
   MouseEvent mouse;
   mouse.type = members.take<std::uint32_t>();
   mouse.at = takePoint(members);
@@ -208,26 +212,33 @@ Message takeProgram(Members& members) {
   return start;
 }
 
-// CopyAttribute and PerformAction.
-template <class T>
-Message takeElementAndName(Members& members) {
+Message takeCopy(Members& members) {
+  CopyAttribute copy;
+  copy.element = takeElement(members);
+  copy.name = members.take<std::string>();
+  copy.patience = takeOptional<Seconds>(members);
+  return Request(std::move(copy));
+}
+
+Message takePerform(Members& members) {
   const ElementId element = takeElement(members);
-  return Request(T{element, members.take<std::string>()});
+  return Request(PerformAction{element, members.take<std::string>()});
 }
 
 using Taker = Message (*)(Members&);
 const std::map<std::string, Taker>& takers() {
   static const std::map<std::string, Taker> table = {
-      {"copy", takeElementAndName<CopyAttribute>},
+      {"copy", takeCopy},
       {"set", takeSet},
       {"actions", [](Members& m) -> Message { return Request(CopyActionNames{takeElement(m)}); }},
-      {"perform", takeElementAndName<PerformAction>},
+      {"perform", takePerform},
       {"key", takeKey},
       {"mouse", takeMouse},
       {"frontmost", [](Members&) -> Message { return Request(AskFrontmost{}); }},
       {"running", [](Members& m) -> Message { return Request(AskRunning{m.take<Pid>()}); }},
       {"activate", [](Members& m) -> Message { return Request(Activate{m.take<Pid>()}); }},
       {"screens", [](Members&) -> Message { return Request(AskScreens{}); }},
+      {"windows", [](Members&) -> Message { return Request(AskWindows{}); }},
       {"display name",
        [](Members& m) -> Message { return Request(AskDisplayName{m.take<std::string>()}); }},
       {"start", takeProgram},

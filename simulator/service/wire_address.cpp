@@ -22,11 +22,20 @@ sockaddr_un socketAddress(const std::string& path) {
   return address;
 }
 
+// One of two ways: an option of the socket here, or a flag of each send.
+void sparePipeSignal([[maybe_unused]] int socket) {
+#ifdef SO_NOSIGPIPE
+  const int on = 1;
+  setsockopt(socket, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
+#endif
+}
+
 int connectTo(const std::string& path) {
   const sockaddr_un address = socketAddress(path);
   const int made = socket(AF_UNIX, SOCK_STREAM, 0);
   if (made < 0) return -1;
   fcntl(made, F_SETFD, FD_CLOEXEC);
+  sparePipeSignal(made);
   if (connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return made;
   const int reason = errno;
   close(made);

@@ -67,11 +67,11 @@ void PrintTo(const ProgramRun& run, std::ostream* stream) {
 }
 
 std::string toolPath() {
-  return TESSARINE_PROGRAMS "/tessarine";
+  return TESSARINE_PROGRAM;
 }
 
 std::string desktopPath() {
-  return TESSARINE_PROGRAMS "/tessarine-desktop";
+  return DESKTOP_PROGRAM;
 }
 
 std::string peakMemoryPath() {

@@ -62,7 +62,7 @@ bool beginsFunction(const std::string& line) {
 }
 
 TEST(Form, LinesEndByColumnOneHundred) {
-  for (const SourceFile& file : sourcesIn({"src", "simulator", "tests"})) {
+  for (const SourceFile& file : sourcesIn({"src", "capture-helper", "simulator", "tests"})) {
     for (std::size_t i = 0; i < file.lines.size(); ++i) {
       EXPECT_LE(columns(file.lines[i]), longestLine) << file.name << ":" << i + 1;
     }
@@ -71,7 +71,7 @@ TEST(Form, LinesEndByColumnOneHundred) {
 
 TEST(Form, FunctionsFitAScreen) {
   std::size_t functions = 0;
-  for (const SourceFile& file : sourcesIn({"src", "simulator", "tests"})) {
+  for (const SourceFile& file : sourcesIn({"src", "capture-helper", "simulator", "tests"})) {
     for (std::size_t i = 0; i < file.lines.size(); ++i) {
       if (!beginsFunction(file.lines[i])) continue;
       ++functions;
@@ -105,6 +105,39 @@ TEST(Form, FoldersIncludeOnlyWhatStandsBelowThem) {
   }
 }
 
+TEST(Form, TheCaptureHelperStandsOnThePlatformAlone) {
+  const std::regex include("#include \"([a-z-]+)/.*\"");
+  const std::vector<std::string> allowed{"capture-helper", "core", "platform"};
+  for (const SourceFile& file : sourcesIn({"capture-helper"})) {
+    for (const std::string& line : file.lines) {
+      std::smatch match;
+      if (!std::regex_match(line, match, include)) continue;
+      EXPECT_EQ(std::count(allowed.begin(), allowed.end(), match[1].str()), 1)
+          << file.name << ": " << line;
+    }
+  }
+}
+
+TEST(Form, EveryPlatformFunctionThatIsCalledHasItsSignatureChecked) {
+  std::string checked;
+  for (const char* name : {"src/platform/signatures.cpp", "capture-helper/signatures.cpp"}) {
+    for (const std::string& line : readSource(fs::path(SOURCE_TREE) / name).lines) checked += line;
+  }
+  const std::regex call(R"(\b((AX(UI|Value)|CF[A-Z]|CG[A-Z]|dispatch_)\w+)\()");
+  std::size_t calls = 0;
+  for (const SourceFile& file : sourcesIn({"src", "capture-helper"})) {
+    if (file.name.ends_with("signatures.cpp") || file.name.ends_with(".mm")) continue;
+    for (const std::string& line : file.lines) {
+      for (std::sregex_iterator found(line.begin(), line.end(), call), end; found != end; ++found) {
+        ++calls;
+        EXPECT_NE(checked.find("decltype(" + (*found)[1].str() + ")"), std::string::npos)
+            << file.name << ": " << line;
+      }
+    }
+  }
+  EXPECT_GT(calls, 50U) << "calls are no longer recognised";
+}
+
 TEST(Form, ThePanelModelKnowsNothingOfTheProduct) {
   const std::regex product("#include \"(core|platform|panels|dialog|navigation|commands|cli)/.*\"");
   for (const SourceFile& file : sourcesIn({"simulator"})) {
@@ -123,7 +156,7 @@ struct Reserved {
 
 TEST(Form, PlatformServicesAreReachedOnlyThroughTheirUnits) {
   const std::vector<Reserved> reserved{
-      {R"(\bCF(Release|Retain)\b)", {"src/platform/cf_ref.h"}},
+      {R"(\bCF(Release|Retain)\b)", {"src/platform/cf_ref.h", "src/platform/signatures.cpp"}},
       {R"(\b(sleep_for|sleep_until|usleep|nanosleep)\b)", {"src/platform/posix/clock.cpp"}},
       {R"(\b(system_clock|steady_clock|gettimeofday|clock_gettime)\b)",
        {"src/platform/posix/clock.cpp"}},
@@ -131,12 +164,14 @@ TEST(Form, PlatformServicesAreReachedOnlyThroughTheirUnits) {
       {R"(\bgetenv\b)", {"src/platform/files.cpp"}},
       {R"(\b(random_device|mt19937|rand)\b)", {"src/platform/files.cpp"}},
       {R"(#include <ApplicationServices/)",
-       {"src/platform/element.h", "src/platform/events.cpp", "src/platform/screens.cpp"}},
-      {R"(#include <dispatch/)", {"src/cli/watchdog.cpp"}},
+       {"src/platform/element.h", "src/platform/events.cpp", "src/platform/screens.cpp",
+        "src/platform/signatures.cpp", "capture-helper/window_list.cpp",
+        "capture-helper/signatures.cpp"}},
+      {R"(#include <dispatch/)", {"src/cli/watchdog.cpp", "src/platform/signatures.cpp"}},
       {R"(#\s*if(n?def)?\b.*(__APPLE__|__linux__|_WIN32))", {}},
       {R"([Ss]imulat)", {}},
   };
-  for (const SourceFile& file : sourcesIn({"src"})) {
+  for (const SourceFile& file : sourcesIn({"src", "capture-helper"})) {
     for (const auto& [pattern, files] : reserved) {
       if (std::find(files.begin(), files.end(), file.name) != files.end()) continue;
       for (const std::string& line : file.lines) {
@@ -163,7 +198,7 @@ TEST(Form, EveryReservedWordIsUsedWhereItIsAllowed) {
 }
 
 TEST(Form, HeadersBeginWithACommentAndAreIncludedOnce) {
-  for (const SourceFile& file : sourcesIn({"src", "simulator"})) {
+  for (const SourceFile& file : sourcesIn({"src", "capture-helper", "simulator"})) {
     if (!file.name.ends_with(".h")) continue;
     ASSERT_FALSE(file.lines.empty()) << file.name;
     EXPECT_TRUE(file.lines.front().starts_with("//")) << file.name;

@@ -457,6 +457,38 @@ TEST_F(DesktopTest, ASilentProcessNeverAnswersWhileOthersDo) {
   EXPECT_EQ(copy({700, 0}, "AXWindows").error, ax::cannotComplete);
 }
 
+TEST_F(DesktopTest, AReadIsGivenUpWhenTheProgramsPatienceEnds) {
+  desktop.faults().silent_processes = {700};
+  EXPECT_EQ(desktop.price(CopyAttribute{{700, 0}, "AXWindows", 0.5}), 0.5);
+  text_element.setReadableFrom(2);
+  const CopyAttribute early{text_element.id(), "AXRole", 0.5};
+  EXPECT_EQ(desktop.price(early), 0.5);
+  desktop.advanceTo(0.5);
+  EXPECT_EQ(desktop.answer(early).error, ax::cannotComplete);
+  desktop.advanceTo(1.75);
+  EXPECT_EQ(desktop.price(early), 0.25);
+  desktop.advanceTo(2);
+  EXPECT_EQ(desktop.answer(early).error, ax::success);
+}
+
+TEST_F(DesktopTest, TheWindowListHidesTitlesWithoutPermission) {
+  desktop.findWindow(page.number)->layer = 3;
+  const auto listed = [&] { return std::get<List>(desktop.answer(AskWindows{}).value); };
+  const auto line = [](double number, double pid, const char* app, const Value& title, double layer,
+                       const Rect& frame) {
+    return Value(List{number, pid, app, title, layer, frame.x, frame.y, frame.width, frame.height});
+  };
+  const Rect pageFrame{100, 100, 400, 300};
+  const Rect textFrame{0, 0, 200, 200};
+  EXPECT_EQ(listed(), (List{line(text.number, 800, "Editor", "Text", 0, textFrame),
+                            line(page.number, 700, "Browser", "Page", 3, pageFrame)}));
+  desktop.faults().screen_recording_denied = true;
+  EXPECT_EQ(listed(), (List{line(text.number, 800, "Editor", {}, 0, textFrame),
+                            line(page.number, 700, "Browser", {}, 3, pageFrame)}));
+  desktop.faults().window_list_hangs = true;
+  EXPECT_EQ(desktop.price(AskWindows{}), never_answered_price);
+}
+
 TEST_F(DesktopTest, WithoutTrustEveryAccessibilityRequestFailsAndEventsAreDropped) {
   desktop.faults().untrusted = true;
   EXPECT_EQ(copy({700, 0}, "AXWindows").error, ax::cannotComplete);

@@ -114,43 +114,6 @@ TEST_F(Frameworks, AbandonedReferencesAreOutOfTheAccountAndStillValid) {
   EXPECT_EQ(takeText(string), "parked");
 }
 
-TEST_F(Frameworks, TheConstantIsNeverReleased) {
-  CFRelease(kCFBooleanTrue);
-  CFRelease(kCFBooleanTrue);
-  EXPECT_EQ(CFBooleanGetValue(kCFBooleanTrue), 1);
-  EXPECT_EQ(CFGetTypeID(kCFBooleanTrue), CFBooleanGetTypeID());
-}
-
-TEST_F(Frameworks, EqualityGoesByValueAndType) {
-  const CFStringRef one = cfString("a");
-  const CFStringRef same = cfString("a");
-  const CFStringRef other = cfString("b");
-  const CFURLRef url = CFURLCreateWithString(kCFAllocatorDefault, one, nullptr);
-  const AXUIElementRef browserElement = AXUIElementCreateApplication(browser);
-  const AXUIElementRef browserAgain = AXUIElementCreateApplication(browser);
-  const AXUIElementRef stranger = AXUIElementCreateApplication(browser + 1);
-  EXPECT_TRUE(CFEqual(one, same));
-  EXPECT_FALSE(CFEqual(one, other));
-  EXPECT_FALSE(CFEqual(one, url));
-  EXPECT_TRUE(CFEqual(browserElement, browserAgain));
-  EXPECT_FALSE(CFEqual(browserElement, stranger));
-  for (const CFTypeRef object : std::initializer_list<CFTypeRef>{
-           one, same, other, url, browserElement, browserAgain, stranger}) {
-    CFRelease(object);
-  }
-}
-
-TEST_F(Frameworks, StringsKeepEveryUtf16UnitEvenThoseThatPairWithNothing) {
-  const UniChar units[] = {0x41, 0xD83D, 0xDE00, 0xD800};
-  const CFStringRef string = CFStringCreateWithCharacters(kCFAllocatorDefault, units, 4);
-  EXPECT_EQ(CFStringGetLength(string), 4);
-  UniChar middle[2] = {};
-  CFStringGetCharacters(string, CFRangeMake(2, 2), middle);
-  EXPECT_EQ(middle[0], 0xDE00);
-  EXPECT_EQ(middle[1], 0xD800);
-  CFRelease(string);
-}
-
 TEST_F(Frameworks, AttributesArriveAsObjectsOfTheirType) {
   const CFTypeRef title = buttonAttribute("AXTitle");
   EXPECT_EQ(CFGetTypeID(title), CFStringGetTypeID());
@@ -237,53 +200,6 @@ TEST_F(Frameworks, TheMainDisplayHasTheFirstScreensBounds) {
   EXPECT_TRUE(CGRectEqualToRect(bounds, CGRectMake(0, 0, 1000, 600)));
 }
 
-// --- URLs. ---
-
-std::string pathOf(const std::string& text) {
-  const CFStringRef string = cfString(text);
-  const CFURLRef url = CFURLCreateWithString(kCFAllocatorDefault, string, nullptr);
-  CFRelease(string);
-  if (!url) return "no URL";
-  const std::string path = takeText(CFURLCopyFileSystemPath(url, kCFURLPOSIXPathStyle));
-  CFRelease(url);
-  return path;
-}
-
-TEST_F(Frameworks, UrlsGiveDecodedPathsWithoutTheirLastSlash) {
-  EXPECT_EQ(pathOf("file:///Users/me/My%20Folder/"), "/Users/me/My Folder");
-  EXPECT_EQ(pathOf("file://localhost/tmp/a"), "/tmp/a");
-  EXPECT_EQ(pathOf("file:///"), "/");
-  EXPECT_EQ(pathOf("file:///tmp//"), "/tmp/");
-  EXPECT_EQ(pathOf("file:///a%2Fb%E6%89%93"), "/a/b打");
-  EXPECT_EQ(pathOf("https://example.org/x/y/?q=1#f"), "/x/y");
-  EXPECT_EQ(pathOf("/plain/path/"), "/plain/path");
-  EXPECT_EQ(pathOf("https://example.org"), "");
-  EXPECT_EQ(pathOf("mailto:me"), "NULL");
-  EXPECT_EQ(pathOf("file:///not%FFutf8"), "NULL");
-}
-
-TEST_F(Frameworks, TextThatIsNoUrlGivesNone) {
-  for (const char* text : {"", " ", "file:///a b", "file:///打开", "file:///%", "file:///%2",
-                           "file:///%zz", "file:///<a>", "file:///a\\b", "file:///a#b#c"}) {
-    EXPECT_EQ(pathOf(text), "no URL") << text;
-  }
-}
-
-TEST_F(Frameworks, SchemesAreCopiedAsWritten) {
-  const auto schemeOf = [](const std::string& text) {
-    const CFStringRef string = cfString(text);
-    const CFURLRef url = CFURLCreateWithString(kCFAllocatorDefault, string, nullptr);
-    const std::string scheme = takeText(CFURLCopyScheme(url));
-    CFRelease(url);
-    CFRelease(string);
-    return scheme;
-  };
-  EXPECT_EQ(schemeOf("File:///a"), "File");
-  EXPECT_EQ(schemeOf("https://example.org"), "https");
-  EXPECT_EQ(schemeOf("/a:b"), "NULL");
-  EXPECT_EQ(schemeOf("1a:b"), "NULL");
-}
-
 TEST_F(Frameworks, FileReferencesResolveToPaths) {
   const auto resolved = [](const std::string& text) {
     const CFStringRef string = cfString(text);
@@ -303,40 +219,6 @@ TEST_F(Frameworks, FileReferencesResolveToPaths) {
   EXPECT_EQ(resolved("file:///tmp/"), "/tmp");
   EXPECT_EQ(resolved("https://example.org/tmp"), "NULL");
   EXPECT_EQ(resolved("/tmp"), "NULL");
-}
-
-// --- Rectangles. ---
-
-TEST_F(Frameworks, RectanglesOfNegativeSizeCoverTheSameArea) {
-  const CGRect flipped = CGRectMake(10, 10, -10, -10);
-  EXPECT_TRUE(CGRectEqualToRect(flipped, CGRectMake(0, 0, 10, 10)));
-  EXPECT_TRUE(CGRectContainsPoint(flipped, CGPointMake(0, 0)));
-  EXPECT_FALSE(CGRectContainsPoint(flipped, CGPointMake(10, 5)));
-  EXPECT_TRUE(CGRectEqualToRect(CGRectIntersection(flipped, CGRectMake(5, 5, 20, 20)),
-                                CGRectMake(5, 5, 5, 5)));
-}
-
-TEST_F(Frameworks, RectanglesApartIntersectInTheNullRectangle) {
-  const CGRect none = CGRectIntersection(CGRectMake(0, 0, 1, 1), CGRectMake(5, 0, 1, 1));
-  EXPECT_TRUE(CGRectIsNull(none));
-  EXPECT_FALSE(CGRectIsNull(CGRectMake(0, 0, 0, 0)));
-  EXPECT_FALSE(CGRectIntersectsRect(CGRectMake(0, 0, 1, 1), CGRectMake(5, 0, 1, 1)));
-  EXPECT_TRUE(CGRectIntersectsRect(CGRectMake(0, 0, 2, 2), CGRectMake(1, 1, 2, 2)));
-  EXPECT_FALSE(CGRectContainsPoint(none, CGPointMake(0, 0)));
-  EXPECT_TRUE(CGRectIsNull(CGRectIntersection(none, CGRectMake(0, 0, 1, 1))));
-}
-
-TEST_F(Frameworks, RectanglesThatTouchIntersectInAnEmptyOne) {
-  const CGRect edge = CGRectIntersection(CGRectMake(0, 0, 1, 1), CGRectMake(1, 0, 1, 1));
-  EXPECT_TRUE(CGRectEqualToRect(edge, CGRectMake(1, 0, 0, 1)));
-}
-
-TEST_F(Frameworks, TheInfiniteRectangleLeavesTheOtherAsItIs) {
-  const double most = std::numeric_limits<double>::max();
-  const CGRect everything = CGRectMake(-most / 2, -most / 2, most, most);
-  EXPECT_TRUE(CGRectEqualToRect(CGRectIntersection(everything, CGRectMake(1, 2, 3, 4)),
-                                CGRectMake(1, 2, 3, 4)));
-  EXPECT_TRUE(CGRectContainsPoint(everything, CGPointMake(-1e300, 1e300)));
 }
 
 // --- Misuse. ---

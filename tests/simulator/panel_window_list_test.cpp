@@ -1,8 +1,7 @@
-// What the window list gets wrong about a panel, as the snapshot program sees it.
+// What the window list gets wrong about a panel, and what the snapshot program can see.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 
 #include "tests/simulator/panel_world.h"
 
@@ -12,7 +11,7 @@ namespace {
 struct ListedWindow {
   std::uint32_t number = 0;
   Pid owner = 0;
-  std::string frame;
+  Rect frame;
 };
 
 class WindowListWorld : public PanelWorld {
@@ -20,15 +19,18 @@ class WindowListWorld : public PanelWorld {
   explicit WindowListWorld(Json list, Json panel = Json::object())
       : PanelWorld(withList(std::move(list), std::move(panel))) {}
 
-  // The windows titled "Open" in what the program prints, front to back.
+  // The windows titled "Open" in the window list, front to back.
   std::vector<ListedWindow> listed() {
+    enum { number, owner, owner_name, title, layer, frame };
     std::vector<ListedWindow> windows;
-    std::istringstream lines(run({"list"}).standardOutput);
-    for (std::string line; std::getline(lines, line);) {
-      if (line.find("\ttitle=Open\t") == std::string::npos) continue;
-      const auto after = [&](const std::string& key) { return line.find(key) + key.size(); };
-      windows.push_back({static_cast<std::uint32_t>(std::stoul(line)),
-                         std::stoi(line.substr(after("pid="))), line.substr(after("frame="))});
+    const Reply reply = desktop().answer(AskWindows{});
+    for (const Value& value : std::get<List>(reply.value)) {
+      const auto& window = std::get<List>(value);
+      const auto at = [&](std::size_t index) { return std::get<double>(window.at(index)); };
+      if (std::get<std::string>(window.at(title)) != "Open") continue;
+      windows.push_back({static_cast<std::uint32_t>(at(number)),
+                         static_cast<Pid>(at(owner)),
+                         {at(frame), at(frame + 1), at(frame + 2), at(frame + 3)}});
     }
     return windows;
   }
@@ -39,8 +41,11 @@ class WindowListWorld : public PanelWorld {
     return pids;
   }
   int captureStatus(std::uint32_t number) {
-    return run({"capture", "--window-id", std::to_string(number), "--out", sample.path("image")})
-        .exitStatus;
+    const ProgramId id = desktop().startProgram(
+        "/usr/sbin/screencapture",
+        {"-x", "-o", "-t", "png", "-l" + std::to_string(number), sample.path("image")});
+    while (!desktop().programResult(id)) desktop().advanceTo(*desktop().nextDeadline());
+    return desktop().programResult(id)->exitStatus;
   }
   void confirm() {
     key(key::returnKey);
@@ -53,11 +58,6 @@ class WindowListWorld : public PanelWorld {
   static Json withList(Json list, Json panel) {
     panel["windowList"] = std::move(list);
     return panel;
-  }
-  ProgramResult run(const Texts& arguments) {
-    const ProgramId id = desktop().startProgram("/opt/background-window-capture", arguments);
-    while (!desktop().programResult(id)) desktop().advanceTo(*desktop().nextDeadline());
-    return *desktop().programResult(id);
   }
 };
 

@@ -79,8 +79,8 @@ class ProgramsTest : public testing::Test {
     return run("/usr/bin/osascript", arguments);
   }
 
-  std::optional<Outcome> helper(const Texts& arguments) {
-    return run("/opt/tools/background-window-capture", arguments);
+  std::optional<Outcome> snapshot(const std::string& number, const std::string& file) {
+    return run("/usr/sbin/screencapture", {"-x", "-o", "-t", "png", "-l" + number, file});
   }
 
   std::optional<Outcome> toSystemEvents(const std::string& statement) {
@@ -104,12 +104,12 @@ class ProgramsTest : public testing::Test {
 TEST_F(ProgramsTest, TheDesktopHasThreeProgramsUnlessOneIsMissing) {
   EXPECT_TRUE(desktop.hasProgram("/bin/ps"));
   EXPECT_TRUE(desktop.hasProgram("/usr/bin/osascript"));
-  EXPECT_TRUE(desktop.hasProgram("/any/where/background-window-capture"));
+  EXPECT_TRUE(desktop.hasProgram("/usr/sbin/screencapture"));
   EXPECT_FALSE(desktop.hasProgram("/usr/bin/ps"));
-  desktop.faults().missing_programs = {"/bin/ps", "background-window-capture"};
+  desktop.faults().missing_programs = {"/bin/ps", "screencapture"};
   EXPECT_FALSE(desktop.hasProgram("/bin/ps"));
   EXPECT_TRUE(desktop.hasProgram("/usr/bin/osascript"));
-  EXPECT_FALSE(desktop.hasProgram("/any/where/background-window-capture"));
+  EXPECT_FALSE(desktop.hasProgram("/usr/sbin/screencapture"));
 }
 
 // --- ps ---
@@ -259,28 +259,14 @@ TEST_F(ProgramsTest, AScriptHangsWhenToldTo) {
   EXPECT_EQ(toSystemEvents("delay 0"), std::nullopt);
 }
 
-// --- background-window-capture ---
+// --- screencapture ---
 
-TEST_F(ProgramsTest, TheHelperListsTheWindowsFrontToBack) {
-  addWindow("Page", {0, 25, 1440, 875});
-  desktop.findWindow(addWindow("Hidden", {0, 0, 1, 1}))->listed = false;
-  desktop.findWindow(addWindow("Elsewhere", {0, 0, 1, 1}))->on_screen = false;
-  addWindow("Open\tnow", {-320.5, 100, 800, 448.25});
-  EXPECT_EQ(helper({"list"}),
-            (Outcome{0,
-                     "104\tpid=700\tapp=Browser\ttitle=Open now\t"
-                     "frame=-320.5,100,800,448.25\n"
-                     "101\tpid=700\tapp=Browser\ttitle=Page\tframe=0,25,1440,875\n",
-                     ""}));
-  EXPECT_DOUBLE_EQ(took, 0.03);
-}
-
-TEST_F(ProgramsTest, TheHelperWritesAnImageOfAWindow) {
+TEST_F(ProgramsTest, TheSnapshotProgramWritesAnImageOfAWindow) {
   const std::string number = std::to_string(addWindow("Page", {0, 0, 10, 10}));
   const std::filesystem::path file =
       std::filesystem::path(testing::TempDir()) / "tessarine_programs_test.png";
-  EXPECT_EQ(helper({"capture", "--window-id", number, "--out", file.string()}),
-            (Outcome{0, "", ""}));
+  EXPECT_EQ(snapshot(number, file.string()), (Outcome{0, "", ""}));
+  EXPECT_DOUBLE_EQ(took, 0.03);
   std::ifstream stream(file, std::ios::binary);
   const std::string image{std::istreambuf_iterator<char>(stream), {}};
   EXPECT_EQ(image.substr(0, 8), "\x89PNG\r\n\x1a\n");
@@ -288,37 +274,19 @@ TEST_F(ProgramsTest, TheHelperWritesAnImageOfAWindow) {
   std::filesystem::remove(file);
 }
 
-TEST_F(ProgramsTest, TheHelperFailsWithoutTheWindowOrThePlaceForItsImage) {
+TEST_F(ProgramsTest, TheSnapshotProgramFailsWithoutTheWindowThePermissionOrThePlace) {
   const std::string number = std::to_string(addWindow("Page", {0, 0, 10, 10}));
   const std::string nowhere = testing::TempDir() + "/no/such/folder/image.png";
-  EXPECT_EQ(helper({"capture", "--window-id", "4321", "--out", nowhere}),
-            (Outcome{1, "", "cannot capture window 4321\n"}));
-  EXPECT_EQ(helper({"capture", "--window-id", number, "--out", nowhere}),
-            (Outcome{1, "", "cannot write " + nowhere + "\n"}));
-}
-
-TEST_F(ProgramsTest, TheHelperSeesNoTitlesWithoutScreenRecording) {
-  const std::string number = std::to_string(addWindow("Page", {0, 0, 10, 10}));
+  const Outcome noWindow{1, "", "could not create image from window\n"};
+  EXPECT_EQ(snapshot("4321", nowhere), noWindow);
+  EXPECT_EQ(snapshot(number, nowhere), (Outcome{1, "", "could not write " + nowhere + "\n"}));
   desktop.faults().screen_recording_denied = true;
-  EXPECT_EQ(helper({"list"}),
-            (Outcome{0, "101\tpid=700\tapp=Browser\ttitle=\tframe=0,0,10,10\n", ""}));
-  EXPECT_EQ(helper({"capture", "--window-id", number, "--out", "image.png"}),
-            (Outcome{1, "", "cannot capture window " + number + "\n"}));
+  EXPECT_EQ(snapshot(number, nowhere), noWindow);
 }
 
-TEST_F(ProgramsTest, TheHelperExplainsItselfWhenMisused) {
-  const Texts wrong[] = {{}, {"list", "all"}, {"capture", "--window-id", "x", "--out", "y"}};
-  for (const Texts& arguments : wrong) {
-    EXPECT_EQ(helper(arguments),
-              (Outcome{2, "",
-                       "usage: background-window-capture list | capture --window-id NUMBER "
-                       "--out FILE\n"}));
-  }
-}
-
-TEST_F(ProgramsTest, TheHelperHangsWhenToldTo) {
-  desktop.faults().capture_helper_hangs = true;
-  EXPECT_EQ(helper({"list"}), std::nullopt);
+TEST_F(ProgramsDeathTest, ASnapshotOfAnotherKindNamesItself) {
+  EXPECT_DEATH(run("/usr/sbin/screencapture", {"-x", "image.png"}),
+               "not modelled: /usr/sbin/screencapture -x image.png");
 }
 
 }  // namespace

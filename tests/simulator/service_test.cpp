@@ -60,6 +60,8 @@ TEST(Wire, AccessibilityRequestsArriveAsTheyWereSent) {
   const auto perform = sent(PerformAction{element, "AXPress"});
   EXPECT_EQ(perform.element, element);
   EXPECT_EQ(perform.name, "AXPress");
+  EXPECT_EQ(sent(CopyAttribute{element, "AXRole"}).patience, std::nullopt);
+  EXPECT_EQ(sent(CopyAttribute{element, "AXRole", 0.5}).patience, 0.5);
 }
 
 TEST(Wire, EventsArriveAsTheyWereSent) {
@@ -84,6 +86,7 @@ TEST(Wire, EventsArriveAsTheyWereSent) {
 TEST(Wire, WorkspaceRequestsArriveAsTheyWereSent) {
   sent(AskFrontmost{});
   sent(AskScreens{});
+  sent(AskWindows{});
   EXPECT_EQ(sent(AskRunning{-7}).pid, -7);
   EXPECT_EQ(sent(Activate{browser}).pid, browser);
   EXPECT_EQ(sent(AskDisplayName{"/tmp/\xFF b"}).path, "/tmp/\xFF b");
@@ -146,8 +149,8 @@ TEST(Wire, WhatHasNotTheExpectedFormIsRefused) {
   EXPECT_EQ(refusal(7), "not a record: 7");
   EXPECT_EQ(refusal({"dance", 1, 2}), "unknown message: dance");
   EXPECT_EQ(refusal({"copy", 501, 0}), R"(a member is missing: ["copy",501,0])");
-  EXPECT_EQ(refusal({"copy", 501, 0, "AXRole", 1}),
-            R"(a member too many: ["copy",501,0,"AXRole",1])");
+  EXPECT_EQ(refusal({"copy", 501, 0, "AXRole", nullptr, 1}),
+            R"(a member too many: ["copy",501,0,"AXRole",null,1])");
   EXPECT_EQ(refusal({"copy", 501.5, 0, "AXRole"}),
             R"(a member has the wrong type: ["copy",501.5,0,"AXRole"])");
   EXPECT_EQ(refusal({"copy", 5000000000, 0, "AXRole"}),

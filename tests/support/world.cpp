@@ -9,6 +9,7 @@
 #include "core/text.h"
 #include "simulator/frameworks/ledger.h"
 #include "simulator/seams/virtual/virtual_world.h"
+#include "support/capture_helper_program.h"
 
 namespace tessarine::test {
 
@@ -86,8 +87,9 @@ simulator::Scenario patchedScenario(const std::string& name, const World::Patche
 }  // namespace
 
 World::World(const std::string& scenario, const Patches& patches)
-    : scene_(simulator::makeScene(patchedScenario(scenario, patches))),
-      attached_(scene_->desktop) {}
+    : scene_(simulator::makeScene(patchedScenario(scenario, patches))), attached_(scene_->desktop) {
+  installCaptureHelper(scene_->desktop);
+}
 
 std::string World::panelOutcomes() const {
   std::string text;

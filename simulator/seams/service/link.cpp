@@ -22,6 +22,7 @@ struct EmptyDesktop {
     const Value screen = List{0.0, 0.0, 1440.0, 900.0};
     return {ax::success, List{screen}};
   }
+  Reply operator()(const AskWindows&) const { return {}; }
   Reply operator()(const AskDisplayName& request) const {
     std::string path = request.path;
     while (path.size() > 1 && path.ends_with('/')) path.pop_back();

@@ -18,6 +18,9 @@ using AXValueRef = const struct __AXValue*;
 
 CFTypeID AXUIElementGetTypeID();
 AXUIElementRef AXUIElementCreateApplication(pid_t pid);
+AXUIElementRef AXUIElementCreateSystemWide();
+// Only for the system-wide element: how long every request of this process waits. 0: the default.
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds);
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                       CFTypeRef* value);
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute,

@@ -15,6 +15,8 @@ using CFTypeRef = const void*;
 using CFAllocatorRef = const struct __CFAllocator*;
 using CFStringRef = const struct __CFString*;
 using CFArrayRef = const struct __CFArray*;
+using CFDictionaryRef = const struct __CFDictionary*;
+using CFNumberRef = const struct __CFNumber*;
 using CFBooleanRef = const struct __CFBoolean*;
 using CFURLRef = const struct __CFURL*;
 using CFErrorRef = struct __CFError*;
@@ -50,6 +52,15 @@ CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex 
                          const CFArrayCallBacks* callBacks);
 CFIndex CFArrayGetCount(CFArrayRef array);
 const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+
+CFTypeID CFDictionaryGetTypeID();
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+
+enum CFNumberType : CFIndex { kCFNumberSInt32Type = 3 };
+
+CFTypeID CFNumberGetTypeID();
+// Whether the number could be converted without loss.
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* out);
 
 extern const CFBooleanRef kCFBooleanTrue;
 CFTypeID CFBooleanGetTypeID();

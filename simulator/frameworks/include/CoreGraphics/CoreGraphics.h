@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "CoreFoundation/CoreFoundation.h"
+
 extern "C" {
 
 using CGFloat = double;
@@ -58,5 +60,20 @@ void CGEventSetFlags(CGEventRef event, CGEventFlags flags);
 void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, std::int64_t value);
 void CGEventPost(CGEventTapLocation tap, CGEventRef event);
 void CGEventPostToPid(pid_t pid, CGEventRef event);
+
+using CGWindowID = std::uint32_t;
+enum CGWindowListOption : std::uint32_t { kCGWindowListOptionOnScreenOnly = 1 };
+#define kCGNullWindowID ((CGWindowID)0)
+
+extern const CFStringRef kCGWindowNumber;
+extern const CFStringRef kCGWindowOwnerPID;
+extern const CFStringRef kCGWindowOwnerName;
+extern const CFStringRef kCGWindowName;
+extern const CFStringRef kCGWindowLayer;
+extern const CFStringRef kCGWindowBounds;
+
+// Null for a caller outside a login session.
+CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID relativeTo);
+bool CGRectMakeWithDictionaryRepresentation(CFDictionaryRef dictionary, CGRect* rect);
 
 }  // extern "C"

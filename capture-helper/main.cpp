@@ -1,0 +1,12 @@
+#include <csignal>
+#include <iostream>
+
+#include "capture-helper/helper.h"
+
+int main(int argc, char** argv) {
+  // A caller that ignores SIGCHLD hands that down, and the snapshot could not be waited for.
+  std::signal(SIGCHLD, SIG_DFL);
+  const std::vector<std::string> words(argv, argv + argc);
+  return tessarine::runCaptureHelper({words.begin() + (words.empty() ? 0 : 1), words.end()},
+                                     std::cout, std::cerr);
+}

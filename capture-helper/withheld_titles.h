@@ -1,0 +1,17 @@
+// Titles that the window server withholds, from accessibility: so that the list serves with the
+// Accessibility permission alone.
+#pragma once
+
+#include <vector>
+
+#include "capture-helper/listed_window.h"
+
+namespace tessarine {
+
+// Gives each window without a title that of the accessibility window or sheet of its process with
+// the same frame; what has none stays as it is. Only ordinary windows and panels are looked up, not
+// the Dock, menus or what floats above them. A process has 0.5 s for each answer, and after 1.5 s
+// in all no further window is asked about.
+void readWithheldTitles(std::vector<ListedWindow>& windows);
+
+}  // namespace tessarine

@@ -1,0 +1,53 @@
+# Completions of tessarine and background-window-capture for bash.
+
+# Files and folders, also where bash is as old as on macOS.
+_tessarine_files() {
+  local IFS=$'\n'
+  compopt -o filenames 2>/dev/null
+  COMPREPLY=($(compgen -f -- "$current"))
+}
+
+_tessarine() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  local commands="close choose-folder choose-path click-point type-text press-key list-windows
+    list-background-panels inspect-open-dialog"
+  local keys="return enter delete backspace escape esc cmd-a command-a cmd-shift-g command-shift-g"
+  COMPREPLY=()
+  if [[ $COMP_CWORD == 1 ]]; then
+    COMPREPLY=($(compgen -W "$commands --help" -- "$current"))
+    return
+  fi
+  case $previous in
+    --path) _tessarine_files; return ;;
+    --key) COMPREPLY=($(compgen -W "$keys" -- "$current")); return ;;
+    --pid | --timeout | --x | --y | --text | --exclude-window-id) return ;;
+  esac
+  local options="--pid --timeout --quiet --help"
+  case ${COMP_WORDS[1]} in
+    close) options+=" --strict-background --temporary-foreground --exclude-window-id" ;;
+    choose-folder)
+      options+=" --path --prefer-background-panel --strict-background --temporary-foreground
+        --exclude-window-id" ;;
+    choose-path) options+=" --path --exclude-window-id" ;;
+    click-point) options+=" --x --y" ;;
+    type-text) options+=" --text" ;;
+    press-key) options+=" --key" ;;
+    list-background-panels) options+=" --exclude-window-id" ;;
+  esac
+  COMPREPLY=($(compgen -W "$options" -- "$current"))
+}
+
+_background_window_capture() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  COMPREPLY=()
+  if [[ $COMP_CWORD == 1 ]]; then
+    COMPREPLY=($(compgen -W "list capture --help" -- "$current"))
+  elif [[ $previous == --out ]]; then
+    _tessarine_files
+  elif [[ ${COMP_WORDS[1]} == capture && $previous != --window-id ]]; then
+    COMPREPLY=($(compgen -W "--window-id --out" -- "$current"))
+  fi
+}
+
+complete -F _tessarine tessarine
+complete -F _background_window_capture background-window-capture

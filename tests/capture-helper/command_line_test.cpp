@@ -1,0 +1,65 @@
+// The capture helper's command line.
+#include "capture-helper/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "capture-helper/helper_desktop.h"
+
+namespace tessarine::test {
+namespace {
+
+TEST(HelperCommandLine, EveryMistakeIsOneLineAndStatusTwo) {
+  const HelperDesktop world;
+  const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
+      {{}, "missing command: list or capture"},
+      {{""}, "unknown command: "},
+      {{"LIST"}, "unknown command: LIST"},
+      {{"list", "--all"}, "unexpected argument: --all"},
+      {{"--help", "list"}, "unexpected argument: list"},
+      {{"capture"}, "--window-id is required"},
+      {{"capture", "--out", "a.png"}, "--window-id is required"},
+      {{"capture", "--window-id", "7"}, "--out is required"},
+      {{"capture", "--window-id"}, "--window-id requires a value"},
+      {{"capture", "--window-id", "7", "--out"}, "--out requires a value"},
+      {{"capture", "--window-id", "7", "--out", ""}, "--out requires a value"},
+      {{"capture", "--window-id", "0", "--out", "a"},
+       "--window-id requires a positive window number"},
+      {{"capture", "--window-id", "-1", "--out", "a"},
+       "--window-id requires a positive window number"},
+      {{"capture", "--window-id", "4294967296", "--out", "a"},
+       "--window-id requires a positive window number"},
+      {{"capture", "--window-id", "7x", "--out", "a"},
+       "--window-id requires a positive window number"},
+      {{"capture", "a.png"}, "unexpected argument: a.png"}};
+  for (const auto& [arguments, message] : rows) {
+    EXPECT_EQ(runHelper(arguments),
+              (Outcome{2, "", "background-window-capture: " + message + "\n"}))
+        << message;
+  }
+}
+
+TEST(HelperCommandLine, HelpIsNoMistake) {
+  const HelperDesktop world;
+  for (const char* word : {"--help", "-h"}) {
+    const Outcome outcome = runHelper({word});
+    EXPECT_EQ(outcome, (Outcome{0, helperUsage, ""}));
+  }
+  const std::string usage = helperUsage;
+  for (const char* word : {"list", "capture", "--window-id", "--out"}) {
+    EXPECT_NE(usage.find(word), std::string::npos) << word;
+  }
+}
+
+TEST(HelperCommandLine, OutputThatCannotBeWrittenIsAFailure) {
+  const HelperDesktop world;
+  std::ostringstream output;
+  output.setstate(std::ios::badbit);
+  std::ostringstream errors;
+  EXPECT_EQ(runCaptureHelper({"list"}, output, errors), 1);
+  EXPECT_EQ(errors.str(), "background-window-capture: cannot write to standard output\n");
+}
+
+}  // namespace
+}  // namespace tessarine::test

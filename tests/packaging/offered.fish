@@ -1,0 +1,4 @@
+# What fish offers in the place of the last word, one candidate on each line:
+#   fish --no-config offered.fish COMPLETIONS WORD...
+source $argv[1]
+complete -C (string join -- ' ' $argv[2..]) | string replace -r '\t.*' ''
