@@ -115,7 +115,7 @@ TEST_P(Completions, NameWhatTheCaptureHelperTakes) {
   WordSet commands = offered({"background-window-capture", ""});
   commands.insert("--help");
   EXPECT_EQ(commands, (WordSet{"list", "capture", "--help"}));
-  for (const std::string& command : {"list", "--help"}) parseHelperCommand({command});
+  for (const char* command : {"list", "--help"}) parseHelperCommand({command});
   WordSet options = offered({"background-window-capture", "capture", "--"});
   options.erase("--help");
   EXPECT_EQ(options, (WordSet{"--window-id", "--out"}));
