@@ -20,6 +20,7 @@
 #include <system_error>
 #include <vector>
 
+#include "simulator/scenario/import.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "simulator/service/client.h"
@@ -44,6 +45,7 @@ constexpr const char* usage =
        tessarine-desktop serve SCENARIO --socket PATH
        tessarine-desktop state --socket PATH
        tessarine-desktop list
+       tessarine-desktop import FILE [--windows FILE] [--keep-names]
 
 A simulated desktop for programs that were built to talk to one.
 
@@ -52,6 +54,9 @@ A simulated desktop for programs that were built to talk to one.
   serve  keeps the desktop until SIGINT or SIGTERM; prints what to export for programs to find it
   state  prints the processes, windows, panels and the record of a desktop that is being served
   list   names the scenarios that come with the program
+  import makes a scenario out of what `tessarine inspect-open-dialog` printed on a Mac, and of
+         what `tessarine list-windows` printed; says on standard error what it leaves out;
+         names become placeholders unless --keep-names, paths always do
 
 SCENARIO is one of those names, or a file (with a slash or ending in .json).
 )";
@@ -71,6 +76,11 @@ std::string takeOption(Arguments& arguments, const std::string& name) {
   std::string value = *(found + 1);
   arguments.erase(found, found + 2);
   return value;
+}
+
+// Takes `--name` out of the arguments; whether it was there.
+bool takeFlag(Arguments& arguments, const std::string& name) {
+  return std::erase(arguments, name) > 0;
 }
 
 std::string takeSocket(Arguments& arguments) {
@@ -273,6 +283,23 @@ int list(const Arguments& arguments) {
   return 0;
 }
 
+int importPrintouts(Arguments arguments) {
+  const std::string windowsFile = takeOption(arguments, "--windows");
+  const bool keepNames = takeFlag(arguments, "--keep-names");
+  if (arguments.empty()) throw CallError("a file is missing: what inspect-open-dialog printed");
+  const Printout dialogs = readPrintout(arguments.front());
+  arguments.erase(arguments.begin());
+  takeNoMore(arguments);
+  std::optional<Printout> windows;
+  if (!windowsFile.empty()) windows = readPrintout(windowsFile);
+  const ImportedScenario imported = importScenario(dialogs, windows, keepNames);
+  for (const std::string& omission : imported.omissions) {
+    std::cerr << "not in the scenario: " << omission << '\n';
+  }
+  std::cout << imported.document.dump(2) << '\n';
+  return 0;
+}
+
 int perform(Arguments arguments) {
   if (arguments.empty()) throw CallError("a command is missing; --help names them");
   const std::string command = arguments.front();
@@ -285,6 +312,7 @@ int perform(Arguments arguments) {
   if (command == "serve") return serve(arguments);
   if (command == "state") return state(arguments);
   if (command == "list") return list(arguments);
+  if (command == "import") return importPrintouts(arguments);
   throw CallError("unknown command: " + command);
 }
 

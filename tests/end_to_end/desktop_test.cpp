@@ -70,6 +70,34 @@ TEST(OnADesktop, AScenarioThatIsWrongIsRefusedWithOneLine) {
                             "\"host-window\", \"host-sheet\", \"embedded\", \"unseen\"\n");
 }
 
+TEST(OnADesktop, APanelThatWasPrintedOnOneIsImportedAndChosenOnAnother) {
+  const TemporaryFolder folder;
+  const std::string target = folder.makeFolder("target");
+  const auto printed = [&](const std::string& command) {
+    const ProgramRun run = runOnDesktop("chinese-service-window", {command, "--pid", "812"});
+    return folder.makeFile(command, run.output);
+  };
+  const ProgramRun imported = runProgram({desktopPath(), "import", printed("inspect-open-dialog"),
+                                          "--windows", printed("list-windows"), "--keep-names"});
+  EXPECT_EQ(imported.exitStatus, 0);
+  EXPECT_EQ(imported.errors, "");
+  const std::string scenario = folder.makeFile("seen.json", imported.output);
+  const ProgramRun chosen = runOnDesktop(
+      scenario, {"choose-folder", "--strict-background", "--pid", "812", "--path", target});
+  EXPECT_EQ(chosen.exitStatus, 0);
+  EXPECT_EQ(chosen.errors, "panel 1: chosen " + target + "\n" + quietEnd);
+}
+
+TEST(OnADesktop, WhatIsNoPrintoutIsNotImported) {
+  const TemporaryFolder folder;
+  const std::string file = folder.makeFile("wrong.json", R"({"ok": true, "command": "close"})");
+  const ProgramRun run = runProgram({desktopPath(), "import", file});
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_EQ(run.output, "");
+  EXPECT_EQ(run.errors,
+            "tessarine-desktop: " + file + ": /command: expected \"inspect-open-dialog\"\n");
+}
+
 TEST(OnADesktop, ScenariosThatComeWithItAreListed) {
   const ProgramRun run = runProgram({desktopPath(), "list"});
   EXPECT_EQ(run.exitStatus, 0);
