@@ -12,7 +12,7 @@ namespace {
 
 static_assert(std::is_pointer_v<CFDictionaryRef> && std::is_pointer_v<CFNumberRef>);
 static_assert(std::is_same_v<CGWindowID, std::uint32_t>);
-static_assert(std::is_same_v<std::underlying_type_t<CGWindowListOption>, std::uint32_t>);
+static_assert(std::is_same_v<CGWindowListOption, std::uint32_t>);
 static_assert(std::is_same_v<std::underlying_type_t<CFNumberType>, CFIndex>);
 static_assert(kCGWindowListOptionOnScreenOnly == 1 && kCGNullWindowID == 0);
 static_assert(kCFNumberSInt32Type == 3);

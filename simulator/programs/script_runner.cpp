@@ -81,13 +81,13 @@ void showDisplayedName(ProgramRun& run, const std::string& path) {
 
 // Breaks statements into steps.
 struct StepPlanner {
-  ProgramRun& run;
+  ProgramRun& program;
   std::vector<Step>& steps;
 
   void operator()(const TypeText& statement) const {
     // A character beyond the basic plane is two units, neither of which has a key.
     for (const char16_t unit : utf16FromUtf8(statement.text)) {
-      add(key_interval, [&run = run, unit, flags = statement.flags] {
+      add(key_interval, [&run = program, unit, flags = statement.flags] {
         pressKey(run, keyThatTypes(unit, flags));
       });
     }
@@ -96,16 +96,16 @@ struct StepPlanner {
     KeyEvent event;
     event.keyCode = statement.keyCode;
     event.flags = statement.flags;
-    add(key_interval, [&run = run, event] { pressKey(run, event); });
+    add(key_interval, [&run = program, event] { pressKey(run, event); });
   }
   void operator()(const Delay& statement) const {
     add(statement.seconds, [] {});
   }
   void operator()(const BringForward& statement) const {
-    add(coming_forward_time, [&run = run, pid = statement.pid] { bringForward(run, pid); });
+    add(coming_forward_time, [&run = program, pid = statement.pid] { bringForward(run, pid); });
   }
   void operator()(const ShowDisplayedName& statement) const {
-    add(0, [&run = run, path = statement.path] { showDisplayedName(run, path); });
+    add(0, [&run = program, path = statement.path] { showDisplayedName(run, path); });
   }
 
   template <typename Effect>

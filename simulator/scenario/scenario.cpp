@@ -392,6 +392,8 @@ Scenario scenarioFromText(const std::string& text, const std::string& name) {
     return scenarioFromJson(nlohmann::ordered_json::parse(text), name);
   } catch (const nlohmann::json::parse_error& error) {
     throw ScenarioError(name + ": " + lineAndColumn(text, error.byte) + ": expected JSON");
+  } catch (const nlohmann::json::out_of_range&) {
+    throw ScenarioError(name + ": /: expected JSON whose numbers are within the range of a double");
   }
 }
 

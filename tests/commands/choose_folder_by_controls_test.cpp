@@ -262,8 +262,11 @@ TEST(ChooseFolderByControls, PressesAgainWhateverFolderIsShownThen) {
   Chooser chooser;
   chooser.onReturn = [] {};
   chooser.onPress = [&, presses = 0]() mutable {
-    if (++presses == 2) chooser.close();
-    chooser.list->removeChildren();
+    if (++presses == 2) {
+      chooser.close();
+    } else {
+      chooser.list->removeChildren();
+    }
     return ax::success;
   };
   EXPECT_EQ(chooser.choose(1), chosenBy("hierarchy"));

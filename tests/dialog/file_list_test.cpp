@@ -1,6 +1,8 @@
 // The file list and the sidebar of a dialog: finding, reading and selecting rows.
 #include "dialog/file_list.h"
 
+#include <filesystem>
+
 #include "dialog/traversal.h"
 #include "dialog/tree.h"
 
@@ -329,6 +331,13 @@ TEST(FileList, ARowWithoutANameNeverMatchesTheEmptyName) {
   Dialog dialog;
   addRow(dialog.list, "1", {});
   EXPECT_EQ(nameOf(findFolderRow(dialog.handle(), "/Users/me/lib", "")), "nothing");
+}
+
+TEST(FileList, AnEmptyPathIsNotTheCurrentDirectory) {
+  const std::string here = std::filesystem::current_path().string();
+  EXPECT_EQ(folderRowAmong({{{"AXURL", Url{"file://" + here}}}}, here), "1");
+  EXPECT_EQ(folderRowAmong({{{"AXURL", ""}}}, here), "nothing");
+  EXPECT_EQ(folderRowAmong({{{"AXURL", Url{"file://"}}}}, here), "nothing");
 }
 
 TEST(FileList, AnEarlierNameWinsOverALaterPath) {

@@ -79,7 +79,7 @@ bool isTaken(const std::string& command, const std::string& option) {
   try {
     parseArgs({command, option, "1"});
   } catch (const ToolError& error) {
-    return error.message().rfind("unknown", 0) != 0;
+    return error.message() != "unknown arg: " + option;
   }
   return true;
 }

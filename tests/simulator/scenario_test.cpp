@@ -32,6 +32,8 @@ TEST(ScenarioMistake, TextThatIsNotJsonNamesLineAndColumn) {
   EXPECT_EQ(mistake("{\n  \"panels\": [,]\n}"),
             "folder/wrong.json: line 2, column 14: expected JSON");
   EXPECT_EQ(mistake("{"), "folder/wrong.json: line 1, column 2: expected JSON");
+  EXPECT_EQ(mistake(R"({"frontmost": 1e999})"),
+            "folder/wrong.json: /: expected JSON whose numbers are within the range of a double");
 }
 
 TEST(ScenarioMistake, UnknownKey) {

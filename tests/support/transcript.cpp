@@ -48,12 +48,15 @@ std::optional<std::string> deedOf(const AccessibilityRequest& request) {
 template <class Visit>
 void forEachStep(const simulator::Record& record, const Visit& visit) {
   double awake = 0;  // the end of the last thing that the tool did
+  int programs = 0;  // that run: what they wait for is no sleep of the tool
   for (const auto& line : record.lines()) {
     const auto* request = std::get_if<AccessibilityRequest>(&line.entry);
     const bool starts = std::holds_alternative<simulator::ProgramStarted>(line.entry);
     const bool ends = std::holds_alternative<simulator::ProgramEnded>(line.entry);
     if (request == nullptr && !starts && !ends && !isPosted(line.entry)) continue;
-    const double price = request != nullptr ? priceOf(*request) : ends ? line.time - awake : 0;
+    const bool within = programs > 0;
+    programs += starts ? 1 : ends ? -1 : 0;
+    const double price = within ? line.time - awake : request != nullptr ? priceOf(*request) : 0;
     visit(line.entry, line.time - price - awake);
     awake = line.time;
   }

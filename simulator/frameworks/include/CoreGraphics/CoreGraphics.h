@@ -62,7 +62,8 @@ void CGEventPost(CGEventTapLocation tap, CGEventRef event);
 void CGEventPostToPid(pid_t pid, CGEventRef event);
 
 using CGWindowID = std::uint32_t;
-enum CGWindowListOption : std::uint32_t { kCGWindowListOptionOnScreenOnly = 1 };
+using CGWindowListOption = std::uint32_t;
+enum : CGWindowListOption { kCGWindowListOptionOnScreenOnly = 1 };
 #define kCGNullWindowID ((CGWindowID)0)
 
 extern const CFStringRef kCGWindowNumber;

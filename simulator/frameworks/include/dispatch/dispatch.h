@@ -4,7 +4,11 @@
 
 #include <cstdint>
 
+#if __has_include(<sys/qos.h>)
+#include <sys/qos.h>
+#else
 enum qos_class_t : unsigned int { QOS_CLASS_USER_INITIATED = 0x19 };
+#endif
 
 #define NSEC_PER_SEC 1000000000ull
 #define DISPATCH_TIME_NOW (0ull)
