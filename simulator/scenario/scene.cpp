@@ -102,8 +102,18 @@ void click(Desktop& desktop, Point at) {
   }
 }
 
+void schedulePerson(Desktop& desktop, const PersonAct& act) {
+  desktop.schedule(act.atSeconds, [&desktop, act] {
+    if (act.activates) desktop.activate(*act.activates, Origin::person);
+    if (act.clicks) click(desktop, *act.clicks);
+    if (act.quits) quitApplication(desktop, *act.quits, act.remembered);
+  });
+}
+
+}  // namespace
+
 // Assumed: the services that draw for an application end with it.
-void quit(Desktop& desktop, Pid pid, bool remembered) {
+void quitApplication(Desktop& desktop, Pid pid, bool remembered) {
   for (const auto& process : desktop.processes()) {
     if (process->host == pid && !process->terminated) {
       desktop.terminateProcess(process->pid, false);
@@ -111,16 +121,6 @@ void quit(Desktop& desktop, Pid pid, bool remembered) {
   }
   if (!desktop.findProcess(pid)->terminated) desktop.terminateProcess(pid, remembered);
 }
-
-void schedulePerson(Desktop& desktop, const PersonAct& act) {
-  desktop.schedule(act.atSeconds, [&desktop, act] {
-    if (act.activates) desktop.activate(*act.activates, Origin::person);
-    if (act.clicks) click(desktop, *act.clicks);
-    if (act.quits) quit(desktop, *act.quits, act.remembered);
-  });
-}
-
-}  // namespace
 
 std::vector<PanelOutcome> Scene::outcomes() const {
   std::vector<PanelOutcome> result;

@@ -21,4 +21,8 @@ struct Scene {
 
 std::unique_ptr<Scene> makeScene(const Scenario& scenario);
 
+// Ends an application and the services that draw for it. `remembered`: the workspace still knows
+// it.
+void quitApplication(Desktop& desktop, Pid pid, bool remembered);
+
 }  // namespace simulator

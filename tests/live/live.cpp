@@ -1,0 +1,132 @@
+#include "live/live.h"
+
+#include <deque>
+#include <stdexcept>
+
+#include "platform/accessibility.h"
+#include "platform/wait.h"
+
+namespace tessarine::test {
+namespace {
+
+constexpr double showing_seconds = 15;
+constexpr double ending_seconds = 5;
+
+std::optional<Element> firstBelow(const Element& root, const ElementTest& matches) {
+  const std::vector<Element> found = elementsBelow(root, matches);
+  if (found.empty()) return {};
+  return found.front();
+}
+
+Element require(const std::optional<Element>& element, const std::string& what) {
+  if (!element) throw std::runtime_error("the panel shows no " + what);
+  return *element;
+}
+
+std::optional<Element> withIdentifier(const Element& root, const std::string& identifier) {
+  return firstBelow(
+      root, [&](const Element& each) { return axString(each, "AXIdentifier") == identifier; });
+}
+
+std::string nameOf(const Element& row) {
+  const auto text =
+      firstBelow(row, [](const Element& each) { return axRole(each) == "AXTextField"; });
+  return text ? axInputValue(*text) : std::string();
+}
+
+std::vector<Element> namedRows(const Element& panel) {
+  const Element list = byIdentifier(panel, "ListView");
+  std::vector<Element> rows;
+  for (const Element& row : axElements(list, "AXRows")) {
+    if (!nameOf(row).empty()) rows.push_back(row);
+  }
+  return rows;
+}
+
+bool complete(pid_t application) {
+  const auto panel = withIdentifier(Element::application(application), "open-panel");
+  return panel && withIdentifier(*panel, "OKButton") && withIdentifier(*panel, "ListView");
+}
+
+}  // namespace
+
+void Live::SetUp() {
+  if (const auto reason = reasonNotToRun()) GTEST_SKIP() << *reason;
+}
+
+void Live::TearDown() {
+  stage_.reset();
+}
+
+void Live::show(const PanelSpec& spec) {
+  stage_ = makeStage(spec, folder_.path());
+  if (!spec.untilComplete) return;
+  if (!pollUntil(showing_seconds, 0.1, [&] { return complete(application()); })) {
+    throw std::runtime_error(
+        "no panel with a list was shown; where it shows columns or icons, choose its list view "
+        "once");
+  }
+}
+
+pid_t Live::keyTaker() const {
+  return stage_->service().value_or(application());
+}
+
+Element Live::panel() const {
+  return require(withIdentifier(Element::application(application()), "open-panel"), "panel");
+}
+
+std::optional<Element> Live::goToSheet() const {
+  return withIdentifier(panel(), "GoToWindow");
+}
+
+std::string Live::end() const {
+  pollUntil(ending_seconds, 0.02, [&] { return outcome() != "open"; });
+  return outcome();
+}
+
+std::vector<Element> elementsBelow(const Element& root, const ElementTest& matches) {
+  constexpr std::size_t most = 3000;
+  std::vector<Element> found;
+  std::deque<Element> waiting{root};
+  for (std::size_t visited = 0; !waiting.empty() && visited < most; ++visited) {
+    const Element element = waiting.front();
+    waiting.pop_front();
+    for (const Element& child : axChildren(element)) {
+      if (matches(child)) found.push_back(child);
+      waiting.push_back(child);
+    }
+  }
+  return found;
+}
+
+Element byIdentifier(const Element& root, const std::string& identifier) {
+  return require(withIdentifier(root, identifier), "#" + identifier);
+}
+
+Element byRole(const Element& root, const std::string& role) {
+  return require(firstBelow(root, [&](const Element& each) { return axRole(each) == role; }), role);
+}
+
+Element byTitle(const Element& root, const std::string& role, const std::string& title) {
+  return require(firstBelow(root,
+                            [&](const Element& each) {
+                              return axRole(each) == role && axTitle(each) == title;
+                            }),
+                 role + " \"" + title + "\"");
+}
+
+std::vector<std::string> listedNames(const Element& panel) {
+  std::vector<std::string> names;
+  for (const Element& row : namedRows(panel)) names.push_back(nameOf(row));
+  return names;
+}
+
+Element rowNamed(const Element& panel, const std::string& name) {
+  for (const Element& row : namedRows(panel)) {
+    if (nameOf(row) == name) return row;
+  }
+  throw std::runtime_error("the list shows no \"" + name + "\"");
+}
+
+}  // namespace tessarine::test

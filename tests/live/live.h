@@ -1,0 +1,98 @@
+// An Open panel that is really shown, and what is asked of it. On a Mac a small application of our
+// own shows it (fixture/main.mm); elsewhere it stands on the simulated desktop, whose model takes
+// for granted what these tests say. A Mac has the last word.
+//
+// On a Mac these tests take the foreground, type, click and move the pointer: nobody else should
+// use the machine meanwhile. Points are screen points, origin at the top left of the main display.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/types.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/element.h"
+#include "support/temporary_folder.h"
+
+namespace tessarine::test {
+
+// How the panel is shown. It is a folder panel in English unless something else is asked for.
+struct PanelSpec {
+  bool sheet = false;  // attached to the application's window; otherwise a window without one
+  bool files = false;
+  bool inFront = true;          // the application is frontmost
+  bool untilComplete = true;    // whether to wait for its controls and its list
+  std::string language = "en";  // or "zh-Hans", "de"
+};
+
+struct ProgramEnd {
+  int exitStatus = 0;
+  std::string output;
+};
+
+// A desktop with an application that shows one panel.
+class Stage {
+ public:
+  virtual ~Stage() = default;
+  virtual pid_t application() const = 0;
+  // The process that draws the panel for the application; absent when there is none.
+  virtual std::optional<pid_t> service() const = 0;
+  // "open", "chosen PATH" without links in the path, or "cancelled".
+  virtual std::string outcome() const = 0;
+  // The application ends, its panel with it.
+  virtual void quit() = 0;
+  // Runs the tool to its end.
+  virtual ProgramEnd runTool(const std::vector<std::string>& arguments) = 0;
+};
+
+// Why nothing can be shown here, or that it can.
+std::optional<std::string> reasonNotToRun();
+std::unique_ptr<Stage> makeStage(const PanelSpec& spec, const std::string& folder);
+
+class Live : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  // What the panel shows at first: empty, until the test puts something into it before `show`.
+  const TemporaryFolder& folder() const { return folder_; }
+
+  void show(const PanelSpec& spec);
+  Stage& stage() { return *stage_; }
+  pid_t application() const { return stage_->application(); }
+  // The process that draws the panel and takes its keys: the panel service, where there is one.
+  pid_t keyTaker() const;
+
+  // The panel's root. Throws when it is not there.
+  Element panel() const;
+  // The go-to sheet, absent while it is closed.
+  std::optional<Element> goToSheet() const;
+
+  std::string outcome() const { return stage_->outcome(); }
+  // Waits, at most 5 s, for the end of the panel; its outcome then.
+  std::string end() const;
+
+ private:
+  TemporaryFolder folder_;
+  std::unique_ptr<Stage> stage_;
+};
+
+// --- Elements below another one, breadth first. ---
+
+using ElementTest = std::function<bool(const Element&)>;
+std::vector<Element> elementsBelow(const Element& root, const ElementTest& matches);
+// The first with this identifier, role or title. Each throws when there is none.
+Element byIdentifier(const Element& root, const std::string& identifier);
+Element byRole(const Element& root, const std::string& role);
+Element byTitle(const Element& root, const std::string& role, const std::string& title);
+
+// The names in the panel's list, from top to bottom.
+std::vector<std::string> listedNames(const Element& panel);
+// The row that shows this name. Throws when there is none.
+Element rowNamed(const Element& panel, const std::string& name);
+
+}  // namespace tessarine::test

@@ -1,0 +1,127 @@
+// The panel on a Mac: an application of our own shows it, beside the tests.
+#include <ApplicationServices/ApplicationServices.h>
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <stdexcept>
+
+#include "core/numbers.h"
+#include "core/text.h"
+#include "live/live.h"
+#include "platform/child_process.h"
+#include "platform/processes.h"
+#include "platform/wait.h"
+
+namespace tessarine::test {
+namespace {
+
+constexpr double starting_seconds = 15;
+constexpr double service_seconds = 5;
+
+bool thereIsALoginSession() {
+  return static_cast<bool>(CfRef<CFArrayRef>::adopt(
+      CGWindowListCopyWindowInfo(kCGWindowListOptionOnScreenOnly, kCGNullWindowID)));
+}
+
+std::set<pid_t> panelServices() {
+  std::set<pid_t> services;
+  for (const auto& line :
+       splitDroppingEmpty(commandOutput(psPath, {"-axo", "pid=,command="}), '\n')) {
+    if (!contains(line, "openAndSavePanelService")) continue;
+    const auto pieces = splitDroppingEmpty(trimmed(line), ' ');
+    if (const auto pid = parseInt32(pieces.front())) services.insert(*pid);
+  }
+  return services;
+}
+
+std::vector<std::string> fixtureArguments(const PanelSpec& spec, const std::string& folder,
+                                          const std::string& report) {
+  std::vector<std::string> arguments{report, folder};
+  if (spec.sheet) arguments.emplace_back("--sheet");
+  if (spec.files) arguments.emplace_back("--files");
+  if (spec.inFront) arguments.emplace_back("--in-front");
+  // What an application is told on its command line overrides the user's settings.
+  arguments.insert(arguments.end(), {"-AppleLanguages", "(" + spec.language + ")"});
+  return arguments;
+}
+
+class FixtureStage final : public Stage {
+ public:
+  FixtureStage(const PanelSpec& spec, const std::string& folder)
+      : servicesBefore_(panelServices()),
+        child_(startChild(OPEN_PANEL_FIXTURE, fixtureArguments(spec, folder, reportPath()))) {
+    if (!child_.child) throw std::runtime_error("the fixture did not start: " + child_.startError);
+    if (!pollUntil(starting_seconds, 0.02, [this] { return report().pid != 0; })) {
+      throw std::runtime_error("the fixture showed no panel");
+    }
+  }
+  ~FixtureStage() override { quit(); }
+  FixtureStage(const FixtureStage&) = delete;
+  FixtureStage& operator=(const FixtureStage&) = delete;
+
+  pid_t application() const override { return report().pid; }
+
+  // The one that was not there before the panel was.
+  std::optional<pid_t> service() const override {
+    std::optional<pid_t> found;
+    pollUntil(service_seconds, 0.1, [&] {
+      for (const pid_t pid : panelServices()) {
+        if (!servicesBefore_.contains(pid)) found = pid;
+      }
+      return found.has_value();
+    });
+    return found;
+  }
+
+  std::string outcome() const override { return report().outcome; }
+
+  void quit() override {
+    if (ended_) return;
+    ended_ = true;
+    terminate(*child_.child);
+    waitForExit(*child_.child);
+  }
+
+  ProgramEnd runTool(const std::vector<std::string>& arguments) override {
+    const StartedChild tool = startChild(TESSARINE_PROGRAM, arguments);
+    if (!tool.child) throw std::runtime_error("the tool did not start: " + tool.startError);
+    const std::string output = readStandardOutput(*tool.child);
+    return {waitForExit(*tool.child), output};
+  }
+
+ private:
+  // What the fixture wrote last: its process identifier, a blank, what came of the panel.
+  struct Report {
+    pid_t pid = 0;
+    std::string outcome;
+  };
+
+  std::string reportPath() const { return folder_.path() + "/report"; }
+
+  Report report() const {
+    std::ifstream file(reportPath());
+    Report report;
+    if (file >> report.pid) std::getline(file >> std::ws, report.outcome);
+    return report;
+  }
+
+  TemporaryFolder folder_;
+  std::set<pid_t> servicesBefore_;
+  StartedChild child_;
+  bool ended_ = false;
+};
+
+}  // namespace
+
+std::optional<std::string> reasonNotToRun() {
+  if (!thereIsALoginSession()) return "nobody is logged in: there is no desktop";
+  if (!AXIsProcessTrusted()) return "this program is not trusted with accessibility";
+  return {};
+}
+
+std::unique_ptr<Stage> makeStage(const PanelSpec& spec, const std::string& folder) {
+  return std::make_unique<FixtureStage>(spec, folder);
+}
+
+}  // namespace tessarine::test
