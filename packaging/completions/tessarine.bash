@@ -1,4 +1,6 @@
-# Completions of tessarine and background-window-capture for bash.
+# Completions of tessarine, tessarine-desktop and background-window-capture for bash.
+# bash on macOS is too old for mapfile.
+# shellcheck disable=SC2207
 
 # Files and folders, also where bash is as old as on macOS.
 _tessarine_files() {
@@ -49,5 +51,42 @@ _background_window_capture() {
   fi
 }
 
+# The scenarios that come with the desktop, and files that hold one.
+_tessarine_scenarios() {
+  _tessarine_files
+  local names
+  names=$("${COMP_WORDS[0]}" list 2>/dev/null | cut -d ' ' -f 1)
+  COMPREPLY+=($(compgen -W "$names" -- "$current"))
+}
+
+_tessarine_desktop() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  COMPREPLY=()
+  if [[ $COMP_CWORD == 1 ]]; then
+    COMPREPLY=($(compgen -W "run serve state list import --help" -- "$current"))
+    return
+  fi
+  case $previous in
+    --record | --socket | --windows) _tessarine_files; return ;;
+    --) COMPREPLY=($(compgen -c -- "$current")); return ;;
+  esac
+  local options=""
+  case ${COMP_WORDS[1]} in
+    run) options="--record" ;;
+    serve) options="--socket" ;;
+    state) options="--socket" ;;
+    import) options="--windows --keep-names" ;;
+  esac
+  if [[ $current == -* ]]; then
+    COMPREPLY=($(compgen -W "$options" -- "$current"))
+    return
+  fi
+  case ${COMP_WORDS[1]} in
+    run | serve) _tessarine_scenarios ;;
+    import) _tessarine_files ;;
+  esac
+}
+
 complete -F _tessarine tessarine
+complete -F _tessarine_desktop tessarine-desktop
 complete -F _background_window_capture background-window-capture

@@ -4,18 +4,13 @@
 #include <cmath>
 #include <sstream>
 
+#include "simulator/scenario/json_text.h"
 #include "simulator/scenario/scenario.h"
 
 namespace simulator {
 namespace {
 
 constexpr double farthest = 100000;  // points
-
-std::string escaped(const std::string& key) {
-  std::string result;
-  for (const char c : key) result += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
-  return result;
-}
 
 std::string printed(double number) {
   std::ostringstream text;
@@ -34,7 +29,7 @@ void JsonPlace::refuse(const std::string& expectation) const {
 }
 
 JsonPlace JsonPlace::at(const std::string& key) const {
-  return {value.at(key), file, pointer + "/" + escaped(key)};
+  return {value.at(key), file, pointerTo(pointer, key)};
 }
 
 JsonPlace JsonPlace::at(std::size_t index) const {

@@ -7,6 +7,7 @@
 #include "simulator/panel/folder.h"
 #include "simulator/scenario/bundled_files.h"
 #include "simulator/scenario/json_object.h"
+#include "simulator/scenario/json_text.h"
 
 namespace simulator {
 namespace {
@@ -345,14 +346,6 @@ SidebarPlace readSidebarPlace(const JsonPlace& place) {
   return result;
 }
 
-std::string lineAndColumn(const std::string& text, std::size_t byte) {
-  const std::string before = text.substr(0, byte == 0 ? 0 : byte - 1);
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const std::size_t lineStart = before.rfind('\n') + 1;  // 0 without a line end
-  return "line " + std::to_string(line) + ", column " +
-         std::to_string(before.size() - lineStart + 1);
-}
-
 }  // namespace
 
 Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::string& name) {
@@ -388,13 +381,7 @@ Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::str
 }
 
 Scenario scenarioFromText(const std::string& text, const std::string& name) {
-  try {
-    return scenarioFromJson(nlohmann::ordered_json::parse(text), name);
-  } catch (const nlohmann::json::parse_error& error) {
-    throw ScenarioError(name + ": " + lineAndColumn(text, error.byte) + ": expected JSON");
-  } catch (const nlohmann::json::out_of_range&) {
-    throw ScenarioError(name + ": /: expected JSON whose numbers are within the range of a double");
-  }
+  return scenarioFromJson(parseJson(text, name), name);
 }
 
 Scenario readScenarioFile(const std::filesystem::path& path) {

@@ -20,7 +20,7 @@
 #include <system_error>
 #include <vector>
 
-#include "simulator/scenario/import.h"
+#include "simulator/import/import.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "simulator/service/client.h"

@@ -12,7 +12,7 @@ autoload -Uz compinit
 compinit -D -u
 fpath=(${completions:A:h} \$fpath)
 autoload -Uz ${completions:t}
-compdef ${completions:t} tessarine background-window-capture
+compdef ${completions:t} tessarine tessarine-desktop background-window-capture
 compadd() {
   local -a added
   builtin compadd -A added "\$@"

@@ -1,0 +1,23 @@
+// Keeps the user's own words out of a scenario.
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace simulator::importing {
+
+// Puts placeholders in the place of texts, the same one for the same text.
+class Placeholders {
+ public:
+  explicit Placeholders(bool keep) : keep_(keep) {}
+
+  // Leaves the panel's own texts as they are and, when names are kept, whatever cannot hold a path.
+  std::string of(const std::string& text, const std::string& kind = "name");
+
+ private:
+  bool keep_;
+  std::map<std::string, std::string> given_;
+  std::map<std::string, int> counts_;
+};
+
+}  // namespace simulator::importing
