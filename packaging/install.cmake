@@ -1,12 +1,26 @@
 # What `cmake --install` lays out.
 include(GNUInstallDirs)
 
-install(TARGETS tessarine tessarine-desktop RUNTIME)
-set(desktop_folder ${CMAKE_INSTALL_LIBEXECDIR}/tessarine-desktop)
-install(DIRECTORY ${DESKTOP_PROGRAMS}/ DESTINATION ${desktop_folder} USE_SOURCE_PERMISSIONS)
+# The tool with its capture helper, and a launcher that calls it by its path.
+set(tool_folder ${CMAKE_INSTALL_LIBEXECDIR}/tessarine)
+install(TARGETS tessarine RUNTIME DESTINATION ${tool_folder})
 if(APPLE)
+  install(TARGETS background-window-capture RUNTIME DESTINATION ${tool_folder})
   install(TARGETS background-window-capture RUNTIME)
 endif()
+string(CONFIGURE [[
+  set(INSTALLED_PROGRAM "${CMAKE_INSTALL_PREFIX}/@tool_folder@/tessarine")
+  set(launcher "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/@CMAKE_INSTALL_BINDIR@/tessarine")
+  configure_file("@PROJECT_SOURCE_DIR@/packaging/launcher.in" "${launcher}" @ONLY)
+  file(CHMOD "${launcher}" PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+]] write_launcher @ONLY)
+install(CODE "${write_launcher}")
+
+# The simulated desktop and its programs.
+install(TARGETS tessarine-desktop RUNTIME)
+install(DIRECTORY ${DESKTOP_PROGRAMS}/
+  DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/tessarine-desktop USE_SOURCE_PERMISSIONS)
 
 # bash and fish look for a file with the name of the program whose words they complete.
 foreach(program tessarine tessarine-desktop background-window-capture)

@@ -110,12 +110,17 @@ Scenario scenarioOf(const std::string& name) {
   return bundledScenario(name);
 }
 
-// The desktop's programs: where they are built, beside this one, or where they are installed.
+// The desktop's programs: where they are built, beside this one, or where they are installed. A
+// desktop without them is refused: on a Mac the command would work on the Mac itself.
 std::string programsFolder() {
   const fs::path folder = ownPath().parent_path();
   const fs::path built = folder / "desktop-programs";
-  if (fs::exists(built)) return built;
-  return folder.parent_path() / "libexec" / "tessarine-desktop";
+  const fs::path programs =
+      fs::exists(built) ? built : folder.parent_path() / "libexec" / "tessarine-desktop";
+  if (!fs::exists(programs / "background-window-capture")) {
+    throw CallError("the desktop's own programs are not in " + programs.string());
+  }
+  return programs;
 }
 
 struct Variable {

@@ -51,8 +51,10 @@ std::set<std::string> wordsOf(const std::string& text) {
 
 TEST_F(Installed, IsAllThatBelongsToTheProgramsAndNothingElse) {
   std::set<std::string> expected = wordsOf(INSTALLED_ON_MACOS_ALONE);
-  for (const char* name : {"tessarine", "tessarine-desktop"})
-    expected.insert("bin/" + std::string(name));
+  for (const char* path :
+       {"bin/tessarine", "bin/tessarine-desktop", "libexec/tessarine/tessarine"}) {
+    expected.insert(path);
+  }
   for (const char* name :
        {"background-window-capture", "desktop-program", "osascript", "ps", "screencapture"}) {
     expected.insert("libexec/tessarine-desktop/" + std::string(name));
@@ -92,6 +94,29 @@ TEST_F(Installed, TheCaptureHelperListsPanelsThatAccessibilityDoesNotShow) {
   ASSERT_TRUE(result.is_object()) << listed.output;
   ASSERT_TRUE(result.contains("windows")) << listed.output;
   EXPECT_EQ(result["windows"].size(), 2U) << listed.output;
+}
+
+// The tool looks for its helper where it was called from: a shell's name for it says nothing.
+TEST_F(Installed, TheToolRunsNoProgramOfTheCurrentFolder) {
+  const std::string work = folder_.makeFolder("work");
+  const std::string trace = work + "/ran";
+  fs::rename(folder_.makeScript("background-window-capture", "touch " + trace),
+             work + "/background-window-capture");
+  const ProgramRun listed =
+      run({"/bin/sh", "-c", "cd \"$0\" && exec \"$@\"", work, program("tessarine-desktop"), "run",
+           "unseen-folders", "--", "tessarine", "list-background-panels", "--pid", "812"});
+  EXPECT_EQ(listed.exitStatus, 0) << listed.errors;
+  EXPECT_NE(listed.output.find("\"title\": \"Open\""), std::string::npos) << listed.output;
+  EXPECT_FALSE(fs::exists(trace));
+}
+
+TEST_F(Installed, ADesktopWithoutItsProgramsIsRefused) {
+  fs::remove_all(prefix() + "/libexec/tessarine-desktop");
+  EXPECT_EQ(run({program("tessarine-desktop"), "run", "no-panel", "--", "true"}),
+            (ProgramRun{2, "",
+                        "tessarine-desktop: the desktop's own programs are not in " + prefix() +
+                            "/libexec/tessarine-desktop\n",
+                        0}));
 }
 
 TEST_F(Installed, TheManPagesAreFoundByName) {
