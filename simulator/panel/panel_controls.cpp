@@ -14,8 +14,9 @@ constexpr Seconds search_delay = 0.3;
 
 }  // namespace
 
-// Assumed (Live.APressOfADisabledButtonHasNoEffect): pressing a disabled button succeeds and
-// nothing happens.
+// Assumed (Live.APressOfADisabledButtonHasNoEffect,
+// Live.APressOfTheDisabledBackButtonSucceedsAndHasNoEffect): pressing a disabled button succeeds
+// and nothing happens.
 void OpenPanel::attachPress(Element* button, std::function<void()> effect) {
   if (button == nullptr) return;
   const auto pressed = [button, effect] {

@@ -53,6 +53,19 @@ TEST_F(Live, ClosingThePanelCancelsIt) {
   EXPECT_EQ(end(), "cancelled");
 }
 
+TEST_F(Live, APressOfTheDisabledBackButtonSucceedsAndHasNoEffect) {
+  show({});
+  const auto buttons = elementsBelow(panel(), [](const Element& each) {
+    return axRole(each) == "AXButton" && axDescription(each) == "back";
+  });
+  ASSERT_THAT(buttons, ::testing::SizeIs(1));
+  EXPECT_FALSE(axIsTrue(buttons.front(), "AXEnabled"));
+  EXPECT_TRUE(tryAction("AXPress", buttons.front()));
+  EXPECT_FALSE(pollUntil(1, 0.1, [&] {
+    return axInputValue(byIdentifier(panel(), "where popup")) != lastPathComponent(folder().path());
+  }));
+}
+
 TEST_F(Live, SearchResultsAppearWithinOneAndAHalfSeconds) {
   folder().makeFile("apple.txt");
   folder().makeFile("pear.txt");
