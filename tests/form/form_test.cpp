@@ -242,9 +242,9 @@ TEST(Form, EveryReservedWordIsUsedWhereItIsAllowed) {
       {"src/cli/watchdog.cpp", "#include <dispatch/"}};
   for (const auto& [name, word] : uses) {
     const SourceFile file = readSource(fs::path(SOURCE_TREE) / name);
-    EXPECT_TRUE(
-        std::any_of(file.lines.begin(), file.lines.end(),
-                    [&](const std::string& line) { return line.find(word) != std::string::npos; }))
+    EXPECT_TRUE(std::any_of(
+        file.lines.begin(), file.lines.end(),
+        [&word = word](const std::string& line) { return line.find(word) != std::string::npos; }))
         << name << " no longer uses " << word;
   }
 }

@@ -70,7 +70,7 @@ TEST_F(Live, SearchResultsAppearWithinOneAndAHalfSeconds) {
   folder().makeFile("apple.txt");
   folder().makeFile("pear.txt");
   show({.files = true});
-  ASSERT_THAT(listedNames(panel()), ::testing::SizeIs(2));
+  ASSERT_TRUE(pollUntil(5, 0.1, [&] { return listedNames(panel()).size() == 2; }));
   setText(byIdentifier(panel(), "Search"), "AXValue", "apple");
   EXPECT_TRUE(pollUntil(1.5, 0.05, [&] { return listedNames(panel()).size() == 1; }));
   EXPECT_EQ(listedNames(panel()), std::vector<std::string>{"apple.txt"});
