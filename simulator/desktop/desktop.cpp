@@ -8,7 +8,8 @@
 namespace simulator {
 namespace {
 
-// Assumed: from asking an application to come forward until it is in front.
+// Assumed (Live.AnApplicationComesForwardWithinAQuarterOfASecond): from the answer to who asks an
+// application to come forward until it is in front.
 constexpr Seconds activation_delay = 0.05;
 
 constexpr int terminated_status = 15;
@@ -119,7 +120,9 @@ void Desktop::setFrontmost(std::optional<Pid> pid) {
   assert(!pid || (findProcess(*pid)->application && !findProcess(*pid)->terminated));
   record_.add(now_, FrontmostChanged{frontmost_, pid});
   frontmost_ = pid;
-  // Assumed: all windows of the application come forward.
+  // Assumed (Live.AllWindowsOfAnApplicationComeForwardWithIt,
+  // Live.AClickBringsAllWindowsOfItsApplicationForward): all windows of the application come
+  // forward, whether it was asked to or clicked.
   std::stable_partition(windows_.begin(), windows_.end(),
                         [this](const auto& window) { return belongsToFrontmost(*window); });
 }

@@ -7,9 +7,11 @@
 namespace simulator {
 namespace {
 
-// Assumed: a request to an idle process is answered in about a third of a millisecond.
+// Assumed (Live.AnIdleApplicationAnswersARequestWithinTwoMilliseconds): a request to an idle
+// process is answered in about a third of a millisecond.
 constexpr Seconds request_price = 0.0003;
-// Assumed: asking the workspace to bring an application forward.
+// Assumed (Live.AskingForTheForegroundIsAnsweredWithinAQuarterOfASecond): what the workspace takes
+// to answer, before the application comes forward.
 constexpr Seconds activation_price = 0.05;
 // Of sums of times.
 constexpr Seconds rounding = 1e-9;
@@ -99,8 +101,9 @@ std::int32_t Desktop::refusal(ElementId id) const {
   if (const Element* element = findElement(id)) {
     return element->readableFrom() > now_ + rounding ? ax::cannotComplete : ax::success;
   }
-  // Assumed: who holds an element of a process that has ended learns that it is invalid, who asks
-  // the application itself reaches nobody.
+  // Assumed (Live.AnElementOfAnApplicationThatHasEndedIsInvalid,
+  // Live.AnApplicationThatHasEndedCannotBeReached): who holds an element of a process that has
+  // ended learns that it is invalid, who asks the application itself reaches nobody.
   return id.number == 0 ? ax::cannotComplete : ax::invalidElement;
 }
 

@@ -31,7 +31,8 @@ Window& Desktop::addWindow(Window window) {
   window.number = next_window_number_++;
   record_.add(now_, WindowOpened{window.number, window.owner, window.title});
 
-  // Assumed: a background application cannot cover the one in front.
+  // Assumed (Live.ThePanelOfABackgroundApplicationStandsBehindTheApplicationInFront): a background
+  // application cannot cover the one in front.
   auto position = windows_.begin();
   if (!belongsToFrontmost(window)) {
     position = std::find_if_not(windows_.begin(), windows_.end(),
@@ -135,7 +136,8 @@ Pid Desktop::applicationOf(Pid pid) const {
 void Desktop::postKey(const KeyEvent& event, std::optional<Pid> target, Origin origin) {
   runWatchers();
   record_.add(now_, PostedKey{target, event, origin});
-  // Assumed: what a program without trust posts is dropped without an error.
+  // Assumed (no test can tell: the tests themselves need trust): what a program without trust posts
+  // is dropped without an error.
   if (faults_.untrusted && origin != Origin::person) return;
   const std::optional<Pid> receiving = target ? target : frontmost_;
   const Process* process = receiving ? findProcess(*receiving) : nullptr;
@@ -162,7 +164,8 @@ void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Orig
   if (!target && event.type == left_down && findProcess(applicationOf(owner))->application) {
     setFrontmost(applicationOf(owner));
   }
-  // Assumed: the click that brings an application forward also reaches the control under it.
+  // Assumed (Live.TheClickThatBringsAnApplicationForwardAlsoReachesTheControlUnderIt): nobody
+  // swallows such a click.
   const Route route = target ? Route::process : Route::session;
   offerToReceivers(*findProcess(owner), [&](InputReceiver& receiver) {
     Window* hit = findWindow(number);  // null once a receiver has closed it

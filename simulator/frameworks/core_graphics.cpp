@@ -76,7 +76,7 @@ bool CGRectIntersectsRect(CGRect one, CGRect other) {
   return !CGRectIsNull(CGRectIntersection(one, other));
 }
 
-// Assumed, after the open-source Foundation (tests/contract/rectangles_test.cpp asks a Mac):
+// Assumed (Contract.RectanglesThatTouchIntersectInAnEmptyOne): as in the open-source Foundation,
 // rectangles that only touch intersect in one that is empty, not null.
 CGRect CGRectIntersection(CGRect one, CGRect other) {
   if (CGRectIsNull(one) || CGRectIsNull(other)) return null_rect;

@@ -8,12 +8,15 @@ namespace {
 
 // Measured: the menu of enclosing folders takes this long.
 constexpr Seconds menu_delay = 0.4;
-// Assumed: from the last change of the search text to its results.
+// Assumed (Live.SearchResultsAppearWithinOneAndAHalfSeconds): from the last change of the search
+// text to its results.
 constexpr Seconds search_delay = 0.3;
 
 }  // namespace
 
-// Assumed: pressing a disabled button succeeds and nothing happens.
+// Assumed (Live.APressOfADisabledButtonHasNoEffect,
+// Live.APressOfTheDisabledBackButtonSucceedsAndHasNoEffect): pressing a disabled button succeeds
+// and nothing happens.
 void OpenPanel::attachPress(Element* button, std::function<void()> effect) {
   if (button == nullptr) return;
   const auto pressed = [button, effect] {
@@ -113,7 +116,9 @@ void OpenPanel::attachWhere() {
   });
 }
 
-// The folder shown, those around it up to its volume and, assumed, the other volumes by path.
+// The folder shown and those around it up to its volume.
+// Assumed (Live.OtherVolumesFollowTheFoldersInTheLocationMenuByTheirPaths): then the other volumes,
+// in the order of their paths.
 std::vector<std::string> OpenPanel::menuPaths() const {
   const auto& volumes = desktop_.volumes();
   std::vector<std::string> paths{folder_};

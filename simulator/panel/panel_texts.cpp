@@ -3,6 +3,10 @@
 namespace simulator {
 namespace {
 
+// Assumed (Live.AnEnglishPanelNamesItsControlsInEnglish, Live.AnEnglishPanelHeadsItsListsInEnglish,
+// Live.AnEnglishGoToSheetAsksInEnglish): what is not in anybody's printout of a panel: the panel's
+// description, New Folder, the pop-up's title, the lists' headers, the text of the go-to sheet.
+// Assumed (no test can tell: current systems do not show them): `go` and `message`, also below.
 const PanelTexts english{
     .open = "Open",
     .description = "open",
@@ -24,7 +28,8 @@ const PanelTexts english{
     .message = "Select the extension directory.",
 };
 
-// Assumed, but for the words for open, choose, sidebar, list view and "go to folder".
+// Assumed (Live.AChinesePanelNamesItsControlsInChinese, Live.AChinesePanelHeadsItsListsInChinese):
+// all but the words for open, choose, sidebar, list view and "go to folder".
 const PanelTexts simplifiedChinese{
     .open = "打开",
     .description = "打开",
@@ -46,7 +51,8 @@ const PanelTexts simplifiedChinese{
     .message = "选择扩展程序目录",
 };
 
-// Assumed throughout.
+// Assumed (Live.AGermanPanelNamesItsControlsInGerman, Live.AGermanPanelHeadsItsListsInGerman,
+// Live.AGermanFilePanelOpens, Live.AGermanGoToSheetAsksInGerman): all.
 const PanelTexts german{
     .open = "Öffnen",
     .description = "öffnen",

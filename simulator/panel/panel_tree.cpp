@@ -3,7 +3,10 @@
 namespace simulator {
 namespace {
 
-// Sizes in points. Assumed: nobody wrote the panel's measures down.
+// Sizes in points.
+// Assumed (Live.TheTwoButtonsStandAtTheLowerRight, Live.TheSidebarTakesAbout160PointsAtTheLeft,
+// Live.TheListStandsBetweenTheBars, Live.TheSearchFieldEndsTheToolBar,
+// Live.ThePlacesOfTheSidebarAreAbout24PointsHigh): nobody wrote the panel's measures down.
 constexpr double title_bar_height = 28;
 constexpr double tool_bar_height = 44;
 constexpr double bottom_bar_height = 56;
@@ -43,7 +46,8 @@ Rect listsArea(const PanelOptions& options) {
 
 Element& addTitleBarButton(Element& root, const Rect& panel, const char* subrole, int position) {
   const Rect frame{panel.x + 8 + 20 * position, panel.y + 7, 14, 14};
-  // Assumed: a panel can be closed, and neither minimised nor zoomed.
+  // Assumed (Live.AWindowPanelCanBeClosedAndNeitherMinimisedNorZoomed,
+  // Live.ClosingThePanelCancelsIt): a panel can be closed, and neither minimised nor zoomed.
   return addElement(
       root, "AXButton", frame,
       {{"AXSubrole", std::string(subrole)}, {"AXEnabled", position == 0}, {"AXTitle", Value{}}});
@@ -133,7 +137,8 @@ void buildLists(PanelElements& elements, const PanelOptions& options,
   addSidebarRow(elements, row, texts.favourites, false);
   for (const auto& place : places) {
     Element& text = addSidebarRow(elements, row, place.name, true);
-    // Assumed: where it is known, the text has it, as in the listing.
+    // Assumed (no test can tell: which places have one is not ours to choose): where it is known,
+    // the text has it, as in the listing.
     if (place.urlKnown) text.set("AXURL", Url{fileUrl(place.path, true)});
   }
   addElement(*elements.split, "AXSplitter", {area.x + sidebar_width, area.y, 1, area.height});

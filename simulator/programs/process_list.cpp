@@ -8,7 +8,7 @@
 namespace simulator {
 namespace {
 
-// Assumed: with a few hundred processes.
+// Assumed (Live.AllProcessesAreListedWithinATenthOfASecond): with a few hundred processes.
 constexpr Seconds running_time = 0.02;
 
 void listAll(ProgramRun& run) {

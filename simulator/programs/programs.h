@@ -17,8 +17,10 @@ void runProcessList(ProgramRun& run);
 // line on standard error for a script that cannot be compiled or carried out.
 void runScript(ProgramRun& run);
 
-// "/usr/sbin/screencapture" as `-x -o -t png -lNUMBER FILE`: writes an image of one window. Status
-// 1 and one line on standard error without that window or the permission to see it. Assumed: both.
+// "/usr/sbin/screencapture" as `-x -o -t png -lNUMBER FILE`: writes an image of one window.
+// Assumed (Live.ASnapshotOfAWindowThatIsNotThereFailsWithOneLine): status 1 and one line on
+// standard error without that window. Assumed (no test can tell: it would need a permission both
+// given and refused): the same without the permission to see other programs' windows.
 void runSnapshot(ProgramRun& run);
 
 }  // namespace simulator

@@ -12,11 +12,14 @@
 namespace simulator {
 namespace {
 
-// Assumed: starting osascript and compiling a short script.
+// Assumed (Live.AShortScriptIsCompiledAndRunWithinSixTenthsOfASecond): starting osascript and
+// compiling a short script.
 constexpr Seconds compiling_time = 0.12;
-// Assumed: from one key that System Events types to the next.
+// Assumed (Live.SystemEventsTypesAtLeastTwentyKeysInASecond): from one key that System Events types
+// to the next.
 constexpr Seconds key_interval = 0.01;
-// Assumed: System Events answers once the application has come forward.
+// Assumed (Live.SystemEventsAnswersOnceTheApplicationHasComeForward): it is more than the
+// application takes to come forward.
 constexpr Seconds coming_forward_time = 0.06;
 
 constexpr std::uint64_t shift_flag = 0x20000;
@@ -46,8 +49,8 @@ KeyEvent keyThatTypes(char16_t unit, std::uint64_t flags) {
   event.flags = flags;
   std::optional<TypingKey> key;
   if (unit < 0x80) key = keyTyping(static_cast<char>(unit));
-  // Assumed, from what script authors report: System Events types "a" for what the keyboard layout
-  // has no key for.
+  // Assumed (Live.SystemEventsTypesTheLetterAForWhatNoKeyTypes): as script authors report, System
+  // Events types "a" for what the keyboard layout has no key for.
   if (!key) unit = u'a';
   if (key && key->shifted) event.flags |= shift_flag;
   event.keyCode = key ? key->code : 0;

@@ -9,7 +9,8 @@
 namespace simulator {
 namespace {
 
-constexpr Seconds running_time = 0.03;  // assumed
+// Assumed (Live.ASnapshotOfAWindowIsTakenWithinAQuarterOfASecond): of one window of usual size.
+constexpr Seconds running_time = 0.03;
 
 // A grey image of one pixel.
 constexpr std::array<unsigned char, 67> image = {

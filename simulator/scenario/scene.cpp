@@ -112,7 +112,8 @@ void schedulePerson(Desktop& desktop, const PersonAct& act) {
 
 }  // namespace
 
-// Assumed: the services that draw for an application end with it.
+// Assumed (Live.TheServiceEndsWithItsApplication): the services that draw for an application end
+// with it.
 void quitApplication(Desktop& desktop, Pid pid, bool remembered) {
   for (const auto& process : desktop.processes()) {
     if (process->host == pid && !process->terminated) {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -148,6 +149,57 @@ TEST(Form, ThePanelModelKnowsNothingOfTheProduct) {
   }
 }
 
+// Every line of a file; a line that goes on with the comment before it is joined to that.
+std::string withCommentsJoined(const SourceFile& file) {
+  std::string text;
+  for (const std::string& line : file.lines) text += line + "\n";
+  static const std::regex continued(R"(\n\s*//)");
+  return std::regex_replace(text, continued, "");
+}
+
+// The tests that a Mac is asked as well: "Live.TheNameOfTheTest".
+std::set<std::string> testsOfThePlatform() {
+  const std::regex head(R"(TEST_F\((\w+),\s*(\w+)\))");
+  std::set<std::string> tests;
+  for (const SourceFile& file : sourcesIn({"tests/live", "tests/contract"})) {
+    std::string text;
+    for (const std::string& line : file.lines) text += line + "\n";
+    for (std::sregex_iterator found(text.begin(), text.end(), head), end; found != end; ++found) {
+      tests.insert((*found)[1].str() + "." + (*found)[2].str());
+    }
+  }
+  return tests;
+}
+
+// What nobody measured is labelled with the tests that ask a Mac, or with why none can.
+TEST(Form, EveryAssumptionOfTheSimulatorNamesItsTests) {
+  const std::set<std::string> tests = testsOfThePlatform();
+  const std::regex label(R"(\b[Aa]ssumed\b)");
+  const std::regex reason(R"(^ \(no test can tell: [^()]+\): )");
+  const std::regex names(R"(^ \((\w+\.\w+(, \w+\.\w+)*)\): )");
+  const std::regex name(R"(\w+\.\w+)");
+  std::size_t named = 0;
+  for (const SourceFile& file : sourcesIn({"simulator"})) {
+    const std::string text = withCommentsJoined(file);
+    for (std::sregex_iterator found(text.begin(), text.end(), label), end; found != end; ++found) {
+      const std::string rest = found->suffix();
+      const std::string place = file.name + ": Assumed" + rest.substr(0, 60);
+      if (std::regex_search(rest, reason)) continue;
+      std::smatch list;
+      if (!std::regex_search(rest, list, names)) {
+        ADD_FAILURE() << place;
+        continue;
+      }
+      const std::string listed = list[1];
+      for (std::sregex_iterator each(listed.begin(), listed.end(), name); each != end; ++each) {
+        ++named;
+        EXPECT_TRUE(tests.contains(each->str())) << place << "\nno such test: " << each->str();
+      }
+    }
+  }
+  EXPECT_GT(named, 20U) << "labels are no longer recognised";
+}
+
 // A word, and the files in which alone it may stand.
 struct Reserved {
   const char* pattern;
@@ -190,9 +242,9 @@ TEST(Form, EveryReservedWordIsUsedWhereItIsAllowed) {
       {"src/cli/watchdog.cpp", "#include <dispatch/"}};
   for (const auto& [name, word] : uses) {
     const SourceFile file = readSource(fs::path(SOURCE_TREE) / name);
-    EXPECT_TRUE(
-        std::any_of(file.lines.begin(), file.lines.end(),
-                    [&](const std::string& line) { return line.find(word) != std::string::npos; }))
+    EXPECT_TRUE(std::any_of(
+        file.lines.begin(), file.lines.end(),
+        [&word = word](const std::string& line) { return line.find(word) != std::string::npos; }))
         << name << " no longer uses " << word;
   }
 }

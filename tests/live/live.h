@@ -27,6 +27,8 @@ struct PanelSpec {
   bool inFront = true;          // the application is frontmost
   bool untilComplete = true;    // whether to wait for its controls and its list
   std::string language = "en";  // or "zh-Hans", "de"
+  // Names of disks that are there besides the folder's.
+  std::vector<std::string> volumes = {};
 };
 
 struct ProgramEnd {

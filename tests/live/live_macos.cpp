@@ -46,10 +46,43 @@ std::vector<std::string> fixtureArguments(const PanelSpec& spec, const std::stri
   return arguments;
 }
 
+// Empty disk images that are mounted as /Volumes/NAME while it lives.
+class Disks {
+ public:
+  // The other constructor has ended when a disk fails, so those before it are unmounted.
+  explicit Disks(const std::vector<std::string>& names) : Disks() {
+    for (const std::string& name : names) {
+      const std::string image = images_.path() + "/" + name + ".dmg";
+      if (!commandSucceeded(diskUtility, {"create", "-quiet", "-size", "4m", "-fs", "HFS+",
+                                          "-volname", name, image}) ||
+          !commandSucceeded(diskUtility, {"attach", "-quiet", image})) {
+        throw std::runtime_error("no disk \"" + name + "\"");
+      }
+      mounted_.push_back("/Volumes/" + name);
+    }
+  }
+  ~Disks() {
+    for (const std::string& path : mounted_) {
+      commandSucceeded(diskUtility, {"detach", "-quiet", "-force", path});
+    }
+  }
+  Disks(const Disks&) = delete;
+  Disks& operator=(const Disks&) = delete;
+
+ private:
+  Disks() = default;
+
+  static constexpr const char* diskUtility = "/usr/bin/hdiutil";
+
+  TemporaryFolder images_;
+  std::vector<std::string> mounted_;
+};
+
 class FixtureStage final : public Stage {
  public:
   FixtureStage(const PanelSpec& spec, const std::string& folder)
-      : servicesBefore_(panelServices()),
+      : disks_(spec.volumes),
+        servicesBefore_(panelServices()),
         child_(startChild(OPEN_PANEL_FIXTURE, fixtureArguments(spec, folder, reportPath()))) {
     if (!child_.child) throw std::runtime_error("the fixture did not start: " + child_.startError);
     if (!pollUntil(starting_seconds, 0.02, [this] { return report().pid != 0; })) {
@@ -107,6 +140,7 @@ class FixtureStage final : public Stage {
   }
 
   TemporaryFolder folder_;
+  Disks disks_;
   std::set<pid_t> servicesBefore_;
   StartedChild child_;
   bool ended_ = false;

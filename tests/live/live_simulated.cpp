@@ -5,21 +5,28 @@
 namespace tessarine::test {
 namespace {
 
-World::Patches patches(const PanelSpec& spec, const std::string& folder) {
+// Each volume is a folder of its own below `disks`.
+World::Patches patches(const PanelSpec& spec, const std::string& folder,
+                       const TemporaryFolder& disks) {
   nlohmann::ordered_json panel{{"shape", spec.sheet ? "host-sheet" : "host-window"},
                                {"mode", spec.files ? "files" : "folders"},
                                {"folder", folder},
                                {"opensAtSeconds", 0.01}};
   if (!spec.sheet) panel["modal"] = false;
+  auto volumes = nlohmann::ordered_json::array();
+  for (const std::string& name : spec.volumes) {
+    volumes.push_back({{"name", name}, {"path", disks.makeFolder(name)}});
+  }
   return {{"/language", spec.language},
           {"/frontmost", spec.inFront ? browserPid : terminalPid},
+          {"/volumes", volumes},
           {"/panels", nlohmann::ordered_json::array({panel})}};
 }
 
 class SimulatedStage final : public Stage {
  public:
   SimulatedStage(const PanelSpec& spec, const std::string& folder)
-      : world_("english-host-window", patches(spec, folder)) {}
+      : world_("english-host-window", patches(spec, folder, disks_)) {}
 
   pid_t application() const override { return browserPid; }
   std::optional<pid_t> service() const override { return servicePid; }
@@ -31,6 +38,7 @@ class SimulatedStage final : public Stage {
   }
 
  private:
+  TemporaryFolder disks_;
   World world_;
 };
 

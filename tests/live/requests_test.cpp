@@ -1,0 +1,66 @@
+// Requests to the application that shows the panel, while it runs and afterwards.
+#include <ApplicationServices/ApplicationServices.h>
+
+#include "live/desktop.h"
+#include "platform/cf_values.h"
+#include "platform/processes.h"
+#include "platform/wait.h"
+
+namespace tessarine::test {
+namespace {
+
+constexpr double endingSeconds = 5;
+
+AXError errorOfReading(const Element& element, const std::string& attribute) {
+  CFTypeRef value = nullptr;
+  const CfRef<CFStringRef> name = makeCfString(attribute);
+  const AXError error = AXUIElementCopyAttributeValue(element.get(), name.get(), &value);
+  if (error == kAXErrorSuccess) CfRef<CFTypeRef>::adopt(value);
+  return error;
+}
+
+// The error of reading once the element cannot be read any more.
+int lastError(const Element& element) {
+  AXError error = kAXErrorSuccess;
+  pollUntil(endingSeconds, 0.05, [&] {
+    error = errorOfReading(element, "AXRole");
+    return error != kAXErrorSuccess;
+  });
+  return error;
+}
+
+TEST_F(Live, AnIdleApplicationAnswersARequestWithinTwoMilliseconds) {
+  show({});
+  const Element root = panel();
+  constexpr int requests = 200;
+  const double took = secondsOf([&] {
+    for (int i = 0; i < requests; ++i) ASSERT_EQ(axRole(root), "AXWindow");
+  });
+  EXPECT_LT(took / requests, 0.002);
+}
+
+TEST_F(Live, AnElementOfAnApplicationThatHasEndedIsInvalid) {
+  show({});
+  const Element root = panel();
+  stage().quit();
+  EXPECT_EQ(lastError(root), -25202);
+}
+
+TEST_F(Live, AnApplicationThatHasEndedCannotBeReached) {
+  show({});
+  const Element root = Element::application(application());
+  stage().quit();
+  EXPECT_EQ(lastError(root), -25204);
+}
+
+TEST_F(Live, TheServiceEndsWithItsApplication) {
+  show({});
+  const auto service = stage().service();
+  if (!service) GTEST_SKIP() << "no process of its own draws the panel";
+  ASSERT_NE(processCommand(*service), "");
+  stage().quit();
+  EXPECT_TRUE(pollUntil(endingSeconds, 0.1, [&] { return processCommand(*service).empty(); }));
+}
+
+}  // namespace
+}  // namespace tessarine::test
