@@ -29,6 +29,15 @@ namespace simulator {
 // The language in which the desktop shows names.
 enum class Language { english, simplifiedChinese, german };
 
+// Accessibility requests that fail although an element is there to answer them.
+struct RefusedRequests {
+  AccessibilityRequest::Verb verb = AccessibilityRequest::Verb::copy;
+  // Their answer. Nothing is handed out and nothing done, not even with `ax::success`.
+  std::int32_t error = ax::cannotComplete;
+  std::optional<std::string> name = {};  // attribute or action; absent: any
+  std::optional<std::string> role = {};  // of the element; absent: any
+};
+
 // What is wrong with this desktop. Nothing, by default.
 struct Faults {
   bool untrusted = false;          // accessibility answers -25204, posted events are dropped
@@ -38,6 +47,7 @@ struct Faults {
   bool window_list_hangs = false;          // the window server never lists its windows
   bool ps_prints_nothing = false;
   bool screen_recording_denied = false;  // window titles are hidden, no window can be captured
+  std::vector<RefusedRequests> refused_requests;  // the first that applies decides
 };
 
 // The price of a request to a process that never answers: longer than anyone waits.
@@ -171,6 +181,7 @@ class Desktop {
   template <typename Asked>
   Reply answerAccessibility(const Asked& asked);
   std::int32_t refusal(ElementId id) const;
+  std::optional<std::int32_t> faultyAnswer(const AccessibilityRequest& request) const;
   bool copyFromDesktop(const Process& process, const std::string& attribute, Reply& answered) const;
   void noteQuestion(const std::string& question);
   void runWatchers() const;

@@ -45,7 +45,14 @@ Seconds Desktop::price(const Request& request) const {
           if (faults_.untrusted || element == nullptr) return request_price;
           Seconds price = request_price;
           if constexpr (std::is_same_v<T, PerformAction>) {
-            price = element->actionPrice(asked.name).value_or(request_price);
+            AccessibilityRequest attempt;
+            attempt.verb = AccessibilityRequest::Verb::perform;
+            attempt.role = element->role();
+            attempt.name = asked.name;
+            // Who knows no such action says so at once.
+            if (faultyAnswer(attempt) != ax::actionUnsupported) {
+              price = element->actionPrice(asked.name).value_or(request_price);
+            }
           }
           return std::min(std::max(price, element->readableFrom() - now_), patience);
         }
@@ -73,9 +80,17 @@ Reply Desktop::answerAccessibility(const Asked& asked) {
   }
   if constexpr (std::is_same_v<Asked, PerformAction>) entry.verb = Verb::perform;
 
+  const auto faulty = faultyAnswer(entry);
   const std::size_t line = record_.addRequest(now_, std::move(entry));
   const std::int32_t refused = refusal(asked.element);
-  Reply answered = refused == ax::success ? reply(asked) : Reply{refused, {}};
+  Reply answered;
+  if (refused != ax::success) {
+    answered.error = refused;
+  } else if (faulty) {
+    answered.error = *faulty;
+  } else {
+    answered = reply(asked);
+  }
   record_.settle(line, answered.error);
   return answered;
 }
@@ -105,6 +120,17 @@ std::int32_t Desktop::refusal(ElementId id) const {
   // Live.AnApplicationThatHasEndedCannotBeReached): who holds an element of a process that has
   // ended learns that it is invalid, who asks the application itself reaches nobody.
   return id.number == 0 ? ax::cannotComplete : ax::invalidElement;
+}
+
+// What a fault makes of a request that an element could answer; absent without one.
+std::optional<std::int32_t> Desktop::faultyAnswer(const AccessibilityRequest& request) const {
+  for (const RefusedRequests& refused : faults_.refused_requests) {
+    const bool applies = refused.verb == request.verb &&
+                         refused.name.value_or(request.name) == request.name &&
+                         refused.role.value_or(request.role) == request.role;
+    if (applies) return refused.error;
+  }
+  return {};
 }
 
 Reply Desktop::reply(const CopyAttribute& request) {

@@ -6,6 +6,7 @@
 
 #include "simulator/desktop/text.h"
 #include "simulator/frameworks/desktop_link.h"
+#include "simulator/frameworks/faults.h"
 #include "simulator/frameworks/object.h"
 
 using simulator::desktopLink;
@@ -59,6 +60,9 @@ AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds) {
     simulator::refuse(__func__, "only the system-wide element is modelled");
   }
   if (seconds < 0) return static_cast<AXError>(simulator::ax::illegalArgument);
+  if (const auto error = simulator::frameworkFaults().messaging_timeout_error) {
+    return static_cast<AXError>(error);
+  }
   messaging_timeout = seconds;
   return kAXErrorSuccess;
 }

@@ -5,8 +5,10 @@
 #include <limits>
 
 #include "simulator/frameworks/desktop_link.h"
+#include "simulator/frameworks/faults.h"
 #include "simulator/frameworks/object.h"
 
+using simulator::answersNull;
 using simulator::InputEvent;
 using simulator::KeyEvent;
 using simulator::MouseEvent;
@@ -107,6 +109,7 @@ CGRect CGDisplayBounds(CGDirectDisplayID display) {
 
 CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode key, bool down) {
   if (source) refuse(__func__, "an event source is not modelled");
+  if (answersNull(__func__)) return nullptr;
   return simulator::make<CGEventRef>(InputEvent(KeyEvent{key, down, 0, {}}), __func__);
 }
 
@@ -114,6 +117,7 @@ CGEventRef CGEventCreateMouseEvent(CGEventSourceRef source, CGEventType type, CG
                                    CGMouseButton button) {
   if (source) refuse(__func__, "an event source is not modelled");
   if (button != kCGMouseButtonLeft) refuse(__func__, "only the left button is modelled");
+  if (answersNull(__func__)) return nullptr;
   return simulator::make<CGEventRef>(InputEvent(MouseEvent{type, {at.x, at.y}, 0}), __func__);
 }
 
@@ -152,27 +156,39 @@ CFStringRef constant(const char16_t* text) {
   return reinterpret_cast<CFStringRef>(string);
 }
 
+// Adds what is true, unless a fault says something else under the key.
+void addMember(simulator::DictionaryMembers& members, const std::u16string& key,
+               const simulator::Value& truth, const char* creator) {
+  const auto& faults = simulator::frameworkFaults().window_descriptions;
+  const auto fault = faults.find(key);
+  const simulator::Value& value = fault == faults.end() ? truth : fault->second;
+  if (std::holds_alternative<std::monostate>(value)) return;
+  members.values.emplace_back(key, simulator::toCf(value, creator));
+}
+
 // One description of a window, as AskWindows is answered: in this order.
 CFTypeRef describe(const simulator::List& window, const char* creator) {
   enum { number, owner, owner_name, name, layer, frame };
   simulator::DictionaryMembers members;
   const auto add = [&](CFStringRef key, const simulator::Value& value) {
-    if (std::holds_alternative<std::monostate>(value)) return;
-    members.values.emplace_back(simulator::payload<std::u16string>(key, creator),
-                                simulator::toCf(value, creator));
+    addMember(members, simulator::payload<std::u16string>(key, creator), value, creator);
   };
   add(kCGWindowNumber, window.at(number));
   add(kCGWindowOwnerPID, window.at(owner));
   add(kCGWindowOwnerName, window.at(owner_name));
   add(kCGWindowName, window.at(name));
   add(kCGWindowLayer, window.at(layer));
+  const auto& bounds_key = simulator::payload<std::u16string>(kCGWindowBounds, creator);
+  if (simulator::frameworkFaults().window_descriptions.contains(bounds_key)) {
+    add(kCGWindowBounds, {});
+    return simulator::make<CFTypeRef>(std::move(members), creator);
+  }
   simulator::DictionaryMembers bounds;
   std::size_t position = frame;
   for (const char16_t* key : bounds_keys) {
-    bounds.values.emplace_back(key, simulator::toCf(window.at(position++), creator));
+    addMember(bounds, key, window.at(position++), creator);
   }
-  members.values.emplace_back(simulator::payload<std::u16string>(kCGWindowBounds, creator),
-                              simulator::make<CFTypeRef>(std::move(bounds), creator));
+  members.values.emplace_back(bounds_key, simulator::make<CFTypeRef>(std::move(bounds), creator));
   return simulator::make<CFTypeRef>(std::move(members), creator);
 }
 
@@ -191,7 +207,7 @@ CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID rela
   }
   const simulator::Reply reply = simulator::desktopLink().ask(simulator::AskWindows{});
   const auto* windows = std::get_if<simulator::List>(&reply.value);
-  if (!windows) return nullptr;
+  if (!windows || answersNull(__func__)) return nullptr;
   simulator::ArrayMembers members;
   for (const simulator::Value& window : *windows) {
     members.values.push_back(describe(std::get<simulator::List>(window), __func__));
@@ -199,14 +215,21 @@ CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID rela
   return simulator::make<CFArrayRef>(std::move(members), __func__);
 }
 
+// A rectangle that nobody can take for one stays behind where the dictionary describes none.
+// Assumed: a member that is no number makes it such a dictionary.
 bool CGRectMakeWithDictionaryRepresentation(CFDictionaryRef dictionary, CGRect* rect) {
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  *rect = CGRectMake(nan, nan, nan, nan);
   const auto& held = simulator::payload<simulator::DictionaryMembers>(dictionary, __func__).values;
   std::array<double, std::size(bounds_keys)> numbers{};
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     const auto found =
         std::ranges::find(held, bounds_keys[i], &std::pair<std::u16string, CFTypeRef>::first);
     if (found == held.end()) return false;
-    numbers[i] = simulator::payload<double>(found->second, __func__);
+    const simulator::Value value = simulator::fromCf(found->second, __func__);
+    const auto* number = std::get_if<double>(&value);
+    if (!number) return false;
+    numbers[i] = *number;
   }
   *rect = CGRectMake(numbers[0], numbers[1], numbers[2], numbers[3]);
   return true;

@@ -9,8 +9,10 @@
 
 #include "CoreFoundation/CoreFoundation.h"
 #include "simulator/desktop/text.h"
+#include "simulator/frameworks/faults.h"
 #include "simulator/frameworks/object.h"
 
+using simulator::answersNull;
 using simulator::refuse;
 using simulator::Url;
 
@@ -136,7 +138,7 @@ CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURL
   if (allocator) refuse(__func__, "only the default allocator is modelled");
   if (base) refuse(__func__, "a base URL is not modelled");
   std::string url = simulator::utf8FromUtf16(simulator::payload<std::u16string>(text, __func__));
-  if (!isValid(url)) return nullptr;
+  if (!isValid(url) || answersNull(__func__)) return nullptr;
   return simulator::make<CFURLRef>(Url{std::move(url)}, __func__);
 }
 
@@ -144,7 +146,7 @@ CFURLRef CFURLCreateFilePathURL(CFAllocatorRef allocator, CFURLRef url, CFErrorR
   if (allocator) refuse(__func__, "only the default allocator is modelled");
   if (error) refuse(__func__, "an error object is not modelled");
   const UrlParts parts = parse(simulator::payload<Url>(url, __func__).text);
-  if (!parts.scheme || !isFileScheme(*parts.scheme)) return nullptr;
+  if (!parts.scheme || !isFileScheme(*parts.scheme) || answersNull(__func__)) return nullptr;
   if (!parts.path || !parts.path->starts_with(reference_prefix)) {
     simulator::retain(simulator::object(url, __func__));
     return url;
@@ -157,7 +159,7 @@ CFURLRef CFURLCreateFilePathURL(CFAllocatorRef allocator, CFURLRef url, CFErrorR
 CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
   if (style != kCFURLPOSIXPathStyle) refuse(__func__, "only POSIX paths are modelled");
   const UrlParts parts = parse(simulator::payload<Url>(url, __func__).text);
-  if (!parts.path) return nullptr;
+  if (!parts.path || answersNull(__func__)) return nullptr;
   std::string path = decode(*parts.path);
   if (!isUtf8(path)) return nullptr;
   if (path.size() > 1 && path.ends_with('/')) path.pop_back();
@@ -166,7 +168,7 @@ CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
 
 CFStringRef CFURLCopyScheme(CFURLRef url) {
   const UrlParts parts = parse(simulator::payload<Url>(url, __func__).text);
-  if (!parts.scheme) return nullptr;
+  if (!parts.scheme || answersNull(__func__)) return nullptr;
   return simulator::make<CFStringRef>(simulator::utf16FromUtf8(std::string(*parts.scheme)),
                                       __func__);
 }

@@ -124,6 +124,103 @@ TEST(NavigateByHierarchy, OnlyVerifiesTheVolumeItself) {
   EXPECT_EQ(left.failure("/", 10), "timed out after 2.0s");
 }
 
+// --- Another volume than the boot volume. ---
+
+// A chooser that shows "Disk", the boot volume, with a menu that leads to "My Backup". There the
+// folder "a", listed under another name, holds "b".
+struct TwoVolumes : Chooser {
+  TwoVolumes() {
+    world.desktop.addVolume("/", "Disk");
+    world.desktop.addVolume("/Volumes/Backup", "My Backup");
+    popup.addAction("AXShowMenu", [] { return ax::success; });
+    Node& item = add(popup, "item", "AXMenuItem", {{"AXTitle", std::string("My Backup")}});
+    item.addAction("AXPick", [this] { return showBackup(), ax::success; });
+  }
+  void showBackup() {
+    popup.set("AXValue", std::string("My Backup"));
+    Node& folder = addFolder("Anna");
+    folder.set("AXURL", Url{"file:///Volumes/Backup/a/"});
+    folder.addAction("AXOpen", [this] {
+      popup.set("AXValue", std::string("a"));
+      addFolder("b");
+      return ax::success;
+    });
+  }
+};
+
+const std::vector<std::string> menuToBackup{"0.000 AXShowMenu of AXPopUpButton in 812",
+                                            "0.000 AXPick of AXMenuItem in 812"};
+
+TEST(NavigateByHierarchy, WalksFromAnotherVolumeAndFromNoFolderAboveIt) {
+  TwoVolumes chooser;
+  chooser.walk("/Volumes/Backup/a/b", 10, false);
+  EXPECT_THAT(chooser.deeds(),
+              ElementsAre(menuToBackup[0], menuToBackup[1], "0.150 AXOpen of AXTextField in 812",
+                          "0.060 set AXSelectedRows of AXOutline in 812",
+                          "0.000 set AXFocused of AXOutline in 812",
+                          "0.200 set AXSelectedRows of AXOutline in 812",
+                          "0.000 set AXFocused of AXOutline in 812"));
+}
+
+TEST(NavigateByHierarchy, OpensNoMenuWhereTheOtherVolumeIsShownAlready) {
+  TwoVolumes chooser;
+  chooser.showBackup();
+  chooser.addFolder("notes");
+  chooser.walk("/Volumes/Backup/notes");
+  EXPECT_THAT(chooser.deeds(), ElementsAre("0.150 set AXSelectedRows of AXOutline in 812",
+                                           "0.000 set AXFocused of AXOutline in 812"));
+}
+
+TEST(NavigateByHierarchy, PicksAndVerifiesTheOtherVolumeItself) {
+  TwoVolumes chooser;
+  chooser.walk("/Volumes/Backup/");
+  EXPECT_EQ(chooser.deeds(), menuToBackup);
+}
+
+// The folder of the volumes lies on the boot volume, which is shown.
+TEST(NavigateByHierarchy, TakesTheFolderOfTheVolumesForOneOfTheBootVolume) {
+  TwoVolumes chooser;
+  chooser.addFolder("Volumes");
+  chooser.walk("/Volumes");
+  EXPECT_THAT(chooser.deeds(), ElementsAre("0.150 set AXSelectedRows of AXOutline in 812",
+                                           "0.000 set AXFocused of AXOutline in 812"));
+}
+
+// Two rows of the sidebar, the second with the volume at its height.
+struct VolumePlaces : TwoVolumes {
+  VolumePlaces() {
+    addPlace("Volumes", "/Volumes", 0);
+    addPlace("My Backup", "/Volumes/Backup", 40);
+  }
+};
+
+TEST(NavigateByHierarchy, StartsAtAnotherVolumeInTheSidebar) {
+  VolumePlaces chooser;
+  chooser.addFolder("notes");
+  chooser.walk("/Volumes/Backup/notes");
+  EXPECT_THAT(chooser.deeds(),
+              ElementsAre("0.000 mouse down 1 (50, 50) -> 900", "0.050 mouse up 1 (50, 50) -> 900",
+                          ::testing::EndsWith(" set AXSelectedRows of AXOutline in 812"),
+                          "0.000 set AXFocused of AXOutline in 812"));
+}
+
+TEST(NavigateByHierarchy, FindsTheDeepestPlaceAboveAFolderOfAnotherVolume) {
+  VolumePlaces chooser;
+  EXPECT_EQ(chooser.anchorFor("/Volumes/Backup/a/b"), "/Volumes/Backup");
+  EXPECT_EQ(chooser.anchorFor("/Volumes/Backup"), "/Volumes");
+  EXPECT_EQ(chooser.anchorFor("/Volumes/Other/a"), "/Volumes");
+  EXPECT_EQ(chooser.anchorFor("/Volumes"), std::nullopt);
+}
+
+TEST(NavigateByHierarchy, DoesNotLookForAnotherVolumesFoldersOnTheBootVolume) {
+  TwoVolumes chooser;
+  chooser.showBackup();
+  chooser.list.removeChildren();
+  for (const char* name : {"Volumes", "Backup"}) chooser.addFolder(name);
+  EXPECT_EQ(chooser.failure("/Volumes/Backup/a", 1), "timed out after 1.0s");
+  EXPECT_THAT(chooser.deeds(), IsEmpty());
+}
+
 // --- Folders on the way. ---
 
 // A chooser with the place "/usr" whose folder "share" does something when it is opened.

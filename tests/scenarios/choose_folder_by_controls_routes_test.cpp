@@ -3,6 +3,8 @@
 // it, after 0.1 s, or 0.15 s for what the pop-up shows.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "scenarios/folder_routes.h"
 #include "support/foreground_story.h"
 #include "support/transcript.h"
@@ -237,6 +239,43 @@ TEST(ChooseFolderControlsRoutes, TellsThatTheSheetDidNotTakeThePath) {
   EXPECT_EQ(
       choose(world, {"--timeout", "60"}).outcome,
       failed(notClosed(everyAttempt, "failed to set go-to-folder value via AX (got: /usr/share)")));
+}
+
+// The sheet is open and holds the path, and nothing but its field's AXConfirm would send it off.
+World::Patches unconfirmable() {
+  return {noMenu, deaf, deadButton, {"/panels/0/goTo/openAtStart", true}};
+}
+
+void refuseConfirmation(World& world, std::int32_t code) {
+  world.desktop().faults().refused_requests = {
+      {simulator::AccessibilityRequest::Verb::perform, code, "AXConfirm"}};
+}
+
+long confirmations(const simulator::Record& record) {
+  const auto deeds = transcript(record);
+  return std::count_if(deeds.begin(), deeds.end(), [](const std::string& deed) {
+    return deed.ends_with(" AXConfirm of AXTextField in 900");
+  });
+}
+
+TEST(ChooseFolderControlsRoutes, TellsThatTheSheetWasNotConfirmed) {
+  FolderWorld world("english-service-window", unconfirmable());
+  refuseConfirmation(world.world, simulator::ax::cannotComplete);
+  EXPECT_EQ(choose(world, {"--timeout", "60"}).outcome,
+            failed(notClosed(everyAttempt, "AX action AXConfirm failed: -25204")));
+  EXPECT_EQ(world.world.panelOutcomes(), "open");
+  EXPECT_EQ(confirmations(world.world.record()), 1);
+  EXPECT_EQ(world.world.record().sessionEvents(), 0U);
+}
+
+// The chord through the session finds the sheet as it was, and its field refuses once more.
+TEST(ChooseFolderControlsRoutes, TellsThatTheSheetWasNotConfirmedTheSecondTime) {
+  FolderWorld world("browser-frontmost", unconfirmable());
+  refuseConfirmation(world.world, simulator::ax::actionUnsupported);
+  EXPECT_EQ(choose(world, {"--timeout", "60"}).outcome,
+            failed(notClosed(everyAttempt, "AX action AXConfirm failed: -25206")));
+  EXPECT_EQ(confirmations(world.world.record()), 2);
+  EXPECT_EQ(world.world.record().sessionEvents(), 2U);
 }
 
 // --- Confirmation. ---
