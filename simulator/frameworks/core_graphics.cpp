@@ -216,7 +216,8 @@ CFArrayRef CGWindowListCopyWindowInfo(CGWindowListOption option, CGWindowID rela
 }
 
 // A rectangle that nobody can take for one stays behind where the dictionary describes none.
-// Assumed: a member that is no number makes it such a dictionary.
+// Assumed (no test can tell: the window server describes no window so): a member that is no number
+// makes it such a dictionary.
 bool CGRectMakeWithDictionaryRepresentation(CFDictionaryRef dictionary, CGRect* rect) {
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   *rect = CGRectMake(nan, nan, nan, nan);
