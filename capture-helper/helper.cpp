@@ -30,6 +30,10 @@ struct Performer {
   void operator()(const HelpCommand&) const { output << helperUsage; }
 };
 
+void report(const std::string& message, std::ostream& errors) {
+  errors << "background-window-capture: " << onOneLine(message) << '\n';
+}
+
 }  // namespace
 
 int runCaptureHelper(const std::vector<std::string>& arguments, std::ostream& output,
@@ -38,12 +42,12 @@ int runCaptureHelper(const std::vector<std::string>& arguments, std::ostream& ou
   try {
     std::visit(Performer{output}, parseHelperCommand(arguments));
     if (output.flush()) return statusDone;
-    errors << "background-window-capture: cannot write to standard output\n";
+    report("cannot write to standard output", errors);
   } catch (const ToolError& error) {
-    errors << "background-window-capture: " << error.message() << '\n';
+    report(error.message(), errors);
     if (error.errorCase() == ToolError::Case::usage) status = statusBadCommandLine;
   } catch (const std::exception& error) {
-    errors << "background-window-capture: " << error.what() << '\n';
+    report(error.what(), errors);
   }
   return status;
 }

@@ -9,9 +9,11 @@ namespace tessarine {
 inline constexpr const char* snapshotProgram = "/usr/sbin/screencapture";
 
 // Writes the window as a PNG, without its shadow and without a sound, to `file`, which is replaced
-// as a whole or not touched. Throws ToolError actionFailed when there is no image: "failed to start
-// screencapture: " + the start error, "screencapture exceeded 5.0s" (it is ended), "cannot capture
-// window " + number, or "cannot write " + file.
+// as a whole or not touched; a link is followed. Throws ToolError actionFailed when there is no
+// image: "cannot write " + file + ": " + "not a regular file" or the system's reason, "failed to
+// start screencapture: " + the start error, "screencapture exceeded 5.0s" (it is told to end and
+// has 1 s for that), or "cannot capture window " + number. A signal that ends this program leaves
+// no unfinished file behind.
 void snapshotWindow(std::uint32_t number, const std::string& file);
 
 }  // namespace tessarine

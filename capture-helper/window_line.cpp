@@ -12,17 +12,17 @@ bool isControl(char byte) {
   return value < 0x20 || value == 0x7f;
 }
 
-std::string inColumn(std::string text) {
+}  // namespace
+
+std::string onOneLine(std::string text) {
   std::replace_if(text.begin(), text.end(), isControl, ' ');
   return text;
 }
 
-}  // namespace
-
 std::string windowLine(const ListedWindow& window) {
   const Rect& frame = window.frame;
   return std::to_string(window.number) + "\tpid=" + std::to_string(window.pid) +
-         "\tapp=" + inColumn(window.app) + "\ttitle=" + inColumn(window.title.value_or("")) +
+         "\tapp=" + onOneLine(window.app) + "\ttitle=" + onOneLine(window.title.value_or("")) +
          "\tframe=" + formatDouble(frame.x) + "," + formatDouble(frame.y) + "," +
          formatDouble(frame.width) + "," + formatDouble(frame.height) + "\n";
 }

@@ -9,9 +9,13 @@
 namespace tessarine {
 namespace {
 
-constexpr float answerSeconds = 0.5F;
+constexpr double answerSeconds = 0.5;
 constexpr double totalSeconds = 1.5;
 constexpr int sheetDepth = 3;  // a panel's sheet may carry the go-to-folder sheet
+
+// Every Open panel has this identifier; as a sheet it has no title of its own.
+constexpr const char* openPanelIdentifier = "open-panel";
+constexpr const char* openPanelTitle = "Open";
 
 // The levels from normal windows to modal panels (CGWindowLevel.h).
 constexpr int normalLayer = 0;
@@ -20,17 +24,26 @@ constexpr int modalPanelLayer = 8;
 // How long this program waits for each answer of another process, for as long as it lives.
 class AnswerLimit {
  public:
-  explicit AnswerLimit(float seconds) { set(seconds); }
+  AnswerLimit() = default;
   ~AnswerLimit() { set(0); }  // the platform's default
   AnswerLimit(const AnswerLimit&) = delete;
   AnswerLimit& operator=(const AnswerLimit&) = delete;
 
- private:
-  static void set(float seconds) {
-    const auto everything = CfRef<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
-    AXUIElementSetMessagingTimeout(everything.get(), seconds);
+  void set(double seconds) const {
+    AXUIElementSetMessagingTimeout(everything_.get(), static_cast<float>(seconds));
   }
+
+ private:
+  CfRef<AXUIElementRef> everything_ = CfRef<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
 };
+
+std::vector<Element> windowsOf(const Element& app) {
+  return axElements(app, "AXWindows");
+}
+
+std::string identifier(const Element& element) {
+  return axString(element, "AXIdentifier").value_or("");
+}
 
 struct TitledFrame {
   Rect frame;
@@ -42,50 +55,73 @@ class Search {
  public:
   explicit Search(double deadline) : deadline_(deadline) {}
 
-  const std::vector<TitledFrame>& titledFrames(std::int32_t pid) {
+  // The title of the frontmost window or sheet at that place that no window was given before.
+  std::optional<std::string> takeTitle(std::int32_t pid, const Rect& frame) {
+    auto& candidates = titledFrames(pid);
+    const auto same = std::find_if(candidates.begin(), candidates.end(),
+                                   [&](const auto& candidate) { return candidate.frame == frame; });
+    if (same == candidates.end()) return {};
+    std::string title = std::move(same->title);
+    candidates.erase(same);
+    return title;
+  }
+
+ private:
+  // Front to back.
+  std::vector<TitledFrame>& titledFrames(std::int32_t pid) {
     const auto [asked, isNew] = found_.try_emplace(pid);
-    if (isNew && !isOver()) {
-      for (const Element& window : axElements(Element::application(pid), "AXWindows")) {
+    if (isNew) {
+      for (const Element& window : ask(windowsOf, Element::application(pid))) {
         addWithSheets(window, sheetDepth, asked->second);
       }
     }
     return asked->second;
   }
 
- private:
-  bool isOver() const { return currentTime() >= deadline_; }
+  // Empty once the time is up. A reader asks twice at most, each time for no longer than what was
+  // left: the last answer is awaited for half a second beyond the deadline.
+  template <class Reader>
+  auto ask(const Reader& read, const Element& element) const -> decltype(read(element)) {
+    const double leftSeconds = deadline_ - currentTime();
+    if (leftSeconds <= 0) return {};
+    limit_.set(std::min(answerSeconds, leftSeconds));
+    return read(element);
+  }
 
+  // Sheets are in front of what they are attached to.
   void addWithSheets(const Element& window, int depth, std::vector<TitledFrame>& found) const {
-    if (isOver()) return;
-    found.push_back({axFrame(window), axTitle(window)});
-    if (depth == 0) return;
-    for (const Element& child : axChildren(window)) {
-      if (axRole(child) == "AXSheet") addWithSheets(child, depth - 1, found);
+    TitledFrame own{ask(axFrame, window), title(window)};
+    if (depth > 0) {
+      for (const Element& child : ask(axChildren, window)) {
+        if (ask(axRole, child) == "AXSheet") addWithSheets(child, depth - 1, found);
+      }
     }
+    if (!own.title.empty()) found.push_back(std::move(own));
+  }
+
+  std::string title(const Element& window) const {
+    std::string own = ask(axTitle, window);
+    if (own.empty() && ask(identifier, window) == openPanelIdentifier) return openPanelTitle;
+    return own;
   }
 
   double deadline_;
+  AnswerLimit limit_;
   std::map<std::int32_t, std::vector<TitledFrame>> found_;
 };
 
 bool isLookedUp(const ListedWindow& window) {
-  return !window.title && window.layer >= normalLayer && window.layer <= modalPanelLayer;
+  return !window.title && window.pid > 0 && window.layer >= normalLayer &&
+         window.layer <= modalPanelLayer;
 }
 
 }  // namespace
 
 void readWithheldTitles(std::vector<ListedWindow>& windows) {
   if (std::none_of(windows.begin(), windows.end(), isLookedUp)) return;
-  const AnswerLimit limit(answerSeconds);
   Search search(currentTime() + totalSeconds);
   for (ListedWindow& window : windows) {
-    if (!isLookedUp(window)) continue;
-    const auto& candidates = search.titledFrames(window.pid);
-    const auto same =
-        std::find_if(candidates.begin(), candidates.end(), [&](const TitledFrame& candidate) {
-          return candidate.frame == window.frame && !candidate.title.empty();
-        });
-    if (same != candidates.end()) window.title = same->title;
+    if (isLookedUp(window)) window.title = search.takeTitle(window.pid, window.frame);
   }
 }
 

@@ -12,8 +12,6 @@ namespace {
 // application to come forward until it is in front.
 constexpr Seconds activation_delay = 0.05;
 
-constexpr int terminated_status = 15;
-
 std::string fileName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
@@ -180,8 +178,7 @@ std::optional<ProgramResult> Desktop::programResult(ProgramId id) const {
 }
 
 void Desktop::terminateProgram(ProgramId id) {
-  ProgramRun& run = *runs_.at(id - 1);
-  if (!run.ended()) run.end(terminated_status);
+  runs_.at(id - 1)->terminate();
 }
 
 }  // namespace simulator

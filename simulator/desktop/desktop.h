@@ -80,7 +80,7 @@ class Desktop {
   ProgramId startProgram(const std::string& path, const std::vector<std::string>& arguments);
   // Absent while the program runs.
   std::optional<ProgramResult> programResult(ProgramId id) const;
-  // Ends a running program at once (as a SIGTERM would): exit status 15, no further effects.
+  // Sends a running program SIGTERM.
   void terminateProgram(ProgramId id);
 
   // --- What happened. ---

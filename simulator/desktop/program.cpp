@@ -3,6 +3,11 @@
 #include "simulator/desktop/desktop.h"
 
 namespace simulator {
+namespace {
+
+constexpr int terminated_status = 15;
+
+}  // namespace
 
 ProgramRun::ProgramRun(Desktop& desktop, ProgramId id, std::string path,
                        std::vector<std::string> arguments)
@@ -18,6 +23,12 @@ void ProgramRun::end(int status) {
   ended_ = true;
   result_.exitStatus = status;
   desktop_.record().add(desktop_.now(), ProgramEnded{id_, path_, status});
+}
+
+void ProgramRun::terminate() {
+  if (ended_) return;
+  if (on_termination_) return on_termination_();
+  end(terminated_status);
 }
 
 }  // namespace simulator

@@ -32,7 +32,9 @@ TEST(HelperCommandLine, EveryMistakeIsOneLineAndStatusTwo) {
        "--window-id requires a positive window number"},
       {{"capture", "--window-id", "7x", "--out", "a"},
        "--window-id requires a positive window number"},
-      {{"capture", "a.png"}, "unexpected argument: a.png"}};
+      {{"capture", "a.png"}, "unexpected argument: a.png"},
+      {{"list\n"}, "unknown command: list "},
+      {{"capture", "--a\r\n\tb"}, "unexpected argument: --a   b"}};
   for (const auto& [arguments, message] : rows) {
     EXPECT_EQ(runHelper(arguments),
               (Outcome{2, "", "background-window-capture: " + message + "\n"}))

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <random>
 
 #include "capture-helper/helper_desktop.h"
@@ -113,6 +114,32 @@ TEST(Exchange, NamesBreakNoLine) {
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), windows);
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\t'), 4 * windows);
   }
+}
+
+// --- A sheet without a title, without the Screen Recording permission. ---
+
+nlohmann::ordered_json listedPanels(bool recordingDenied, bool untrusted) {
+  World world(
+      "english-host-sheet",
+      {{"/faults", {{"screenRecordingDenied", recordingDenied}, {"untrusted", untrusted}}}});
+  const Outcome outcome = world.run({"list-background-panels", "--pid", "812"});
+  EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
+  return nlohmann::ordered_json::parse(outcome.output).at("windows");
+}
+
+TEST(Exchange, AnUntitledSheetIsListedWithAccessibilityAlone) {
+  auto browsers = nlohmann::ordered_json::array();
+  for (const auto& window : listedPanels(false, false)) {
+    if (window.at("pid") == browserPid) browsers.push_back(window);
+  }
+  ASSERT_EQ(browsers.size(), 1U);
+  EXPECT_EQ(browsers[0].at("title"), "Open");
+  EXPECT_EQ(listedPanels(true, false), browsers);
+}
+
+TEST(Exchange, AnUntitledSheetIsNotListedWithoutAnyPermission) {
+  EXPECT_EQ(listedPanels(true, true), nlohmann::ordered_json::array());
+  EXPECT_EQ(listedPanels(false, true), listedPanels(false, false));
 }
 
 }  // namespace

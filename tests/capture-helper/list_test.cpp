@@ -85,6 +85,56 @@ TEST(WithheldTitles, AreNotTakenFromAnUntitledElement) {
   EXPECT_EQ(world.titles(), Titles{"Open"});
 }
 
+// Front to back on both sides; a sheet is in front of its window.
+TEST(WithheldTitles, AreGivenOnceWhereWindowsHaveTheSameFrame) {
+  WithheldTitles world;
+  world.addWindow("Back");
+  world.addWindow("Front");
+  EXPECT_EQ(world.titles(), (Titles{"Front", "Back"}));
+
+  WithheldTitles twice;
+  simulator::Element& page = twice.addWindow("Page");
+  twice.addListed("", *page.frame());
+  EXPECT_EQ(twice.titles(), (Titles{"Page", ""}));
+  simulator::Element& sheet = page.addChild("AXSheet");
+  sheet.set("AXTitle", "Open");
+  sheet.setFrame(*page.frame());
+  EXPECT_EQ(twice.titles(), (Titles{"Open", "Page"}));
+}
+
+TEST(WithheldTitles, OfAnUntitledOpenPanelAreOpen) {
+  WithheldTitles world;
+  simulator::Element& page = world.addWindow("Page");
+  const std::vector<std::pair<std::string, std::string>> sheets{
+      {"open-panel", ""}, {"save-panel", ""}, {"open-panel", "Pick"}};
+  double x = 0;
+  for (const auto& [identifier, title] : sheets) {
+    simulator::Element& sheet = page.addChild("AXSheet");
+    sheet.set("AXIdentifier", identifier);
+    if (!title.empty()) sheet.set("AXTitle", title);
+    sheet.setFrame({++x, 0, 600, 400});
+    world.addListed("", *sheet.frame());
+  }
+  simulator::Element& window = world.addWindow("");
+  window.set("AXIdentifier", "open-panel");
+  window.setFrame({0, 5, 600, 400});
+  world.desktop.windows().front()->frame = *window.frame();
+  EXPECT_EQ(world.titles(), (Titles{"Open", "Pick", "", "Open", "Page"}));
+}
+
+// What the window server lists without a readable owner.
+TEST(WithheldTitles, AreNotAskedForWithoutAProcess) {
+  for (const std::int32_t pid : {0, -1}) {
+    WithheldTitles world;
+    world.desktop.addProcess({.pid = 701, .name = "Nobody", .command = "", .host = {}}).pid = pid;
+    simulator::Window window;
+    window.owner = pid;
+    world.desktop.addWindow(window);
+    EXPECT_EQ(world.titles(), Titles{""}) << pid;
+    EXPECT_EQ(world.desktop.record().accessibilityRequests(), 0U) << pid;
+  }
+}
+
 TEST(WithheldTitles, AreAskedForOnceOfEachProcessAndOnlyForOrdinaryWindowsAndPanels) {
   const std::vector<std::pair<int, bool>> layers{{-1, false}, {0, true},  {3, true},
                                                  {8, true},   {9, false}, {25, false}};
@@ -122,29 +172,51 @@ TEST(WithheldTitles, AreNotAwaitedWindowByWindow) {
   EXPECT_LT(world.now(), 2.1);
 }
 
+// The process answered with the window's children and then no more.
+TEST(WithheldTitles, AreNotAwaitedChildByChild) {
+  WithheldTitles world;
+  simulator::Element& page = world.addWindow("Page");
+  for (int i = 0; i < 30; ++i) page.addChild("AXSheet").setReadableFrom(100);
+  EXPECT_EQ(world.titles(), Titles{"Page"});
+  EXPECT_GE(world.now(), 1.5);
+  EXPECT_LE(world.now(), 2.0);
+}
+
+// A process that does not answer, with a window in front of the others.
+void addSilentProcess(WithheldTitles& world, std::int32_t pid) {
+  world.desktop.addProcess(
+      {.pid = pid, .name = "Silent", .command = "/Silent", .application = true, .host = {}});
+  world.desktop.faults().silent_processes.insert(pid);
+  simulator::Window window;
+  window.owner = pid;
+  world.desktop.addWindow(window);
+}
+
+// Shortly before the end of the time a process tells its windows and then no more; a frame takes
+// two answers.
+TEST(WithheldTitles, AreAwaitedForOneAnswerBeyondTheEndAtMost) {
+  for (const double last : {1.01, 1.2, 1.4, 1.49}) {
+    WithheldTitles world;
+    world.addWindow("Page").setReadableFrom(100);
+    world.app().setReadableFrom(last);
+    for (const std::int32_t pid : {701, 702}) addSilentProcess(world, pid);
+    EXPECT_EQ(world.titles(), (Titles{"", "", ""})) << last;
+    EXPECT_GE(world.now(), 1.5) << last;
+    EXPECT_LE(world.now(), 2.0) << last;
+  }
+}
+
 // A process that does not answer costs half a second; after one and a half nobody is asked.
 TEST(WithheldTitles, DoNotKeepTheListWaiting) {
   WithheldTitles world;
   world.addWindow("Page");  // the last in the list
-  for (std::int32_t pid = 701; pid <= 704; ++pid) {
-    world.desktop.addProcess(
-        {.pid = pid, .name = "Silent", .command = "/Silent", .application = true, .host = {}});
-    world.desktop.faults().silent_processes.insert(pid);
-    simulator::Window window;
-    window.owner = pid;
-    world.desktop.addWindow(window);
-  }
+  for (std::int32_t pid = 701; pid <= 704; ++pid) addSilentProcess(world, pid);
   EXPECT_EQ(world.titles(), (Titles{"", "", "", "", ""}));
   EXPECT_DOUBLE_EQ(world.now(), 1.5);
 
   WithheldTitles few;
   few.addWindow("Page");
-  few.desktop.addProcess(
-      {.pid = 701, .name = "Silent", .command = "/Silent", .application = true, .host = {}});
-  few.desktop.faults().silent_processes = {701};
-  simulator::Window window;
-  window.owner = 701;
-  few.desktop.addWindow(window);
+  addSilentProcess(few, 701);
   EXPECT_EQ(few.titles(), (Titles{"", "Page"}));
   EXPECT_GE(few.now(), 0.5);
   EXPECT_LT(few.now(), 0.6);

@@ -1,0 +1,60 @@
+// Standard descriptors that the caller left closed.
+#include "capture-helper/standard_streams.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <iostream>
+
+#include "capture-helper/helper_desktop.h"
+
+namespace tessarine::test {
+namespace {
+
+int openFile(const std::string& file) {
+  return open(file.c_str(), O_WRONLY | O_CREAT, 0600);
+}
+
+TEST(StandardStreams, AreNotTakenByWhatIsOpenedNext) {
+  const TemporaryFolder folder;
+  for (const int missing : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const auto start = [&] {
+      close(missing);
+      openMissingStandardStreams();
+      const bool takesText = write(missing, "x", 1) == 1;
+      std::_Exit(openFile(folder.path() + "/file") > STDERR_FILENO && !takesText ? 0 : 1);
+    };
+    EXPECT_EXIT(start(), ::testing::ExitedWithCode(0), "") << missing;
+  }
+}
+
+TEST(StandardStreams, StayAsTheyAreWhenNoneIsMissing) {
+  const TemporaryFolder folder;
+  const int before = openFile(folder.path() + "/file");
+  close(before);
+  openMissingStandardStreams();
+  const int after = openFile(folder.path() + "/file");
+  close(after);
+  EXPECT_EQ(after, before);
+}
+
+// What the program opened first, a connection to the desktop, would have received the list.
+TEST(StandardStreams, AListThatNobodyReceivesIsAFailure) {
+  HelperDesktop world;
+  world.addListed("Page", {0, 0, 10, 10});
+  const TemporaryFolder folder;
+  const std::string file = folder.path() + "/file";
+  const auto start = [&] {
+    close(STDOUT_FILENO);
+    openMissingStandardStreams();
+    openFile(file);
+    std::_Exit(runCaptureHelper({"list"}, std::cout, std::cerr));
+  };
+  EXPECT_EXIT(start(), ::testing::ExitedWithCode(1), "cannot write to standard output");
+  EXPECT_EQ(std::filesystem::file_size(file), 0U);
+}
+
+}  // namespace
+}  // namespace tessarine::test
