@@ -2,7 +2,7 @@
 #include <iostream>
 
 #include "capture-helper/helper.h"
-#include "capture-helper/standard_streams.h"
+#include "platform/standard_streams.h"
 
 int main(int argc, char** argv) {
   tessarine::openMissingStandardStreams();

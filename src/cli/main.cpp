@@ -3,9 +3,11 @@
 #include <iostream>
 
 #include "cli/entry.h"
+#include "platform/standard_streams.h"
 
 int main(int argc, char** argv) {
   using tessarine::ExitStatus;
+  tessarine::openMissingStandardStreams();
   // A caller that ignores SIGCHLD hands that down, and children could not be waited for.
   std::signal(SIGCHLD, SIG_DFL);
   ExitStatus status = tessarine::runTool({argv, argv + argc}, std::cout, std::cerr);

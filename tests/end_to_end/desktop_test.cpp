@@ -34,6 +34,21 @@ TEST(OnADesktop, TheStatusOfTheCommandIsTheStatusOfTheRun) {
   EXPECT_EQ(run.errors, std::string("unsupported --key: Return\nno panel\n") + quietEnd);
 }
 
+// A connection to the desktop would otherwise get the number of the closed descriptor.
+TEST(OnADesktop, WhatNobodyCanReceiveIsAFailure) {
+  const std::string helper = desktopPath().substr(0, desktopPath().rfind('/')) +
+                             "/desktop-programs/background-window-capture";
+  for (const std::string& call :
+       {toolPath() + " press-key --pid 812 --key escape", helper + " list"}) {
+    const ProgramRun run = runProgram({desktopPath(), "run", "english-service-window", "--", "sh",
+                                       "-c", "exec " + call + " >&-"});
+    EXPECT_EQ(run.exitStatus, 1) << call;
+    EXPECT_EQ(run.output, "");
+    EXPECT_NE(run.errors.find("cannot write to standard output\n"), std::string::npos)
+        << run.errors;
+  }
+}
+
 TEST(OnADesktop, CallsAtTheSameTimeAndOneAfterAnotherMeetTheSameDesktop) {
   const ServedDesktop desktop("english-service-window");
   const auto list = [&] { return desktop.run({"list-windows", "--pid", "812"}); };

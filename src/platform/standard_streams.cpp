@@ -1,4 +1,4 @@
-#include "capture-helper/standard_streams.h"
+#include "platform/standard_streams.h"
 
 #include <fcntl.h>
 #include <unistd.h>

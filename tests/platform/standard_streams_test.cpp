@@ -1,14 +1,13 @@
 // Standard descriptors that the caller left closed.
-#include "capture-helper/standard_streams.h"
+#include "platform/standard_streams.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <iostream>
+#include <cstdlib>
 
-#include "capture-helper/helper_desktop.h"
+#include "support/temporary_folder.h"
 
 namespace tessarine::test {
 namespace {
@@ -38,22 +37,6 @@ TEST(StandardStreams, StayAsTheyAreWhenNoneIsMissing) {
   const int after = openFile(folder.path() + "/file");
   close(after);
   EXPECT_EQ(after, before);
-}
-
-// What the program opened first, a connection to the desktop, would have received the list.
-TEST(StandardStreams, AListThatNobodyReceivesIsAFailure) {
-  HelperDesktop world;
-  world.addListed("Page", {0, 0, 10, 10});
-  const TemporaryFolder folder;
-  const std::string file = folder.path() + "/file";
-  const auto start = [&] {
-    close(STDOUT_FILENO);
-    openMissingStandardStreams();
-    openFile(file);
-    std::_Exit(runCaptureHelper({"list"}, std::cout, std::cerr));
-  };
-  EXPECT_EXIT(start(), ::testing::ExitedWithCode(1), "cannot write to standard output");
-  EXPECT_EQ(std::filesystem::file_size(file), 0U);
 }
 
 }  // namespace
