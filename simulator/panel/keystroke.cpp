@@ -67,7 +67,8 @@ void EditedText::insert(const std::string& addition) {
   text += addition;
 }
 
-// Assumed: what a reader sees as one character is deleted as one.
+// Assumed (Live.DeleteTakesWhatAReaderSeesAsOneCharacter): what a reader sees as one character is
+// deleted as one.
 void EditedText::deleteBackward() {
   text.erase(allSelected ? 0 : lastCharacter(text));
   allSelected = false;

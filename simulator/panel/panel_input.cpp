@@ -19,7 +19,9 @@ bool OpenPanel::Receiver::keyEvent(const KeyEvent& event, Route route) {
   return true;
 }
 
-// Assumed: clicks reach the panel by whichever of its processes they are posted to.
+// Assumed (Live.AClickPostedToTheApplicationReachesThePanel,
+// Live.AClickPostedToTheServiceReachesThePanel): clicks reach the panel by whichever of its
+// processes they are posted to.
 bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Route) {
   constexpr std::uint32_t left_down = 1;
   if (!panel_.alive()) return false;
@@ -59,7 +61,8 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
       faults.keysNeedClick || (faults.escapeNeedsClick && stroke.is(key::escape));
   if (needsClick && !clicked_) return;
   if (menu_ != nullptr) {
-    // Assumed: an open menu takes all keys.
+    // Assumed (Live.EscapeInAnOpenMenuClosesTheMenuAlone, Live.AnOpenMenuTakesReturnFromThePanel,
+    // Live.AnOpenMenuTakesTheGoToChordFromThePanel): an open menu takes all keys.
     if (stroke.is(key::escape)) closeMenu();
   } else if (go_to_.isOpen()) {
     go_to_.pressKey(stroke);
@@ -78,16 +81,19 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
   }
 }
 
-// Measured with nothing selected, where it confirms. Assumed: a selected folder is opened, as in
-// the file browser, also in a panel that could choose it.
+// Measured with nothing selected, where it confirms.
+// Assumed (Live.CommandDownOpensASelectedFolder): a selected folder is opened, as in the file
+// browser, also in a panel that could choose it.
 void OpenPanel::pressCommandDown() {
   const Listing::Row* selected = listing_->selected();
   if (selected != nullptr && selected->directory && !confirm_blocked_) return openRow(*selected);
   confirm();
 }
 
-// Assumed: Right Arrow would unfold a row in place, which is not drawn and changes nothing else; a
-// panel that chooses one thing has nothing to do on Command-A or Delete.
+// Assumed (Live.RightArrowOnAFolderLeadsNowhere): Right Arrow would unfold a row in place, which is
+// not drawn and changes nothing else.
+// Assumed (Live.CommandAInTheListSelectsNothingMore, Live.DeleteInTheListRemovesNothing): a panel
+// that chooses one thing has nothing to do on Command-A or Delete.
 void OpenPanel::pressListKey(const Keystroke& stroke) {
   const bool focused = keyboard_ == Keyboard::list;
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
@@ -109,7 +115,8 @@ void OpenPanel::pressReturn() {
   confirm();
 }
 
-// Assumed: Return in the search field searches and confirms nothing.
+// Assumed (Live.ReturnInTheSearchFieldSearchesAtOnce, Live.ReturnInTheSearchFieldConfirmsNothing):
+// Return in the search field searches and confirms nothing.
 void OpenPanel::pressSearchKey(const Keystroke& stroke) {
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
     fillListing();
@@ -138,7 +145,7 @@ const Element* OpenPanel::buttonAt(Point point) const {
   return hit == presses_.end() ? nullptr : hit->first;
 }
 
-// Assumed: a click beside an open menu closes it.
+// Assumed (Live.AClickBesideAnOpenMenuClosesIt): a click beside an open menu closes it.
 void OpenPanel::clickMenu(Point point) {
   for (std::size_t i = 0; i < menu_paths_.size(); ++i) {
     if (contains(*menu_->children()[i]->frame(), point)) return pickMenuItem(menu_paths_[i]);
@@ -146,8 +153,9 @@ void OpenPanel::clickMenu(Point point) {
   closeMenu();
 }
 
-// Assumed: while the go-to sheet is shown a click beside it does nothing; the first click anywhere
-// in a panel that opened in the background gives its list the keyboard.
+// Assumed (Live.AClickBesideTheGoToSheetDoesNothing): while the go-to sheet is shown a click beside
+// it does nothing. Assumed (Live.TheFirstClickInABackgroundPanelGivesItsListTheKeyboard): the first
+// click anywhere in a panel that opened in the background gives its list the keyboard.
 void OpenPanel::mouseDown(const MouseEvent& event) {
   clicked_ = true;
   pressed_ = nullptr;
@@ -187,7 +195,8 @@ void OpenPanel::mouseUp(const MouseEvent& event) {
 
 void OpenPanel::openGoTo(const std::optional<std::string>& typed, bool atOnce) {
   Element* parent = elements_.root;
-  // Assumed: a sheet hangs from a window, also when the chooser is only a part of one.
+  // Assumed (no test can tell: AppKit shows no chooser that is only a part of a window): a sheet
+  // hangs from a window, also when the chooser is only a part of one.
   if (options_.shape == PanelShape::embedded) parent = parent->parent();
   go_to_.open(*parent, typed, atOnce);
 }
