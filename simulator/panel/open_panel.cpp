@@ -253,6 +253,7 @@ void OpenPanel::travel(std::vector<std::string>& from, std::vector<std::string>&
 void OpenPanel::show(const std::string& folder) {
   const bool stale = options_.faults.staleListing && !folder_.empty();
   folder_ = folder;
+  // Assumed (Live.AnotherFolderEndsTheSearch): a search is over when another folder is shown.
   search_ = {};
   if (!stale) fillListing();
   for (std::size_t i = 0; i < places_.size(); ++i) {
@@ -334,6 +335,8 @@ void OpenPanel::updateControls() {
 
 // --- What comes of it. ---
 
+// Assumed (Live.ASelectedFolderIsChosenInsteadOfTheFolderShown): in a folder panel a selected
+// folder is chosen, without one the folder shown, as measured.
 void OpenPanel::confirm() {
   if (!canConfirm()) return;
   const Listing::Row* selected = listing_->selected();
@@ -375,6 +378,7 @@ void OpenPanel::close() {
   listing_.reset();
   menu_ = nullptr;
   presses_.clear();
+  // Assumed (Live.ThePanelServiceEndsWithItsLastPanel): a panel service ends with its last panel.
   if (--surroundings_.panelsToServe[options_.service] == 0) {
     desktop_.terminateProcess(options_.service, false);
   }

@@ -36,8 +36,8 @@ bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Ro
   return true;
 }
 
-// What comes through the session reaches the panel as from a keyboard: the platform passes it on
-// to whichever process draws the panel.
+// Assumed (Live.AKeyOfTheSessionReachesThePanelInFront): what comes through the session reaches the
+// panel as from a keyboard: the platform passes it on to whichever process draws the panel.
 bool OpenPanel::takesKeysOf(Pid pid, Route route) const {
   if (route == Route::session) return true;
   const bool host = pid == options_.host;
@@ -153,18 +153,18 @@ void OpenPanel::clickMenu(Point point) {
   closeMenu();
 }
 
-// Assumed (Live.AClickBesideTheGoToSheetDoesNothing): while the go-to sheet is shown a click beside
-// it does nothing. Assumed (Live.TheFirstClickInABackgroundPanelGivesItsListTheKeyboard): the first
-// click anywhere in a panel that opened in the background gives its list the keyboard.
 void OpenPanel::mouseDown(const MouseEvent& event) {
   clicked_ = true;
   pressed_ = nullptr;
   pressed_row_.clear();
+  // Assumed (Live.AClickBesideTheGoToSheetDoesNothing): a click beside the sheet does nothing.
   if (go_to_.isShown()) {
     if (go_to_.covers(event.at)) go_to_.click(event.at);
     return;
   }
   if (menu_ != nullptr) return clickMenu(event.at);
+  // Assumed (Live.TheFirstClickInABackgroundPanelGivesItsListTheKeyboard): the first click anywhere
+  // in a panel that opened in the background gives its list the keyboard.
   if (keyboard_ == Keyboard::nowhere) takeKeyboard(Keyboard::list);
   pressed_ = buttonAt(event.at);
   for (std::size_t i = 0; i < places_.size(); ++i) {
@@ -173,6 +173,8 @@ void OpenPanel::mouseDown(const MouseEvent& event) {
   if (contains(*elements_.search->frame(), event.at)) return takeKeyboard(Keyboard::search);
   if (!contains(*elements_.listArea->frame(), event.at)) return;
   takeKeyboard(Keyboard::list);
+  // Assumed (Live.AClickOnARowSelectsIt, Live.AClickBelowTheRowsLeavesNothingSelected): a click
+  // selects the row under it, and beside the rows it takes the selection away.
   const Listing::Row* row = listing_->rowAt(event.at);
   listing_->select(row);
   if (row != nullptr) pressed_row_ = row->path;
@@ -206,7 +208,8 @@ void OpenPanel::goToSheetOpened() {
   updateControls();
 }
 
-// A file's path leads to its folder, with the file selected where files can be.
+// Assumed (Live.AFilesPathLeadsToItsFolderWithTheFileSelected): a file's path leads to its folder,
+// with the file selected where files can be. Scripts rely on it.
 void OpenPanel::goToSheetClosed(const std::optional<std::string>& path) {
   if (path) {
     const bool folder = isDirectory(*path);

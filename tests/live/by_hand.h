@@ -3,7 +3,7 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
-#include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -77,6 +77,14 @@ inline void selectNames(const Element& panel, const std::vector<std::string>& na
   std::vector<Element> rows;
   for (const std::string& name : names) rows.push_back(rowNamed(panel, name));
   setElements(byIdentifier(panel, "ListView"), "AXSelectedRows", rows);
+}
+
+// Selects one row, which can be selected, and waits until it is.
+inline void selectName(const Element& panel, const std::string& name) {
+  selectNames(panel, {name});
+  if (!soon([&] { return selectedNames(panel) == std::vector<std::string>{name}; })) {
+    throw std::runtime_error("the list does not select \"" + name + "\"");
+  }
 }
 
 // How many windows of a process the window list shows.

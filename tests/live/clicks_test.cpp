@@ -4,6 +4,8 @@
 namespace tessarine::test {
 namespace {
 
+using Names = std::vector<std::string>;
+
 TEST_F(Live, AClickPostedToTheApplicationReachesThePanel) {
   show({});
   clickElement(application(), byIdentifier(panel(), "CancelButton"));
@@ -15,6 +17,22 @@ TEST_F(Live, AClickPostedToTheServiceReachesThePanel) {
   if (!stage().service()) GTEST_SKIP() << "no service draws the panel";
   clickElement(*stage().service(), byIdentifier(panel(), "CancelButton"));
   EXPECT_EQ(end(), "cancelled");
+}
+
+TEST_F(Live, AClickOnARowSelectsIt) {
+  for (const char* name : {"first", "second"}) folder().makeFolder(name);
+  show({});
+  click(axFrame(rowNamed(panel(), "second")).center());
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"second"}; }));
+}
+
+TEST_F(Live, AClickBelowTheRowsLeavesNothingSelected) {
+  folder().makeFolder("inner");
+  show({});
+  selectName(panel(), "inner");
+  const Rect row = axFrame(rowNamed(panel(), "inner"));
+  click({row.midX(), row.y + 3 * row.height});
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()).empty(); }));
 }
 
 TEST_F(Live, AClickBesideAnOpenMenuClosesIt) {

@@ -64,7 +64,7 @@ TEST_F(Live, TheFirstClickInABackgroundPanelGivesItsListTheKeyboard) {
 TEST_F(Live, CommandDownOpensASelectedFolder) {
   folder().makeFolder("inner/deep");
   show({});
-  selectNames(panel(), {"inner"});
+  selectName(panel(), "inner");
   press(keyTaker(), key_down, command_key);
   EXPECT_TRUE(soon([&] { return listedNames(panel()) == Names{"deep"}; }));
   EXPECT_EQ(outcome(), "open");
@@ -75,7 +75,7 @@ TEST_F(Live, RightArrowOnAFolderLeadsNowhere) {
   folder().makeFolder("inner/deep");
   show({});
   const std::string before = folderShown(panel());
-  selectNames(panel(), {"inner"});
+  selectName(panel(), "inner");
   press(keyTaker(), key_right);
   letThingsSettle();
   EXPECT_EQ(folderShown(panel()), before);
@@ -86,7 +86,7 @@ TEST_F(Live, RightArrowOnAFolderLeadsNowhere) {
 TEST_F(Live, CommandAInTheListSelectsNothingMore) {
   for (const char* name : {"one.txt", "two.txt"}) folder().makeFile(name);
   show({.files = true});
-  selectNames(panel(), {"two.txt"});
+  selectName(panel(), "two.txt");
   press(keyTaker(), key_a, command_key);
   letThingsSettle();
   EXPECT_EQ(selectedNames(panel()), Names{"two.txt"});
@@ -95,7 +95,7 @@ TEST_F(Live, CommandAInTheListSelectsNothingMore) {
 TEST_F(Live, DeleteInTheListRemovesNothing) {
   const std::string file = folder().makeFile("one.txt");
   show({.files = true});
-  selectNames(panel(), {"one.txt"});
+  selectName(panel(), "one.txt");
   press(keyTaker(), key_backspace);
   letThingsSettle();
   EXPECT_TRUE(fileExists(file));
@@ -125,6 +125,12 @@ TEST_F(Live, AnOpenMenuTakesTheGoToChordFromThePanel) {
   press(keyTaker(), key_g, command_and_shift);
   letThingsSettle();
   EXPECT_FALSE(goToSheet());
+}
+
+TEST_F(Live, AKeyOfTheSessionReachesThePanelInFront) {
+  show({});
+  tapGlobalKey(key_escape);
+  EXPECT_EQ(end(), "cancelled");
 }
 
 }  // namespace

@@ -51,5 +51,15 @@ TEST_F(Live, ReturnInTheSearchFieldSearchesAtOnce) {
   EXPECT_LT(secondsUntilListed({"barley"}), without / 2);
 }
 
+TEST_F(Live, AnotherFolderEndsTheSearch) {
+  folder().makeFolder("barley/oats");
+  show({});
+  focusSearch(panel());
+  typeUnicodeText(keyTaker(), "barley");
+  goTo(panel(), keyTaker(), folder().path() + "/barley");
+  EXPECT_TRUE(soon([&] { return listedNames(panel()) == Names{"oats"}; }));
+  EXPECT_EQ(axInputValue(byIdentifier(panel(), "Search")), "");
+}
+
 }  // namespace
 }  // namespace tessarine::test
