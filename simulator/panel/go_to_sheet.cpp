@@ -14,7 +14,8 @@ constexpr Seconds sheet_delay = 0.13;
 constexpr Seconds field_delay = 0.33;
 constexpr Seconds closing_delay = 0.35;
 
-// Assumed, in points.
+// Assumed (Live.TheGoToSheetLiesOnThePanel): in points, where all of it is on the panel and beside
+// it there is panel to click.
 constexpr double sheet_width = 460;
 constexpr double sheet_height = 140;
 
@@ -45,7 +46,8 @@ void GoToSheet::open(Element& parent, const std::optional<std::string>& typed, b
   if (isOpen() || options_.goTo.neverOpens) return;
   phase_ = Phase::opening;
   ++turn_;
-  // Assumed: the path of before is selected, so that typing replaces it.
+  // Assumed (Live.TypingReplacesThePathOfBefore): the path of before is selected, so that typing
+  // replaces it.
   text_ = typed ? EditedText{*typed, false} : EditedText{surroundings_.lastGoToPath, true};
   if (atOnce) {
     showSheet(parent);
@@ -61,7 +63,8 @@ void GoToSheet::showSheet(Element& parent) {
   sheet_ = &addElement(parent, "AXSheet", frame, {{"AXTitle", std::string()}});
   if (!options_.goTo.oldGeneration) sheet_->set("AXIdentifier", std::string("GoToWindow"));
   const Pid owner = parent.id().pid;
-  // Assumed: the window list shows the sheet's window where it shows the panel's.
+  // Assumed (Live.TheWindowListShowsTheGoToSheetWhereItShowsThePanel): the window list shows the
+  // sheet's window where it shows the panel's.
   window_ = desktop_
                 .addWindow({.owner = owner,
                             .title = "",
@@ -116,7 +119,8 @@ void GoToSheet::fillOldSheet() {
   addButton({right - 84, y, 84, 24}, texts.go, [this] { confirm(); });
 }
 
-// Assumed: the only suggestion is the path that was used last.
+// Assumed (Live.TheOnlySuggestionIsThePathUsedLast): the only suggestion is the path that was used
+// last.
 void GoToSheet::fillNewSheet() {
   field_->set("AXIdentifier", std::string("PathTextField"));
   const Rect frame = *sheet_->frame();
@@ -173,7 +177,8 @@ void GoToSheet::click(Point point) {
   if (hit != buttons_.end()) hit->second();
 }
 
-// Assumed: a path that does not exist leaves the sheet and its text as they are.
+// Assumed (Live.APathThatDoesNotExistLeavesTheSheetAndItsText): a path that does not exist leaves
+// the sheet and its text as they are.
 void GoToSheet::confirm() {
   if (phase_ != Phase::ready) return;
   const auto path = typedPath(text_.text, surroundings_.home, owner_.folderShown());

@@ -13,7 +13,7 @@ constexpr std::uint64_t control_flag = 0x40000;
 constexpr std::uint64_t option_flag = 0x80000;
 constexpr std::uint64_t command_flag = 0x100000;
 
-// Control characters type nothing.
+// Assumed (Live.ControlCharactersTypeNothing): control characters type nothing.
 std::string withoutControls(std::string text) {
   std::erase_if(text, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; });
   return text;
@@ -67,7 +67,8 @@ void EditedText::insert(const std::string& addition) {
   text += addition;
 }
 
-// Assumed: what a reader sees as one character is deleted as one.
+// Assumed (Live.DeleteTakesWhatAReaderSeesAsOneCharacter): what a reader sees as one character is
+// deleted as one.
 void EditedText::deleteBackward() {
   text.erase(allSelected ? 0 : lastCharacter(text));
   allSelected = false;

@@ -24,8 +24,8 @@ inline constexpr std::uint16_t down = 125;
 inline constexpr std::uint16_t up = 126;
 }  // namespace key
 
-// An event carries at most this many UTF-16 units of text; the rest is lost. Assumed, from what
-// authors of input tools report.
+// Assumed (Live.AnEventTypesAtMostTwentyUnits): an event carries at most this many UTF-16 units of
+// text, as authors of input tools report; the rest is lost.
 inline constexpr std::size_t longest_event_text = 20;
 
 struct Keystroke {

@@ -33,7 +33,8 @@ void Listing::show(std::vector<Row> rows) {
   outline_.set("AXSelectedRows", List{});
 }
 
-// Assumed: the header row holds one text and nothing that names a file.
+// Assumed (Live.TheHeaderRowHoldsOneTextAndNamesNoFile): the header row holds one text and nothing
+// that names a file.
 void Listing::addHeader() {
   const Rect area = *outline_.frame();
   const Rect frame{area.x, area.y, area.width, row_height};
@@ -103,6 +104,9 @@ void Listing::select(const Row* row) {
   if (selectionChanged) selectionChanged();
 }
 
+// Assumed (Live.DownArrowSelectsTheFirstRow, Live.UpArrowSelectsTheLastRow,
+// Live.ArrowsPassOverWhatCannotBeSelected, Live.DownArrowStaysAtTheLastRow): from nothing to the
+// first or the last row, over those that cannot be selected, and never past an end.
 void Listing::moveSelection(int step) {
   const auto count = static_cast<std::ptrdiff_t>(rows_.size());
   std::ptrdiff_t index = selected_ != nullptr ? selected_ - rows_.data() : step > 0 ? -1 : count;
@@ -134,7 +138,8 @@ const Listing::Row* Listing::rowAt(Point point) const {
   return found == rows_.end() ? nullptr : &*found;
 }
 
-// Assumed: of several rows the first that can be selected is.
+// Assumed (Live.OfSeveralRowsTheFirstIsSelected): of several rows the first that can be selected
+// is.
 std::int32_t Listing::selectElements(const Value& value) {
   const List* wanted = std::get_if<List>(&value);
   if (wanted == nullptr) return ax::illegalArgument;

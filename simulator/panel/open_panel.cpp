@@ -16,13 +16,17 @@ constexpr Seconds window_root_delay = 0.05;
 constexpr Seconds sheet_root_delay = 0.3;  // the first read of a new sheet blocks until then
 constexpr Seconds window_controls_delay = 0.48;
 constexpr Seconds sheet_controls_delay = 0.74;
-// Assumed: the lists are there a little before the half second that was measured at most.
+// Assumed (Live.TheListComesWithinASecondOfThePanel): the lists are there a little before the half
+// second that was measured at most.
 constexpr Seconds lists_delay = 0.45;
-// Assumed: from a click to the folder it leads to.
+// Assumed (Live.ADoubleClickedFolderIsShownWithinHalfASecond): from a click to the folder it leads
+// to.
 constexpr Seconds navigation_delay = 0.1;
-// Assumed: from the confirmation until the panel's windows are gone.
+// Assumed (Live.ThePanelsWindowIsGoneWithinHalfASecondOfTheConfirmation): from the confirmation
+// until the panel's windows are gone.
 constexpr Seconds closing_delay = 0.02;
-// Assumed: a change of the folder on the disk is seen within this time.
+// Assumed (Live.ANewEntryIsListedWithinASecond): a change of the folder on the disk is seen within
+// this time.
 constexpr Seconds follow_interval = 0.2;
 
 bool isSheet(const PanelOptions& options) {
@@ -202,7 +206,8 @@ void OpenPanel::openLists() {
   });
   attachPlaces();
   show(typedPath(options_.folder, surroundings_.home, "/").value_or("/"));
-  // Assumed: a panel that opens in the background has no keyboard until something in it is clicked.
+  // Assumed (Live.ABackgroundPanelHasNoKeyboardUntilItIsClicked): a panel that opens in the
+  // background has no keyboard until something in it is clicked.
   if (desktop_.frontmost() == options_.host) takeKeyboard(Keyboard::list);
 }
 
@@ -248,6 +253,7 @@ void OpenPanel::travel(std::vector<std::string>& from, std::vector<std::string>&
 void OpenPanel::show(const std::string& folder) {
   const bool stale = options_.faults.staleListing && !folder_.empty();
   folder_ = folder;
+  // Assumed (Live.AnotherFolderEndsTheSearch): a search is over when another folder is shown.
   search_ = {};
   if (!stale) fillListing();
   for (std::size_t i = 0; i < places_.size(); ++i) {
@@ -264,8 +270,9 @@ void OpenPanel::fillListing() {
   if (keyboard_ == Keyboard::list) takeKeyboard(Keyboard::list);
 }
 
-// Assumed: when an entry has appeared or vanished all rows are made anew, and what was selected
-// stays so.
+// Assumed (Live.AllRowsAreMadeAnewForANewEntry, Live.TheSelectionStaysWhenThereIsANewEntry,
+// Live.TheSelectionStaysWhenAnEntryVanishes): when an entry has appeared or vanished all rows are
+// made anew, and what was selected stays so.
 void OpenPanel::followFolder() {
   if (phase_ != Phase::open || !alive() || options_.faults.staleListing) return;
   if (desktop_.now() < followed_at_ + follow_interval) return;
@@ -287,8 +294,10 @@ void OpenPanel::followFolder() {
   updateControls();
 }
 
-// Assumed: a folder panel shows files but does not let them be selected; a search keeps the entries
-// of the folder whose names contain its text.
+// Assumed (Live.AFolderPanelShowsFiles, Live.AFolderPanelSelectsNoFile): a folder panel shows files
+// but does not let them be selected.
+// Assumed (Live.ASearchKeepsTheEntriesWhoseNamesContainItsText): a search keeps the entries of the
+// folder whose names contain its text.
 std::vector<Listing::Row> OpenPanel::rowsOfFolder() const {
   std::vector<Listing::Row> rows;
   for (const auto& entry : visibleEntries(folder_, options_.sort)) {
@@ -326,6 +335,8 @@ void OpenPanel::updateControls() {
 
 // --- What comes of it. ---
 
+// Assumed (Live.ASelectedFolderIsChosenInsteadOfTheFolderShown): in a folder panel a selected
+// folder is chosen, without one the folder shown, as measured.
 void OpenPanel::confirm() {
   if (!canConfirm()) return;
   const Listing::Row* selected = listing_->selected();
@@ -367,6 +378,7 @@ void OpenPanel::close() {
   listing_.reset();
   menu_ = nullptr;
   presses_.clear();
+  // Assumed (Live.ThePanelServiceEndsWithItsLastPanel): a panel service ends with its last panel.
   if (--surroundings_.panelsToServe[options_.service] == 0) {
     desktop_.terminateProcess(options_.service, false);
   }

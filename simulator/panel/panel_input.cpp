@@ -19,7 +19,9 @@ bool OpenPanel::Receiver::keyEvent(const KeyEvent& event, Route route) {
   return true;
 }
 
-// Assumed: clicks reach the panel by whichever of its processes they are posted to.
+// Assumed (Live.AClickPostedToTheApplicationReachesThePanel,
+// Live.AClickPostedToTheServiceReachesThePanel): clicks reach the panel by whichever of its
+// processes they are posted to.
 bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Route) {
   constexpr std::uint32_t left_down = 1;
   if (!panel_.alive()) return false;
@@ -34,8 +36,8 @@ bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Ro
   return true;
 }
 
-// What comes through the session reaches the panel as from a keyboard: the platform passes it on
-// to whichever process draws the panel.
+// Assumed (Live.AKeyOfTheSessionReachesThePanelInFront): what comes through the session reaches the
+// panel as from a keyboard: the platform passes it on to whichever process draws the panel.
 bool OpenPanel::takesKeysOf(Pid pid, Route route) const {
   if (route == Route::session) return true;
   const bool host = pid == options_.host;
@@ -59,7 +61,8 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
       faults.keysNeedClick || (faults.escapeNeedsClick && stroke.is(key::escape));
   if (needsClick && !clicked_) return;
   if (menu_ != nullptr) {
-    // Assumed: an open menu takes all keys.
+    // Assumed (Live.EscapeInAnOpenMenuClosesTheMenuAlone, Live.AnOpenMenuTakesReturnFromThePanel,
+    // Live.AnOpenMenuTakesTheGoToChordFromThePanel): an open menu takes all keys.
     if (stroke.is(key::escape)) closeMenu();
   } else if (go_to_.isOpen()) {
     go_to_.pressKey(stroke);
@@ -78,16 +81,19 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
   }
 }
 
-// Measured with nothing selected, where it confirms. Assumed: a selected folder is opened, as in
-// the file browser, also in a panel that could choose it.
+// Measured with nothing selected, where it confirms.
+// Assumed (Live.CommandDownOpensASelectedFolder): a selected folder is opened, as in the file
+// browser, also in a panel that could choose it.
 void OpenPanel::pressCommandDown() {
   const Listing::Row* selected = listing_->selected();
   if (selected != nullptr && selected->directory && !confirm_blocked_) return openRow(*selected);
   confirm();
 }
 
-// Assumed: Right Arrow would unfold a row in place, which is not drawn and changes nothing else; a
-// panel that chooses one thing has nothing to do on Command-A or Delete.
+// Assumed (Live.RightArrowOnAFolderLeadsNowhere): Right Arrow would unfold a row in place, which is
+// not drawn and changes nothing else.
+// Assumed (Live.CommandAInTheListSelectsNothingMore, Live.DeleteInTheListRemovesNothing): a panel
+// that chooses one thing has nothing to do on Command-A or Delete.
 void OpenPanel::pressListKey(const Keystroke& stroke) {
   const bool focused = keyboard_ == Keyboard::list;
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
@@ -109,7 +115,8 @@ void OpenPanel::pressReturn() {
   confirm();
 }
 
-// Assumed: Return in the search field searches and confirms nothing.
+// Assumed (Live.ReturnInTheSearchFieldSearchesAtOnce, Live.ReturnInTheSearchFieldConfirmsNothing):
+// Return in the search field searches and confirms nothing.
 void OpenPanel::pressSearchKey(const Keystroke& stroke) {
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
     fillListing();
@@ -138,7 +145,7 @@ const Element* OpenPanel::buttonAt(Point point) const {
   return hit == presses_.end() ? nullptr : hit->first;
 }
 
-// Assumed: a click beside an open menu closes it.
+// Assumed (Live.AClickBesideAnOpenMenuClosesIt): a click beside an open menu closes it.
 void OpenPanel::clickMenu(Point point) {
   for (std::size_t i = 0; i < menu_paths_.size(); ++i) {
     if (contains(*menu_->children()[i]->frame(), point)) return pickMenuItem(menu_paths_[i]);
@@ -146,17 +153,18 @@ void OpenPanel::clickMenu(Point point) {
   closeMenu();
 }
 
-// Assumed: while the go-to sheet is shown a click beside it does nothing; the first click anywhere
-// in a panel that opened in the background gives its list the keyboard.
 void OpenPanel::mouseDown(const MouseEvent& event) {
   clicked_ = true;
   pressed_ = nullptr;
   pressed_row_.clear();
+  // Assumed (Live.AClickBesideTheGoToSheetDoesNothing): a click beside the sheet does nothing.
   if (go_to_.isShown()) {
     if (go_to_.covers(event.at)) go_to_.click(event.at);
     return;
   }
   if (menu_ != nullptr) return clickMenu(event.at);
+  // Assumed (Live.TheFirstClickInABackgroundPanelGivesItsListTheKeyboard): the first click anywhere
+  // in a panel that opened in the background gives its list the keyboard.
   if (keyboard_ == Keyboard::nowhere) takeKeyboard(Keyboard::list);
   pressed_ = buttonAt(event.at);
   for (std::size_t i = 0; i < places_.size(); ++i) {
@@ -165,6 +173,8 @@ void OpenPanel::mouseDown(const MouseEvent& event) {
   if (contains(*elements_.search->frame(), event.at)) return takeKeyboard(Keyboard::search);
   if (!contains(*elements_.listArea->frame(), event.at)) return;
   takeKeyboard(Keyboard::list);
+  // Assumed (Live.AClickOnARowSelectsIt, Live.AClickBelowTheRowsLeavesNothingSelected): a click
+  // selects the row under it, and beside the rows it takes the selection away.
   const Listing::Row* row = listing_->rowAt(event.at);
   listing_->select(row);
   if (row != nullptr) pressed_row_ = row->path;
@@ -187,7 +197,8 @@ void OpenPanel::mouseUp(const MouseEvent& event) {
 
 void OpenPanel::openGoTo(const std::optional<std::string>& typed, bool atOnce) {
   Element* parent = elements_.root;
-  // Assumed: a sheet hangs from a window, also when the chooser is only a part of one.
+  // Assumed (no test can tell: AppKit shows no chooser that is only a part of a window): a sheet
+  // hangs from a window, also when the chooser is only a part of one.
   if (options_.shape == PanelShape::embedded) parent = parent->parent();
   go_to_.open(*parent, typed, atOnce);
 }
@@ -197,7 +208,8 @@ void OpenPanel::goToSheetOpened() {
   updateControls();
 }
 
-// A file's path leads to its folder, with the file selected where files can be.
+// Assumed (Live.AFilesPathLeadsToItsFolderWithTheFileSelected): a file's path leads to its folder,
+// with the file selected where files can be. Scripts rely on it.
 void OpenPanel::goToSheetClosed(const std::optional<std::string>& path) {
   if (path) {
     const bool folder = isDirectory(*path);

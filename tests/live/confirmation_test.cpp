@@ -1,19 +1,32 @@
 // Choosing and cancelling, by buttons, keys and clicks.
-#include "live/live.h"
-#include "platform/accessibility.h"
-#include "platform/events.h"
-#include "platform/wait.h"
+#include "live/by_hand.h"
+#include "platform/processes.h"
 
 namespace tessarine::test {
 namespace {
-
-constexpr std::uint16_t key_return = 36;
-constexpr std::uint16_t key_escape = 53;
 
 TEST_F(Live, TheConfirmButtonChoosesTheFolderShown) {
   show({});
   tryAction("AXPress", byIdentifier(panel(), "OKButton"));
   EXPECT_EQ(end(), "chosen " + folder().path());
+}
+
+TEST_F(Live, ASelectedFolderIsChosenInsteadOfTheFolderShown) {
+  const std::string inner = folder().makeFolder("inner");
+  show({});
+  selectName(panel(), "inner");
+  tryAction("AXPress", byIdentifier(panel(), "OKButton"));
+  EXPECT_EQ(end(), "chosen " + inner);
+}
+
+TEST_F(Live, ThePanelServiceEndsWithItsLastPanel) {
+  show({});
+  const auto service = stage().service();
+  if (!service) GTEST_SKIP() << "no service draws the panel";
+  ASSERT_NE(processCommand(*service), "");
+  tryAction("AXPress", byIdentifier(panel(), "CancelButton"));
+  ASSERT_EQ(end(), "cancelled");
+  EXPECT_TRUE(soon([&] { return processCommand(*service).empty(); }));
 }
 
 TEST_F(Live, AFilePanelConfirmsNothingWhileNothingIsSelected) {

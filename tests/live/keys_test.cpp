@@ -1,0 +1,137 @@
+// Keys on a panel: in its list, with a menu open, and in the background.
+#include <gmock/gmock.h>
+
+#include "live/by_hand.h"
+#include "platform/files.h"
+
+namespace tessarine::test {
+namespace {
+
+using ::testing::IsEmpty;
+
+using Names = std::vector<std::string>;
+
+TEST_F(Live, DownArrowSelectsTheFirstRow) {
+  for (const char* name : {"first", "second", "third"}) folder().makeFolder(name);
+  show({});
+  press(keyTaker(), key_down);
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"first"}; }));
+}
+
+TEST_F(Live, UpArrowSelectsTheLastRow) {
+  for (const char* name : {"first", "second", "third"}) folder().makeFolder(name);
+  show({});
+  press(keyTaker(), key_up);
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"third"}; }));
+}
+
+TEST_F(Live, ArrowsPassOverWhatCannotBeSelected) {
+  for (const char* name : {"first", "third"}) folder().makeFolder(name);
+  folder().makeFile("second.txt");
+  show({});
+  press(keyTaker(), key_down);
+  press(keyTaker(), key_down);
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"third"}; }));
+}
+
+TEST_F(Live, DownArrowStaysAtTheLastRow) {
+  for (const char* name : {"first", "second"}) folder().makeFolder(name);
+  show({});
+  for (int i = 0; i < 3; ++i) press(keyTaker(), key_down);
+  letThingsSettle();
+  EXPECT_EQ(selectedNames(panel()), Names{"second"});
+}
+
+TEST_F(Live, ABackgroundPanelHasNoKeyboardUntilItIsClicked) {
+  folder().makeFolder("inner");
+  show({.inFront = false});
+  press(keyTaker(), key_down);
+  letThingsSettle();
+  EXPECT_THAT(selectedNames(panel()), IsEmpty());
+  // Keys do reach the panel.
+  press(keyTaker(), key_escape);
+  EXPECT_EQ(end(), "cancelled");
+}
+
+TEST_F(Live, TheFirstClickInABackgroundPanelGivesItsListTheKeyboard) {
+  folder().makeFolder("inner");
+  show({.inFront = false});
+  postMouseClick(keyTaker(), blankPoint(panel()), 1, false);
+  press(keyTaker(), key_down);
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"inner"}; }));
+}
+
+TEST_F(Live, CommandDownOpensASelectedFolder) {
+  folder().makeFolder("inner/deep");
+  show({});
+  selectName(panel(), "inner");
+  press(keyTaker(), key_down, command_key);
+  EXPECT_TRUE(soon([&] { return listedNames(panel()) == Names{"deep"}; }));
+  EXPECT_EQ(outcome(), "open");
+}
+
+// Unfolded or not, the folder shown and what is selected in it are what they were.
+TEST_F(Live, RightArrowOnAFolderLeadsNowhere) {
+  folder().makeFolder("inner/deep");
+  show({});
+  const std::string before = folderShown(panel());
+  selectName(panel(), "inner");
+  press(keyTaker(), key_right);
+  letThingsSettle();
+  EXPECT_EQ(folderShown(panel()), before);
+  EXPECT_EQ(selectedNames(panel()), Names{"inner"});
+  EXPECT_EQ(outcome(), "open");
+}
+
+TEST_F(Live, CommandAInTheListSelectsNothingMore) {
+  for (const char* name : {"one.txt", "two.txt"}) folder().makeFile(name);
+  show({.files = true});
+  selectName(panel(), "two.txt");
+  press(keyTaker(), key_a, command_key);
+  letThingsSettle();
+  EXPECT_EQ(selectedNames(panel()), Names{"two.txt"});
+}
+
+TEST_F(Live, DeleteInTheListRemovesNothing) {
+  const std::string file = folder().makeFile("one.txt");
+  show({.files = true});
+  selectName(panel(), "one.txt");
+  press(keyTaker(), key_backspace);
+  letThingsSettle();
+  EXPECT_TRUE(fileExists(file));
+  EXPECT_EQ(selectedNames(panel()), Names{"one.txt"});
+}
+
+TEST_F(Live, EscapeInAnOpenMenuClosesTheMenuAlone) {
+  show({});
+  openedMenu(panel());
+  press(keyTaker(), key_escape);
+  EXPECT_TRUE(soon([&] { return openMenus(panel()).empty(); }));
+  letThingsSettle();
+  EXPECT_EQ(outcome(), "open");
+}
+
+TEST_F(Live, AnOpenMenuTakesReturnFromThePanel) {
+  show({});
+  openedMenu(panel());
+  press(keyTaker(), key_return);
+  letThingsSettle();
+  EXPECT_EQ(outcome(), "open");
+}
+
+TEST_F(Live, AnOpenMenuTakesTheGoToChordFromThePanel) {
+  show({});
+  openedMenu(panel());
+  press(keyTaker(), key_g, command_and_shift);
+  letThingsSettle();
+  EXPECT_FALSE(goToSheet());
+}
+
+TEST_F(Live, AKeyOfTheSessionReachesThePanelInFront) {
+  show({});
+  tapGlobalKey(key_escape);
+  EXPECT_EQ(end(), "cancelled");
+}
+
+}  // namespace
+}  // namespace tessarine::test
