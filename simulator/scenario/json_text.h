@@ -1,7 +1,7 @@
 // Reads the text of a JSON file, strictly.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace simulator {

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 #include "simulator/service/wire_address.h"
 

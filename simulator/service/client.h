@@ -1,7 +1,7 @@
 // A program's connection to a desktop service.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "simulator/service/wire.h"

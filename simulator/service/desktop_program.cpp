@@ -2,6 +2,7 @@
 // desktop run the program of that name and behaves as that one did.
 #include <cstdio>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "simulator/service/client.h"

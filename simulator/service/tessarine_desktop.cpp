@@ -14,6 +14,7 @@
 #include <fstream>
 #include <initializer_list>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>

@@ -5,7 +5,7 @@
 // Everything that does not have the expected form is refused with a WireError.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>

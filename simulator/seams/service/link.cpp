@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "simulator/frameworks/desktop_link.h"
 #include "simulator/service/client.h"

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "simulator/service/client.h"
