@@ -9,7 +9,7 @@ namespace tessarine {
 // At most one at a time.
 class EndSignals {
  public:
-  // From now on SIGHUP, SIGINT and SIGTERM are only noted, except those that are ignored.
+  // From now on SIGHUP, SIGINT, SIGQUIT and SIGTERM are only noted, except those that are ignored.
   EndSignals();
   // Puts everything back as it was: a noted signal acts now.
   ~EndSignals();
@@ -21,7 +21,7 @@ class EndSignals {
 
  private:
   using Handler = void (*)(int);
-  static constexpr std::array signals_{SIGHUP, SIGINT, SIGTERM};
+  static constexpr std::array signals_{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
   std::array<Handler, signals_.size()> before_{};
 };

@@ -12,8 +12,8 @@ inline constexpr const char* snapshotProgram = "/usr/sbin/screencapture";
 // as a whole or not touched; a link is followed. Throws ToolError actionFailed when there is no
 // image: "cannot write " + file + ": " + "not a regular file" or the system's reason, "failed to
 // start screencapture: " + the start error, "screencapture exceeded 5.0s" (it is told to end and
-// has 1 s for that), or "cannot capture window " + number. A signal that ends this program leaves
-// no unfinished file behind.
+// has 1 s for that), or "cannot capture window " + number. No unfinished file is left behind,
+// whether this program fails or a signal ends it, unless screencapture goes on after that 1 s.
 void snapshotWindow(std::uint32_t number, const std::string& file);
 
 }  // namespace tessarine

@@ -1,6 +1,7 @@
 #include "capture-helper/withheld_titles.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include "platform/accessibility.h"
@@ -16,6 +17,8 @@ constexpr int sheetDepth = 3;  // a panel's sheet may carry the go-to-folder she
 // Every Open panel has this identifier; as a sheet it has no title of its own.
 constexpr const char* openPanelIdentifier = "open-panel";
 constexpr const char* openPanelTitle = "Open";
+
+constexpr std::array likelyOwners{"Open and Save Panel Service", "Google Chrome", "Microsoft Edge"};
 
 // The levels from normal windows to modal panels (CGWindowLevel.h).
 constexpr int normalLayer = 0;
@@ -111,8 +114,15 @@ class Search {
 };
 
 bool isLookedUp(const ListedWindow& window) {
-  return !window.title && window.pid > 0 && window.layer >= normalLayer &&
+  return window.title.value_or("").empty() && window.pid > 0 && window.layer >= normalLayer &&
          window.layer <= modalPanelLayer;
+}
+
+// Browsers and the services that draw panels. They are asked first, as they are behind whatever
+// the person at the machine works with.
+bool mayHavePanel(const ListedWindow& window) {
+  const auto begins = [&](const char* name) { return window.app.starts_with(name); };
+  return std::ranges::any_of(likelyOwners, begins);
 }
 
 }  // namespace
@@ -120,8 +130,11 @@ bool isLookedUp(const ListedWindow& window) {
 void readWithheldTitles(std::vector<ListedWindow>& windows) {
   if (std::none_of(windows.begin(), windows.end(), isLookedUp)) return;
   Search search(currentTime() + totalSeconds);
-  for (ListedWindow& window : windows) {
-    if (isLookedUp(window)) window.title = search.takeTitle(window.pid, window.frame);
+  for (const bool likely : {true, false}) {
+    for (ListedWindow& window : windows) {
+      if (!isLookedUp(window) || mayHavePanel(window) != likely) continue;
+      if (auto title = search.takeTitle(window.pid, window.frame)) window.title = std::move(title);
+    }
   }
 }
 

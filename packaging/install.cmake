@@ -9,7 +9,8 @@ if(APPLE)
   install(TARGETS background-window-capture RUNTIME)
 endif()
 string(CONFIGURE [[
-  set(INSTALLED_PROGRAM "${CMAKE_INSTALL_PREFIX}/@tool_folder@/tessarine")
+  get_filename_component(INSTALLED_PROGRAM
+    "${CMAKE_INSTALL_PREFIX}/@tool_folder@/tessarine" ABSOLUTE)
   set(launcher "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/@CMAKE_INSTALL_BINDIR@/tessarine")
   configure_file("@PROJECT_SOURCE_DIR@/packaging/launcher.in" "${launcher}" @ONLY)
   file(CHMOD "${launcher}" PERMISSIONS
@@ -17,10 +18,12 @@ string(CONFIGURE [[
 ]] write_launcher @ONLY)
 install(CODE "${write_launcher}")
 
-# The simulated desktop and its programs.
-install(TARGETS tessarine-desktop RUNTIME)
-install(DIRECTORY ${DESKTOP_PROGRAMS}/
-  DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/tessarine-desktop USE_SOURCE_PERMISSIONS)
+# The simulated desktop and its programs, without which it is of no use.
+if(TESSARINE_SIMULATED)
+  install(TARGETS tessarine-desktop RUNTIME)
+  install(DIRECTORY ${DESKTOP_PROGRAMS}/
+    DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/tessarine-desktop USE_SOURCE_PERMISSIONS)
+endif()
 
 # bash and fish look for a file with the name of the program whose words they complete.
 foreach(program tessarine tessarine-desktop background-window-capture)

@@ -49,7 +49,8 @@ Seconds Desktop::price(const Request& request) const {
             attempt.verb = AccessibilityRequest::Verb::perform;
             attempt.role = element->role();
             attempt.name = asked.name;
-            // Who knows no such action says so at once.
+            // Assumed (no test can tell: every action of a real element is known to it): who knows
+            // no such action says so at once.
             if (faultyAnswer(attempt) != ax::actionUnsupported) {
               price = element->actionPrice(asked.name).value_or(request_price);
             }

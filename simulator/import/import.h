@@ -24,7 +24,8 @@ struct ImportedScenario {
 };
 
 // `dialogs` is what "inspect-open-dialog" printed, `windows` what "list-windows" printed at the
-// time. Texts that are not a panel's own become placeholders unless `keepNames`; paths always do.
+// time. Texts that are not a panel's own become placeholders unless `keepNames`; what may be a path
+// always does.
 // Throws ScenarioError when one of the two is not what that command prints.
 ImportedScenario importScenario(const Printout& dialogs, const std::optional<Printout>& windows,
                                 bool keepNames);

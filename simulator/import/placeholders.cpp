@@ -10,7 +10,7 @@ namespace {
 
 // What stands between the parts of a path, here and on other systems, in signs that look like it
 // and in the Finder.
-constexpr std::array separators{"/", "\\", "~", "／", "∕", "⁄", "▸", "›"};
+constexpr std::array separators{"/", "\\", "~", "／", "∕", "⁄", "▸", "›", " > ", "»", "→"};
 
 bool isBlank(char c) {
   return c == ' ' || c == '\t' || c == '\n';

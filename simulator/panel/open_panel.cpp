@@ -132,6 +132,7 @@ void OpenPanel::openWindows() {
   scheduleListChanges();
 }
 
+// Assumed (Live.TheWindowListNamesASheetAsItNamesAWindow): the window of a sheet is called so, too.
 void OpenPanel::openWindow(Pid owner, bool listed, bool shown) {
   Window window;
   window.owner = owner;

@@ -20,7 +20,11 @@ inline Outcome runHelper(const std::vector<std::string>& arguments) {
 
 class HelperDesktop : public BareDesktop {
  public:
-  HelperDesktop() { simulator::installPrograms(desktop); }
+  // With one application of this name.
+  explicit HelperDesktop(const std::string& name = "Google Chrome")
+      : BareDesktop(browserPid, name) {
+    simulator::installPrograms(desktop);
+  }
 
   // A window of the browser that accessibility does not show. Its number is 101 and up.
   simulator::Window& addListed(const std::string& title, const simulator::Rect& frame) {

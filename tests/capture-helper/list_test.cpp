@@ -42,7 +42,9 @@ TEST(List, PrintsNothingWithoutWindows) {
 // --- Without the Screen Recording permission. ---
 
 struct WithheldTitles : HelperDesktop {
-  WithheldTitles() { desktop.faults().screen_recording_denied = true; }
+  explicit WithheldTitles(const std::string& name = "Google Chrome") : HelperDesktop(name) {
+    desktop.faults().screen_recording_denied = true;
+  }
   // The titles in the order of the list.
   std::vector<std::string> titles() {
     std::vector<std::string> found;
@@ -208,18 +210,39 @@ TEST(WithheldTitles, AreAwaitedForOneAnswerBeyondTheEndAtMost) {
 
 // A process that does not answer costs half a second; after one and a half nobody is asked.
 TEST(WithheldTitles, DoNotKeepTheListWaiting) {
-  WithheldTitles world;
+  WithheldTitles world("Notes");
   world.addWindow("Page");  // the last in the list
   for (std::int32_t pid = 701; pid <= 704; ++pid) addSilentProcess(world, pid);
   EXPECT_EQ(world.titles(), (Titles{"", "", "", "", ""}));
   EXPECT_DOUBLE_EQ(world.now(), 1.5);
 
-  WithheldTitles few;
+  WithheldTitles few("Notes");
   few.addWindow("Page");
   addSilentProcess(few, 701);
   EXPECT_EQ(few.titles(), (Titles{"", "Page"}));
   EXPECT_GE(few.now(), 0.5);
   EXPECT_LT(few.now(), 0.6);
+}
+
+// A browser stands behind what the person at the machine works with, and is asked before it.
+TEST(WithheldTitles, OfABrowserAreReadHoweverManyWindowsInFrontOfItDoNotAnswer) {
+  for (const char* name : {"Google Chrome", "Google Chrome Dev", "Microsoft Edge",
+                           "Open and Save Panel Service (Google Chrome)"}) {
+    WithheldTitles world(name);
+    world.addWindow("Page");
+    for (std::int32_t pid = 701; pid <= 704; ++pid) addSilentProcess(world, pid);
+    EXPECT_EQ(world.titles(), (Titles{"", "", "", "", "Page"})) << name;
+  }
+}
+
+TEST(WithheldTitles, AreLookedForInPlaceOfEmptyOnesToo) {
+  WithheldTitles world;
+  world.desktop.faults().screen_recording_denied = false;
+  simulator::Element& page = world.addWindow("Page");
+  world.desktop.findWindow(101)->title = "";
+  EXPECT_EQ(world.titles(), Titles{"Page"});
+  page.set("AXTitle", std::string());
+  EXPECT_EQ(world.titles(), Titles{""});
 }
 
 TEST(WithheldTitles, LeaveTheDefaultAnswerLimitBehind) {

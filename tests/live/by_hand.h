@@ -109,6 +109,12 @@ inline void press(pid_t taker, std::uint16_t keyCode, std::uint64_t flags = 0) {
   tapKey(taker, keyCode, flags, {}, 0.1);
 }
 
+// Shows that keys arrive, after a test of what must not come of one. Ends the panel.
+inline bool stillTakesKeys(pid_t taker, const std::function<std::string()>& end) {
+  press(taker, key_escape);
+  return end() == "cancelled";
+}
+
 inline bool covers(const Element& element, const Point& point) {
   const Rect frame = axFrame(element);
   return point.x >= frame.x && point.x < frame.x + frame.width && point.y >= frame.y &&

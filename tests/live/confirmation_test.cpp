@@ -35,6 +35,7 @@ TEST_F(Live, AFilePanelConfirmsNothingWhileNothingIsSelected) {
   EXPECT_FALSE(axIsTrue(byIdentifier(panel(), "OKButton"), "AXEnabled"));
   tapKey(keyTaker(), key_return, 0, {}, 0.5);
   EXPECT_EQ(outcome(), "open");
+  EXPECT_TRUE(stillTakesKeys(keyTaker(), [this] { return end(); }));
 }
 
 TEST_F(Live, APressOfADisabledButtonHasNoEffect) {

@@ -70,6 +70,7 @@ TEST_F(Live, AnApplicationComesForwardWithinAQuarterOfASecond) {
 TEST_F(Live, AskingForTheForegroundIsAnsweredWithinAQuarterOfASecond) {
   show({.inFront = false});
   EXPECT_LT(secondsOf([&] { activateApplication(application()); }), 0.25);
+  EXPECT_TRUE(comesForward(application()));
 }
 
 TEST_F(Live, ThePanelOfABackgroundApplicationStandsBehindTheApplicationInFront) {

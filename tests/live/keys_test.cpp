@@ -81,6 +81,7 @@ TEST_F(Live, RightArrowOnAFolderLeadsNowhere) {
   EXPECT_EQ(folderShown(panel()), before);
   EXPECT_EQ(selectedNames(panel()), Names{"inner"});
   EXPECT_EQ(outcome(), "open");
+  EXPECT_TRUE(stillTakesKeys(keyTaker(), [this] { return end(); }));
 }
 
 TEST_F(Live, CommandAInTheListSelectsNothingMore) {
@@ -90,6 +91,7 @@ TEST_F(Live, CommandAInTheListSelectsNothingMore) {
   press(keyTaker(), key_a, command_key);
   letThingsSettle();
   EXPECT_EQ(selectedNames(panel()), Names{"two.txt"});
+  EXPECT_TRUE(stillTakesKeys(keyTaker(), [this] { return end(); }));
 }
 
 TEST_F(Live, DeleteInTheListRemovesNothing) {
@@ -100,6 +102,7 @@ TEST_F(Live, DeleteInTheListRemovesNothing) {
   letThingsSettle();
   EXPECT_TRUE(fileExists(file));
   EXPECT_EQ(selectedNames(panel()), Names{"one.txt"});
+  EXPECT_TRUE(stillTakesKeys(keyTaker(), [this] { return end(); }));
 }
 
 TEST_F(Live, EscapeInAnOpenMenuClosesTheMenuAlone) {
@@ -117,6 +120,8 @@ TEST_F(Live, AnOpenMenuTakesReturnFromThePanel) {
   press(keyTaker(), key_return);
   letThingsSettle();
   EXPECT_EQ(outcome(), "open");
+  press(keyTaker(), key_escape);  // closes the menu, if it is still open
+  EXPECT_TRUE(stillTakesKeys(keyTaker(), [this] { return end(); }));
 }
 
 TEST_F(Live, AnOpenMenuTakesTheGoToChordFromThePanel) {
@@ -125,6 +130,8 @@ TEST_F(Live, AnOpenMenuTakesTheGoToChordFromThePanel) {
   press(keyTaker(), key_g, command_and_shift);
   letThingsSettle();
   EXPECT_FALSE(goToSheet());
+  press(keyTaker(), key_escape);  // closes the menu, if it is still open
+  EXPECT_TRUE(stillTakesKeys(keyTaker(), [this] { return end(); }));
 }
 
 TEST_F(Live, AKeyOfTheSessionReachesThePanelInFront) {

@@ -66,6 +66,14 @@ void Live::show(const PanelSpec& spec) {
         "no panel with a list was shown; where it shows columns or icons, choose its list view "
         "once");
   }
+  // Keys and clicks of a test must not reach anything else.
+  const auto placed = [&] {
+    return axIsTrue(Element::application(application()), "AXFrontmost") == spec.inFront;
+  };
+  if (!pollUntil(ending_seconds, 0.05, placed)) {
+    throw std::runtime_error(spec.inFront ? "the application does not come to the front"
+                                          : "the application does not stay in the background");
+  }
 }
 
 pid_t Live::keyTaker() const {

@@ -86,6 +86,7 @@ class FixtureStage final : public Stage {
         child_(startChild(OPEN_PANEL_FIXTURE, fixtureArguments(spec, folder, reportPath()))) {
     if (!child_.child) throw std::runtime_error("the fixture did not start: " + child_.startError);
     if (!pollUntil(starting_seconds, 0.02, [this] { return report().pid != 0; })) {
+      quit();
       throw std::runtime_error("the fixture showed no panel");
     }
   }

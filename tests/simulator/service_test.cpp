@@ -11,6 +11,7 @@
 #include <fstream>
 #include <future>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "ApplicationServices/ApplicationServices.h"
