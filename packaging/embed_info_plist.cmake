@@ -1,5 +1,6 @@
-# embed_info_plist(PROGRAM [PROPERTIES]): macOS knows a program by the identifier in its property list, and keeps the
-# permissions of one whose identifier stays the same. PROPERTIES are further lines of the list.
+# embed_info_plist(PROGRAM [PROPERTIES]): macOS knows a program by the identifier in its property
+# list, and keeps the permissions of one whose identifier stays the same. PROPERTIES are further
+# lines of the list.
 function(embed_info_plist PROGRAM)
   set(PROPERTIES ${ARGN})
   configure_file(${PROJECT_SOURCE_DIR}/packaging/Info.plist.in Info-${PROGRAM}.plist @ONLY)
