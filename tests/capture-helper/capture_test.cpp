@@ -225,7 +225,7 @@ TEST(Capture, GivesUpASnapshotProgramThatDoesNotEnd) {
 
 // --- Signals to the helper itself. ---
 
-constexpr std::array endingSignals{SIGHUP, SIGINT, SIGTERM};
+constexpr std::array endingSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 // A snapshot program during which the helper receives a signal.
 simulator::ProgramMain signalsTheHelper(int signal) {
