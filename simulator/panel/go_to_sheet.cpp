@@ -73,7 +73,7 @@ void GoToSheet::showSheet(Element& parent) {
                             .element = isSeen() ? sheet_ : nullptr})
                 .number;
   if (isSeen()) desktop_.findProcess(owner)->focused_window = window_;
-  desktop_.noteMilestone("go-to sheet opened");
+  owner_.note("go-to sheet opened");
   owner_.goToSheetOpened();
 }
 
@@ -107,7 +107,7 @@ void GoToSheet::showField() {
     desktop_.findProcess(sheet_->id().pid)->root.set("AXFocusedUIElement", field_->id());
   }
   phase_ = Phase::ready;
-  desktop_.noteMilestone("go-to sheet ready");
+  owner_.note("go-to sheet ready");
 }
 
 void GoToSheet::fillOldSheet() {
@@ -183,7 +183,7 @@ void GoToSheet::confirm() {
   if (phase_ != Phase::ready) return;
   const auto path = typedPath(text_.text, surroundings_.home, owner_.folderShown());
   if (!path) {
-    desktop_.noteMilestone("go-to sheet stays: nothing at " + text_.text);
+    owner_.note("go-to sheet stays: nothing at " + text_.text);
     return;
   }
   surroundings_.lastGoToPath = text_.text;
@@ -195,7 +195,7 @@ void GoToSheet::close(const std::optional<std::string>& path) {
   ++turn_;
   later(closing_delay, [this, path] {
     abandon();
-    desktop_.noteMilestone("go-to sheet closed");
+    owner_.note("go-to sheet closed");
     owner_.goToSheetClosed(path);
   });
 }

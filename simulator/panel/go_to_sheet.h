@@ -30,6 +30,8 @@ class GoToSheetOwner {
   virtual std::string folderShown() const = 0;
   // The panel has not closed, and the process that shows it runs.
   virtual bool alive() const = 0;
+  // Adds to what happened to the panel.
+  virtual void note(const std::string& milestone) = 0;
   virtual void goToSheetOpened() = 0;
   // The sheet is gone. `path` is the existing path it was confirmed with, absent when it was not.
   virtual void goToSheetClosed(const std::optional<std::string>& path) = 0;

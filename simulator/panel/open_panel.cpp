@@ -80,6 +80,11 @@ bool OpenPanel::alive() const {
   return phase_ != Phase::closed && !shownIn().terminated;
 }
 
+void OpenPanel::note(const std::string& milestone) {
+  milestones_.push_back({desktop_.now(), milestone});
+  desktop_.noteMilestone(milestone);
+}
+
 void OpenPanel::startService() {
   if (desktop_.findProcess(options_.service) != nullptr) return;
   desktop_.addProcess({.pid = options_.service,
@@ -116,7 +121,7 @@ void OpenPanel::openRoot() {
     auto& receivers = desktop_.findProcess(pid)->receivers;
     receivers.insert(receivers.begin(), receiver);
   }
-  desktop_.noteMilestone("panel opened");
+  note("panel opened");
 }
 
 // The window server's view: one window of the browser and one of the service at the same frame.
@@ -260,7 +265,7 @@ void OpenPanel::show(const std::string& folder) {
   for (std::size_t i = 0; i < places_.size(); ++i) {
     elements_.places[i]->set("AXSelected", places_[i].path == folder_);
   }
-  desktop_.noteMilestone("folder shown " + folder_);
+  note("folder shown " + folder_);
   updateControls();
 }
 
@@ -354,9 +359,9 @@ void OpenPanel::end(PanelOutcome::End how, const std::string& path) {
   outcome_ = {how, path, desktop_.now()};
   if (how == PanelOutcome::End::chosen) {
     outcome_.path = typedPath(path, surroundings_.home, folder_).value_or(path);
-    desktop_.noteMilestone("chosen " + outcome_.path);
+    note("chosen " + outcome_.path);
   } else {
-    desktop_.noteMilestone("cancelled");
+    note("cancelled");
   }
   later(closing_delay + options_.faults.closesLateBySeconds / options_.slow, [this] { close(); });
 }
@@ -383,9 +388,8 @@ void OpenPanel::close() {
   if (--surroundings_.panelsToServe[options_.service] == 0) {
     desktop_.terminateProcess(options_.service, false);
   }
-  desktop_.noteMilestone(outcome_.end == PanelOutcome::End::chosen
-                             ? "panel closed: chosen " + outcome_.path
-                             : "panel closed: cancelled");
+  note(outcome_.end == PanelOutcome::End::chosen ? "panel closed: chosen " + outcome_.path
+                                                  : "panel closed: cancelled");
 }
 
 }  // namespace simulator

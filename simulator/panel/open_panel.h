@@ -26,6 +26,12 @@ struct PanelOutcome {
   bool operator==(const PanelOutcome&) const = default;
 };
 
+// Something that happened to a panel, as the record says it.
+struct PanelMilestone {
+  Seconds at = 0;
+  std::string text;
+};
+
 class OpenPanel final : private GoToSheetOwner {
  public:
   // The host process must exist, and for a sheet and an embedded chooser its window too. The
@@ -41,6 +47,10 @@ class OpenPanel final : private GoToSheetOwner {
   bool hasOpened() const { return phase_ != Phase::waiting; }
   // It has not closed, and the process that shows it runs.
   bool alive() const override;
+  // What happened to it, in order.
+  const std::vector<PanelMilestone>& milestones() const { return milestones_; }
+  // Its windows, also those that have closed.
+  const std::vector<std::uint32_t>& windowNumbers() const { return windows_; }
   // The folder shown at present.
   std::string folderShown() const override { return folder_; }
 
@@ -62,6 +72,7 @@ class OpenPanel final : private GoToSheetOwner {
 
   // Life.
   void later(Seconds delay, std::function<void()> step);
+  void note(const std::string& milestone) override;
   void startService();
   void openRoot();
   void openLists();
@@ -124,6 +135,7 @@ class OpenPanel final : private GoToSheetOwner {
   PanelSurroundings& surroundings_;
   PanelOptions options_;
   PanelOutcome outcome_;
+  std::vector<PanelMilestone> milestones_;
   Phase phase_ = Phase::waiting;
   ElementTable unseen_table_;
   Element unseen_root_;  // what stands below it belongs to no process

@@ -150,7 +150,7 @@ void OpenPanel::openMenu() {
       closeMenu();
       return ax::success;
     });
-    desktop_.noteMilestone("menu opened");
+    note("menu opened");
   });
 }
 
