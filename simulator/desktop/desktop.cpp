@@ -8,10 +8,6 @@
 namespace simulator {
 namespace {
 
-// Assumed (Live.AnApplicationComesForwardWithinAQuarterOfASecond): from the answer to who asks an
-// application to come forward until it is in front.
-constexpr Seconds activation_delay = 0.05;
-
 std::string fileName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
@@ -20,7 +16,10 @@ std::string fileName(const std::string& path) {
 
 Desktop::Desktop() : screens_{{0, 0, 1440, 900}} {}
 
-Desktop::~Desktop() = default;
+// Elements of one process may stand in the tree of another one.
+Desktop::~Desktop() {
+  for (const auto& process : processes_) process->root.removeChildren();
+}
 
 Seconds Desktop::now() const {
   return now_;
@@ -118,6 +117,7 @@ void Desktop::setFrontmost(std::optional<Pid> pid) {
   assert(!pid || (findProcess(*pid)->application && !findProcess(*pid)->terminated));
   record_.add(now_, FrontmostChanged{frontmost_, pid});
   frontmost_ = pid;
+  if (pid) comeBackFromOtherSpace(*findProcess(*pid));
   // Assumed (Live.AllWindowsOfAnApplicationComeForwardWithIt,
   // Live.AClickBringsAllWindowsOfItsApplicationForward): all windows of the application come
   // forward, whether it was asked to or clicked.
@@ -125,11 +125,24 @@ void Desktop::setFrontmost(std::optional<Pid> pid) {
                         [this](const auto& window) { return belongsToFrontmost(*window); });
 }
 
+// Assumed (Live.AnApplicationOnAnotherSpaceBringsItsWindowsWhenItComesForward): the system changes
+// to the space of an application that comes forward.
+void Desktop::comeBackFromOtherSpace(Process& process) {
+  if (!process.on_other_space) return;
+  process.on_other_space = false;
+  for (const auto& window : windows_) {
+    if (applicationOf(window->owner) == process.pid) window->on_screen = true;
+  }
+}
+
+// Assumed (no test can tell: the system decides when it does so): the workspace answers as if it
+// had agreed, and System Events may do what other programs may not.
 bool Desktop::activate(Pid pid, Origin origin) {
   record_.add(now_, ActivationAsked{pid, origin});
   const Process* process = findProcess(pid);
   if (process == nullptr || process->terminated || !process->application) return false;
-  schedule(activation_delay, [this, process] {
+  if (faults_.activation_refused && origin == Origin::tool) return true;
+  schedule(prices_.comingForward, [this, process] {
     if (!process->terminated) setFrontmost(process->pid);
   });
   return true;

@@ -17,6 +17,8 @@
 
 #include "simulator/desktop/element.h"
 #include "simulator/desktop/input.h"
+#include "simulator/desktop/keyboard_layout.h"
+#include "simulator/desktop/prices.h"
 #include "simulator/desktop/process.h"
 #include "simulator/desktop/program.h"
 #include "simulator/desktop/record.h"
@@ -38,19 +40,29 @@ struct RefusedRequests {
   std::optional<std::string> role = {};  // of the element; absent: any
 };
 
+// A time in which a process answers nobody and handles no event: what comes meanwhile waits.
+struct BusyTime {
+  Pid pid = 0;
+  Seconds from = 0;
+  Seconds to = 0;
+};
+
 // What is wrong with this desktop. Nothing, by default.
 struct Faults {
   bool untrusted = false;          // accessibility answers -25204, posted events are dropped
   std::set<Pid> silent_processes;  // accessibility requests to these are never answered
+  std::vector<BusyTime> busy;
   std::set<std::string> missing_programs;  // by path or by file name: cannot be started
   bool script_hangs = false;               // osascript never ends
   bool window_list_hangs = false;          // the window server never lists its windows
   bool ps_prints_nothing = false;
   bool screen_recording_denied = false;  // window titles are hidden, no window can be captured
+  bool activation_refused = false;       // who asks the workspace for the foreground asks in vain
+  std::set<std::string> automation_denied;        // applications that no script may tell anything
   std::vector<RefusedRequests> refused_requests;  // the first that applies decides
 };
 
-// The price of a request to a process that never answers: longer than anyone waits.
+// The price of what is never answered and has no time-out: longer than anyone waits.
 inline constexpr Seconds never_answered_price = 1e9;
 
 class Desktop {
@@ -132,14 +144,14 @@ class Desktop {
   // The frontmost application. Its windows, and those of processes that draw for it, come forward.
   std::optional<Pid> frontmost() const { return frontmost_; }
   void setFrontmost(std::optional<Pid> pid);
-  // Asks an application to come forward; it is frontmost 0.05 s later. False when there is no such
-  // application.
+  // Asks an application to come forward; it is frontmost when the price of that has passed. False
+  // when there is no such application.
   bool activate(Pid pid, Origin origin);
 
-  // Posts an event. To a process: its receivers alone see it, a mouse event only over a window of
-  // that process. To the session: a key goes to the frontmost application, a mouse event to the
-  // process of the topmost window at the point, and a mouse-down there brings that application
-  // forward.
+  // Posts an event. A process that is busy receives it afterwards. To a process: its receivers
+  // alone see it, a mouse event only over a window of that process. To the session: a key goes to
+  // the frontmost application, a mouse event to the process of the topmost window at the point, and
+  // a mouse-down there brings that application forward.
   void postKey(const KeyEvent& event, std::optional<Pid> target, Origin origin);
   void postMouse(const MouseEvent& event, std::optional<Pid> target, Origin origin);
 
@@ -147,6 +159,12 @@ class Desktop {
   void setScreens(std::vector<Rect> screens);  // Quartz points, the main one first; at least one
   Language language() const { return language_; }
   void setLanguage(Language language) { language_ = language; }
+  KeyboardLayout keyboardLayout() const { return keyboard_layout_; }
+  void setKeyboardLayout(KeyboardLayout layout) { keyboard_layout_ = layout; }
+  Prices& prices() { return prices_; }
+  const Prices& prices() const { return prices_; }
+  // How long an accessibility request waits for its answer, unless its sender set another time.
+  void setRequestTimeout(Seconds timeout) { request_timeout_ = timeout; }
   // The disks, by the path (without links) at which each is mounted, "/" among them.
   void addVolume(const std::string& path, const std::string& name) { volumes_[path] = name; }
   const std::map<std::string, std::string>& volumes() const { return volumes_; }
@@ -181,13 +199,25 @@ class Desktop {
   template <typename Asked>
   Reply answerAccessibility(const Asked& asked);
   std::int32_t refusal(ElementId id) const;
+  Seconds busyUntil(Pid pid) const;
+  Seconds timeUntilAnswered(ElementId id, Seconds work) const;
+  template <typename Asked>
+  Seconds workOf(const Asked& asked) const;
+  bool isPress(const PerformAction& request) const;
+  template <typename Asked>
+  Seconds patienceOf(const Asked& asked) const;
+  template <typename Asked>
+  void carryOutLater(const Asked& asked);
+  void whenFree(Pid pid, std::function<void()> effect);
   std::optional<std::int32_t> faultyAnswer(const AccessibilityRequest& request) const;
   bool copyFromDesktop(const Process& process, const std::string& attribute, Reply& answered) const;
+  List childrenOnThisSpace(const Process& process) const;
   void noteQuestion(const std::string& question);
   void runWatchers() const;
   void makeRaisable(const Window& window);
   bool belongsToFrontmost(const Window& window) const;
   Pid applicationOf(Pid pid) const;
+  void comeBackFromOtherSpace(Process& process);
   const ProgramMain* findProgram(const std::string& path) const;
 
   Seconds now_ = 0;
@@ -200,6 +230,9 @@ class Desktop {
   std::optional<Pid> frontmost_;
   std::vector<Rect> screens_;
   Language language_ = Language::english;
+  KeyboardLayout keyboard_layout_ = KeyboardLayout::us;
+  Prices prices_;
+  Seconds request_timeout_ = 6;  // measured, about
   std::map<std::string, std::string> volumes_{{"/", "Macintosh HD"}};
   std::vector<std::function<void()>> watchers_;
   Faults faults_;

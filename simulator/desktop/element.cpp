@@ -30,7 +30,11 @@ Element::~Element() {
 }
 
 Element& Element::addChild(const std::string& role) {
-  children_.push_back(std::make_unique<Element>(table_, role));
+  return addChild(role, table_);
+}
+
+Element& Element::addChild(const std::string& role, ElementTable& table) {
+  children_.push_back(std::make_unique<Element>(table, role));
   children_.back()->parent_ = this;
   return *children_.back();
 }
@@ -62,9 +66,13 @@ const Value* Element::get(const std::string& attribute) const {
   return found == attributes_.end() ? nullptr : &found->second;
 }
 
-void Element::addAction(const std::string& name, Effect effect, std::optional<Seconds> price) {
+void Element::addAction(const std::string& name, Effect effect) {
   std::erase_if(actions_, [&](const Action& action) { return action.name == name; });
-  actions_.push_back({name, std::move(effect), price});
+  actions_.push_back({name, std::move(effect)});
+}
+
+bool Element::offers(const std::string& action) const {
+  return findAction(actions_, action) != actions_.end();
 }
 
 void Element::makeSettable(const std::string& attribute, Setter setter) {
@@ -83,6 +91,9 @@ std::int32_t Element::copyAttribute(const std::string& name, Value& value) const
     List list;
     list.reserve(children_.size());
     for (const auto& child : children_) list.emplace_back(child->id());
+    if (shared_ != nullptr) {
+      for (const auto& child : shared_->children_) list.emplace_back(child->id());
+    }
     value = std::move(list);
   } else if (name == "AXParent" && parent_ != nullptr) {
     value = parent_->id();
@@ -117,15 +128,6 @@ List Element::actionNames() const {
   List names;
   for (const Action& action : actions_) names.emplace_back(action.name);
   return names;
-}
-
-std::optional<Seconds> Element::actionPrice(const std::string& name) const {
-  // M: "AXPress on any button takes about 0.1 s".
-  constexpr Seconds press_price = 0.1;
-  const auto found = findAction(actions_, name);
-  if (found == actions_.end()) return std::nullopt;
-  if (found->price || name != "AXPress") return found->price;
-  return press_price;
 }
 
 bool contains(const Rect& frame, Point point) {

@@ -43,8 +43,12 @@ class Element {
   Element* parent() const { return parent_; }
   const std::vector<std::unique_ptr<Element>>& children() const { return children_; }
 
-  // Appends a child with a fresh number.
+  // Appends a child with a fresh number, of this element's process or of another one, whose table
+  // must outlive it.
   Element& addChild(const std::string& role);
+  Element& addChild(const std::string& role, ElementTable& table);
+  // From now on the children of `other`, which must outlive this element, are this one's too.
+  void showChildrenOf(const Element& other) { shared_ = &other; }
   // Removed elements are destroyed with all below them: who still names them meets a stale number.
   // An action or a setter may remove the very element it belongs to.
   void removeChild(Element& child);
@@ -58,9 +62,9 @@ class Element {
   void setFrame(const Rect& frame) { frame_ = frame; }
   const std::optional<Rect>& frame() const { return frame_; }
 
-  // Performing the action takes `price`; by default "AXPress" takes 0.1 s, anything else as long
-  // as a read. Adding an action again replaces it.
-  void addAction(const std::string& name, Effect effect, std::optional<Seconds> price = {});
+  // Adding an action again replaces it.
+  void addAction(const std::string& name, Effect effect);
+  bool offers(const std::string& action) const;
   void makeSettable(const std::string& attribute, Setter setter);
 
   // A request to this element that is made before `time` is answered no sooner than `time`: the
@@ -73,13 +77,11 @@ class Element {
   std::int32_t setAttribute(const std::string& name, const Value& value);
   std::int32_t performAction(const std::string& name);
   List actionNames() const;
-  std::optional<Seconds> actionPrice(const std::string& name) const;
 
  private:
   struct Action {
     std::string name;
     Effect effect;
-    std::optional<Seconds> price;
   };
 
   ElementTable& table_;
@@ -87,6 +89,7 @@ class Element {
   std::string role_;
   Element* parent_ = nullptr;
   std::vector<std::unique_ptr<Element>> children_;
+  const Element* shared_ = nullptr;
   std::vector<std::pair<std::string, Value>> attributes_;
   std::vector<std::pair<std::string, Setter>> setters_;
   std::vector<Action> actions_;

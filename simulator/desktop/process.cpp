@@ -8,6 +8,7 @@ Process::Process(const ProcessOptions& options)
       command(options.command),
       application(options.application),
       host(options.host),
+      on_other_space(options.onOtherSpace),
       elements{options.pid, 0, {}},
       root(elements, "AXApplication") {
   root.set("AXTitle", name);

@@ -14,11 +14,12 @@ namespace simulator {
 
 // What a process starts as.
 struct ProcessOptions {
-  Pid pid = 0;              // 0: the desktop chooses a free one
-  std::string name;         // "Browser"
-  std::string command;      // "/Applications/Browser.app/Contents/MacOS/Browser --flag"
-  bool application = true;  // registered with the workspace; may become frontmost
-  std::optional<Pid> host;  // the application whose panels this process draws
+  Pid pid = 0;                // 0: the desktop chooses a free one
+  std::string name;           // "Browser"
+  std::string command;        // "/Applications/Browser.app/Contents/MacOS/Browser --flag"
+  bool application = true;    // registered with the workspace; may become frontmost
+  std::optional<Pid> host;    // the application whose panels this process draws
+  bool onOtherSpace = false;  // all its windows stand on another space until it comes forward
 };
 
 // The application element is number 0. Besides what is `set` on it, it answers "AXWindows" (front
@@ -32,6 +33,7 @@ struct Process {
   std::string command;
   bool application;
   std::optional<Pid> host;
+  bool on_other_space;
   bool terminated = false;
   bool remembered = false;  // terminated, and the workspace still knows the application
   ElementTable elements;

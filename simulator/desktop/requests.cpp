@@ -7,12 +7,6 @@
 namespace simulator {
 namespace {
 
-// Assumed (Live.AnIdleApplicationAnswersARequestWithinTwoMilliseconds): a request to an idle
-// process is answered in about a third of a millisecond.
-constexpr Seconds request_price = 0.0003;
-// Assumed (Live.AskingForTheForegroundIsAnsweredWithinAQuarterOfASecond): what the workspace takes
-// to answer, before the application comes forward.
-constexpr Seconds activation_price = 0.05;
 // Of sums of times.
 constexpr Seconds rounding = 1e-9;
 
@@ -27,39 +21,69 @@ Value valueOf(const std::optional<Pid>& pid) {
 
 }  // namespace
 
+// How long the request keeps its process at work.
+template <typename Asked>
+Seconds Desktop::workOf(const Asked& asked) const {
+  if constexpr (std::is_same_v<Asked, PerformAction>) {
+    return isPress(asked) ? prices_.press : prices_.request;
+  }
+  return prices_.request;
+}
+
+// Assumed (no test can tell: every action of a real element is known to it): who knows no such
+// action says so at once.
+bool Desktop::isPress(const PerformAction& request) const {
+  const Element* element = faults_.untrusted ? nullptr : findElement(request.element);
+  if (request.name != "AXPress" || element == nullptr || !element->offers("AXPress")) return false;
+  AccessibilityRequest attempt;
+  attempt.verb = AccessibilityRequest::Verb::perform;
+  attempt.role = element->role();
+  attempt.name = request.name;
+  return faultyAnswer(attempt) != ax::actionUnsupported;
+}
+
+// How long its sender waits.
+template <typename Asked>
+Seconds Desktop::patienceOf(const Asked& asked) const {
+  if constexpr (std::is_same_v<Asked, CopyAttribute>) {
+    return asked.patience.value_or(request_timeout_);
+  }
+  return request_timeout_;
+}
+
 Seconds Desktop::price(const Request& request) const {
   return std::visit(
       [this](const auto& asked) -> Seconds {
         using T = std::decay_t<decltype(asked)>;
-        if constexpr (std::is_same_v<T, Activate>) return activation_price;
+        if constexpr (std::is_same_v<T, Activate>) return prices_.activation;
+        if constexpr (std::is_same_v<T, PostEvent>) return prices_.event;
         if constexpr (std::is_same_v<T, AskWindows>) {
-          return faults_.window_list_hangs ? never_answered_price : 0;
+          return faults_.window_list_hangs ? never_answered_price : prices_.windowList;
         }
         if constexpr (is_accessibility<T>) {
-          Seconds patience = never_answered_price;
-          if constexpr (std::is_same_v<T, CopyAttribute>) {
-            patience = asked.patience.value_or(patience);
-          }
-          if (faults_.silent_processes.contains(asked.element.pid)) return patience;
-          const Element* element = findElement(asked.element);
-          if (faults_.untrusted || element == nullptr) return request_price;
-          Seconds price = request_price;
-          if constexpr (std::is_same_v<T, PerformAction>) {
-            AccessibilityRequest attempt;
-            attempt.verb = AccessibilityRequest::Verb::perform;
-            attempt.role = element->role();
-            attempt.name = asked.name;
-            // Assumed (no test can tell: every action of a real element is known to it): who knows
-            // no such action says so at once.
-            if (faultyAnswer(attempt) != ax::actionUnsupported) {
-              price = element->actionPrice(asked.name).value_or(request_price);
-            }
-          }
-          return std::min(std::max(price, element->readableFrom() - now_), patience);
+          return std::min(timeUntilAnswered(asked.element, workOf(asked)), patienceOf(asked));
         }
         return 0;
       },
       request);
+}
+
+// From now on, for a request that keeps its process at work for so long.
+Seconds Desktop::timeUntilAnswered(ElementId id, Seconds work) const {
+  if (faults_.silent_processes.contains(id.pid)) return never_answered_price;
+  const Element* element = findElement(id);
+  if (faults_.untrusted || element == nullptr) return work;
+  const Seconds waiting = std::max(busyUntil(id.pid) - now_, 0.0);
+  return std::max(waiting + work, element->readableFrom() - now_);
+}
+
+// The end of what keeps the process from answering at present; not after now when nothing does.
+Seconds Desktop::busyUntil(Pid pid) const {
+  Seconds until = now_;
+  for (const BusyTime& busy : faults_.busy) {
+    if (busy.pid == pid && busy.from <= until && until < busy.to) until = busy.to;
+  }
+  return until;
 }
 
 // The request is recorded before its effects are, its error code filled in after them.
@@ -82,18 +106,37 @@ Reply Desktop::answerAccessibility(const Asked& asked) {
   if constexpr (std::is_same_v<Asked, PerformAction>) entry.verb = Verb::perform;
 
   const auto faulty = faultyAnswer(entry);
+  const bool tooLong = workOf(asked) > patienceOf(asked);
   const std::size_t line = record_.addRequest(now_, std::move(entry));
   const std::int32_t refused = refusal(asked.element);
   Reply answered;
   if (refused != ax::success) {
     answered.error = refused;
+    carryOutLater(asked);
   } else if (faulty) {
     answered.error = *faulty;
   } else {
     answered = reply(asked);
+    // Measured: a press may take longer than its sender waits, and lands anyway.
+    if (tooLong) answered = {ax::cannotComplete, {}};
   }
   record_.settle(line, answered.error);
   return answered;
+}
+
+// What a busy process was asked to do it does when it has time, although nobody waits any more.
+template <typename Asked>
+void Desktop::carryOutLater(const Asked& asked) {
+  constexpr bool reads =
+      std::is_same_v<Asked, CopyAttribute> || std::is_same_v<Asked, CopyActionNames>;
+  if constexpr (!reads) {
+    const Pid pid = asked.element.pid;
+    const Seconds wait = busyUntil(pid) - now_;
+    if (wait <= rounding || faults_.untrusted || faults_.silent_processes.contains(pid)) return;
+    schedule(wait, [this, asked] {
+      if (findElement(asked.element) != nullptr) reply(asked);
+    });
+  }
 }
 
 Reply Desktop::answer(const Request& request) {
@@ -110,9 +153,10 @@ Reply Desktop::answer(const Request& request) {
 
 // Why no element answers, or success when one does.
 std::int32_t Desktop::refusal(ElementId id) const {
-  // M: without trust macOS 26 answers -25204. A process that never answers looks the same to who
-  // waited for it.
+  // M: without trust macOS 26 answers -25204. A process that does not answer in time looks the same
+  // to who waited for it.
   if (faults_.untrusted || faults_.silent_processes.contains(id.pid)) return ax::cannotComplete;
+  if (busyUntil(id.pid) > now_ + rounding) return ax::cannotComplete;
   // So does an element that is not there yet when the asker's patience ends.
   if (const Element* element = findElement(id)) {
     return element->readableFrom() > now_ + rounding ? ax::cannotComplete : ax::success;
@@ -151,6 +195,10 @@ bool Desktop::copyFromDesktop(const Process& process, const std::string& attribu
     answered.value = frontmost_ == process.pid;
     return true;
   }
+  if (attribute == "AXChildren" && process.on_other_space) {
+    answered.value = childrenOnThisSpace(process);
+    return true;
+  }
   const bool all = attribute == "AXWindows";
   const bool focused = attribute == "AXFocusedWindow";
   if (!all && !focused && attribute != "AXMainWindow") return false;
@@ -174,6 +222,19 @@ bool Desktop::copyFromDesktop(const Process& process, const std::string& attribu
     answered.value = shown.front();
   }
   return true;
+}
+
+// Assumed (Live.AnApplicationOnAnotherSpaceShowsNoWindowsAmongItsChildren): what was measured of
+// "AXWindows" holds for the children, too.
+List Desktop::childrenOnThisSpace(const Process& process) const {
+  List shown;
+  for (const auto& child : process.root.children()) {
+    const bool away = std::any_of(windows_.begin(), windows_.end(), [&](const auto& window) {
+      return window->element == child.get() && !window->on_screen;
+    });
+    if (!away) shown.emplace_back(child->id());
+  }
+  return shown;
 }
 
 Reply Desktop::reply(const SetAttribute& request) {

@@ -29,6 +29,7 @@ void offerToReceivers(const Process& process, Offer offer) {
 Window& Desktop::addWindow(Window window) {
   assert(findProcess(window.owner) != nullptr);
   window.number = next_window_number_++;
+  if (findProcess(applicationOf(window.owner))->on_other_space) window.on_screen = false;
   record_.add(now_, WindowOpened{window.number, window.owner, window.title});
 
   // Assumed (Live.ThePanelOfABackgroundApplicationStandsBehindTheApplicationInFront): a background
@@ -143,8 +144,17 @@ void Desktop::postKey(const KeyEvent& event, std::optional<Pid> target, Origin o
   const Process* process = receiving ? findProcess(*receiving) : nullptr;
   if (process == nullptr) return;
   const Route route = target ? Route::process : Route::session;
-  offerToReceivers(*process,
-                   [&](InputReceiver& receiver) { return receiver.keyEvent(event, route); });
+  whenFree(process->pid, [process, event, route] {
+    offerToReceivers(*process,
+                     [&](InputReceiver& receiver) { return receiver.keyEvent(event, route); });
+  });
+}
+
+// Events that reach a busy process wait until it has time for them.
+void Desktop::whenFree(Pid pid, std::function<void()> effect) {
+  const Seconds wait = busyUntil(pid) - now_;
+  if (wait <= 0) return effect();
+  schedule(wait, std::move(effect));
 }
 
 void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Origin origin) {
@@ -167,9 +177,11 @@ void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Orig
   // Assumed (Live.TheClickThatBringsAnApplicationForwardAlsoReachesTheControlUnderIt): nobody
   // swallows such a click.
   const Route route = target ? Route::process : Route::session;
-  offerToReceivers(*findProcess(owner), [&](InputReceiver& receiver) {
-    Window* hit = findWindow(number);  // null once a receiver has closed it
-    return hit != nullptr && receiver.mouseEvent(event, *hit, route);
+  whenFree(owner, [this, owner, number, event, route] {
+    offerToReceivers(*findProcess(owner), [&](InputReceiver& receiver) {
+      Window* hit = findWindow(number);  // null once a receiver has closed it
+      return hit != nullptr && receiver.mouseEvent(event, *hit, route);
+    });
   });
 }
 

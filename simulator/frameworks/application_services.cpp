@@ -27,7 +27,8 @@ std::string textOf(CFStringRef text, const char* user) {
 // The element that stands for no process.
 constexpr ElementId system_wide{};
 
-// Of every request of this process; 0: the default. Not modelled: that the default is a time too.
+// Of every request of this process; 0: the default.
+// Not modelled: a time of its own for anything but reading an attribute.
 std::atomic<float> messaging_timeout = 0;
 
 std::optional<simulator::Seconds> patience() {
@@ -45,11 +46,6 @@ AXError handOut(const Reply& reply, Reference* out, const char* creator) {
 }
 
 }  // namespace
-
-// A request that cannot be given up: what it does happens even if nobody waits for its answer.
-void refuseImpatience(const char* user) {
-  if (patience()) simulator::refuse(user, "giving up is modelled for reads of attributes alone");
-}
 
 AXUIElementRef AXUIElementCreateSystemWide() {
   return simulator::make<AXUIElementRef>(system_wide, __func__);

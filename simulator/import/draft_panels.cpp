@@ -107,9 +107,8 @@ void Draft::describeWords(SeenPanel& panel) {
   if (titled && panel.shape != PanelShape::embedded) panel.json["title"] = names_.of(title);
   if (prompt != (files ? texts.open : texts.choose)) panel.json["prompt"] = names_.of(prompt);
   const Node* said = message(panel.nodes, title);
-  const std::string usual = panel.shape == PanelShape::embedded ? texts.message : "";
   const std::string found = said != nullptr ? said->value : "";
-  if (found != usual) panel.json["message"] = names_.of(found);
+  if (!found.empty()) panel.json["message"] = names_.of(found);
 }
 
 // Only a list of the windows tells it.

@@ -14,7 +14,7 @@ constexpr std::array markers{&PanelTexts::cancel,  &PanelTexts::choose,   &Panel
                              &PanelTexts::groupBy, &PanelTexts::where,    &PanelTexts::goToFolder};
 constexpr std::array others{&PanelTexts::open, &PanelTexts::description, &PanelTexts::search,
                             &PanelTexts::back, &PanelTexts::forward,     &PanelTexts::name,
-                            &PanelTexts::go,   &PanelTexts::favourites,  &PanelTexts::message};
+                            &PanelTexts::go,   &PanelTexts::favourites};
 
 }  // namespace
 

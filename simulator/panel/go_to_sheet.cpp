@@ -33,8 +33,12 @@ bool listsWindowsOf(const PanelOptions& options, Pid owner) {
 }  // namespace
 
 GoToSheet::GoToSheet(Desktop& desktop, PanelSurroundings& surroundings, const PanelOptions& options,
-                     GoToSheetOwner& owner)
-    : desktop_(desktop), surroundings_(surroundings), options_(options), owner_(owner) {}
+                     ElementTable*& contents, GoToSheetOwner& owner)
+    : desktop_(desktop),
+      surroundings_(surroundings),
+      options_(options),
+      contents_(contents),
+      owner_(owner) {}
 
 void GoToSheet::later(Seconds delay, std::function<void()> step) {
   desktop_.schedule(delay * options_.slow, [this, turn = turn_, step = std::move(step)] {
@@ -60,19 +64,22 @@ void GoToSheet::open(Element& parent, const std::optional<std::string>& typed, b
 
 void GoToSheet::showSheet(Element& parent) {
   const Rect frame = centredIn(options_.frame);
-  sheet_ = &addElement(parent, "AXSheet", frame, {{"AXTitle", std::string()}});
+  sheet_ = &parent.addChild("AXSheet", *contents_);
+  sheet_->setFrame(frame);
+  sheet_->set("AXTitle", std::string());
   if (!options_.goTo.oldGeneration) sheet_->set("AXIdentifier", std::string("GoToWindow"));
-  const Pid owner = parent.id().pid;
+  if (!options_.identifiers) removeIdentifiers(*sheet_);
+  shown_in_ = parent.id().pid;
   // Assumed (Live.TheWindowListShowsTheGoToSheetWhereItShowsThePanel): the window list shows the
   // sheet's window where it shows the panel's.
   window_ = desktop_
-                .addWindow({.owner = owner,
+                .addWindow({.owner = shown_in_,
                             .title = "",
                             .frame = frame,
-                            .listed = listsWindowsOf(options_, owner),
+                            .listed = listsWindowsOf(options_, shown_in_),
                             .element = isSeen() ? sheet_ : nullptr})
                 .number;
-  if (isSeen()) desktop_.findProcess(owner)->focused_window = window_;
+  if (isSeen()) desktop_.findProcess(shown_in_)->focused_window = window_;
   owner_.note("go-to sheet opened");
   owner_.goToSheetOpened();
 }
@@ -102,9 +109,10 @@ void GoToSheet::showField() {
       return ax::success;
     });
   }
+  if (!options_.identifiers) removeIdentifiers(*sheet_);
   edited();
   if (isSeen()) {
-    desktop_.findProcess(sheet_->id().pid)->root.set("AXFocusedUIElement", field_->id());
+    desktop_.findProcess(shown_in_)->root.set("AXFocusedUIElement", field_->id());
   }
   phase_ = Phase::ready;
   owner_.note("go-to sheet ready");
@@ -120,16 +128,17 @@ void GoToSheet::fillOldSheet() {
 }
 
 // Assumed (Live.TheOnlySuggestionIsThePathUsedLast): the only suggestion is the path that was used
-// last.
+// last, and it is not selected.
 void GoToSheet::fillNewSheet() {
   field_->set("AXIdentifier", std::string("PathTextField"));
   const Rect frame = *sheet_->frame();
   const Rect area{frame.x + 20, frame.y + 68, frame.width - 40, frame.height - 80};
   Element& table = addElement(addElement(*sheet_, "AXScrollArea", area), "AXTable", area);
-  if (!surroundings_.lastGoToPath.empty()) {
+  const std::string suggested = options_.goTo.suggestion.value_or(surroundings_.lastGoToPath);
+  if (!suggested.empty()) {
     const Rect row{area.x, area.y, area.width, 24};
     addElement(addElement(addElement(table, "AXRow", row), "AXCell", row), "AXStaticText", row,
-               {{"AXValue", surroundings_.lastGoToPath}});
+               {{"AXValue", suggested}});
   }
   addButton({frame.x + 8, frame.y + 8, 14, 14}, "", [this] { close(std::nullopt); });
   buttons_.back().first->set("AXSubrole", std::string("AXCloseButton"));
@@ -181,12 +190,13 @@ void GoToSheet::click(Point point) {
 // the sheet and its text as they are.
 void GoToSheet::confirm() {
   if (phase_ != Phase::ready) return;
-  const auto path = typedPath(text_.text, surroundings_.home, owner_.folderShown());
+  const std::string wanted = options_.goTo.suggestion.value_or(text_.text);
+  const auto path = typedPath(wanted, surroundings_.home, owner_.folderShown());
   if (!path) {
-    owner_.note("go-to sheet stays: nothing at " + text_.text);
+    owner_.note("go-to sheet stays: nothing at " + wanted);
     return;
   }
-  surroundings_.lastGoToPath = text_.text;
+  surroundings_.lastGoToPath = wanted;
   close(path);
 }
 
@@ -204,7 +214,7 @@ void GoToSheet::abandon() {
   phase_ = Phase::closed;
   ++turn_;
   if (sheet_ == nullptr) return;
-  desktop_.findProcess(sheet_->id().pid)->root.set("AXFocusedUIElement", Value{});
+  desktop_.findProcess(shown_in_)->root.set("AXFocusedUIElement", Value{});
   Element* unseen = isSeen() ? nullptr : sheet_;
   desktop_.removeWindow(window_);
   if (unseen != nullptr) unseen->parent()->removeChild(*unseen);

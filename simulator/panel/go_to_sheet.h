@@ -42,8 +42,9 @@ class GoToSheetOwner {
 
 class GoToSheet {
  public:
+  // Its elements are numbered in `contents`, which is known when it opens.
   GoToSheet(Desktop& desktop, PanelSurroundings& surroundings, const PanelOptions& options,
-            GoToSheetOwner& owner);
+            ElementTable*& contents, GoToSheetOwner& owner);
 
   // From the chord until the sheet is gone. Keys belong to the sheet, also those that are lost
   // before its field has the keyboard and while it closes.
@@ -79,9 +80,11 @@ class GoToSheet {
   Desktop& desktop_;
   PanelSurroundings& surroundings_;
   const PanelOptions& options_;
+  ElementTable*& contents_;
   GoToSheetOwner& owner_;
   Phase phase_ = Phase::closed;
   std::uint64_t turn_ = 0;  // grows with each opening and closing; older steps no longer run
+  Pid shown_in_ = 0;        // the process in whose tree it stands, while it is open
   Element* sheet_ = nullptr;
   Element* field_ = nullptr;
   std::uint32_t window_ = 0;

@@ -2,7 +2,6 @@
 
 #include <utf8proc.h>
 
-#include "simulator/desktop/keyboard_layout.h"
 #include "simulator/desktop/text.h"
 
 namespace simulator {
@@ -17,6 +16,13 @@ constexpr std::uint64_t command_flag = 0x100000;
 std::string withoutControls(std::string text) {
   std::erase_if(text, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; });
   return text;
+}
+
+// What a chord means follows from the letter that its key types, not from the key's place.
+std::uint16_t usualCode(std::uint16_t code, KeyboardLayout layout) {
+  const auto letter = typedByKey({code, false}, layout);
+  const auto usual = letter ? keyTyping(*letter, KeyboardLayout::us) : std::nullopt;
+  return usual ? usual->code : code;
 }
 
 // Where the last character that a reader sees begins: letters with their combining marks are one.
@@ -44,18 +50,21 @@ bool Keystroke::is(std::uint16_t code, bool withCommand, bool withShift) const {
          !option && !control;
 }
 
-Keystroke keystroke(const KeyEvent& event) {
+Keystroke keystroke(const KeyEvent& event, KeyboardLayout layout) {
   Keystroke stroke;
   stroke.keyCode = event.keyCode;
   stroke.command = (event.flags & command_flag) != 0;
   stroke.shift = (event.flags & shift_flag) != 0;
   stroke.option = (event.flags & option_flag) != 0;
   stroke.control = (event.flags & control_flag) != 0;
-  if (stroke.command || stroke.control) return stroke;
+  if (stroke.command || stroke.control) {
+    stroke.keyCode = usualCode(event.keyCode, layout);
+    return stroke;
+  }
   if (event.text && !event.text->empty()) {
     stroke.text = withoutControls(utf8FromUtf16(event.text->substr(0, longest_event_text)));
   } else {
-    const auto typed = typedByKey({event.keyCode, stroke.shift});
+    const auto typed = typedByKey({event.keyCode, stroke.shift}, layout);
     if (typed) stroke.text = withoutControls(std::string(1, *typed));
   }
   return stroke;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "simulator/desktop/keyboard_layout.h"
 #include "simulator/desktop/request.h"
 
 namespace simulator {
@@ -29,7 +30,7 @@ inline constexpr std::uint16_t up = 126;
 inline constexpr std::size_t longest_event_text = 20;
 
 struct Keystroke {
-  std::uint16_t keyCode = 0;
+  std::uint16_t keyCode = 0;  // of a chord: of the key that types its letter on a US keyboard
   bool command = false;
   bool shift = false;
   bool option = false;
@@ -40,8 +41,8 @@ struct Keystroke {
   bool is(std::uint16_t code, bool withCommand = false, bool withShift = false) const;
 };
 
-// Attached text wins over the key code; without it the US layout decides.
-Keystroke keystroke(const KeyEvent& event);
+// Attached text wins over the key code; without it the layout decides.
+Keystroke keystroke(const KeyEvent& event, KeyboardLayout layout);
 
 // The text of a field being edited, its insertion point at the end.
 struct EditedText {

@@ -41,7 +41,7 @@ OpenPanel::OpenPanel(Desktop& desktop, PanelSurroundings& surroundings, PanelOpt
       options_(std::move(options)),
       unseen_table_{options_.service, 0, {}},
       unseen_root_(unseen_table_, "AXApplication"),
-      go_to_(desktop, surroundings, options_, *this),
+      go_to_(desktop, surroundings, options_, elements_.contents, *this),
       host_receiver_(*this, options_.host),
       service_receiver_(*this, options_.service) {
   ++surroundings_.panelsToServe[options_.service];
@@ -111,6 +111,7 @@ void OpenPanel::openRoot() {
   phase_ = Phase::opening;
   startService();
   buildRoot(elements_, parentOfRoot(), options_);
+  elements_.contents = &tableOfContents();
   if (isSheet(options_) && options_.opensAtSeconds > 0) {
     elements_.root->setReadableFrom(desktop_.now() + sheet_root_delay * options_.slow);
   }
@@ -124,6 +125,16 @@ void OpenPanel::openRoot() {
   note("panel opened");
 }
 
+// Inferred by others: what stands in the panel is the service's, which draws it, also where the
+// host's tree shows it.
+ElementTable& OpenPanel::tableOfContents() {
+  if (!isSeen()) return unseen_table_;
+  const Pid owner = options_.elementsBelongToHost && options_.shape != PanelShape::serviceWindow
+                        ? options_.host
+                        : options_.service;
+  return desktop_.findProcess(owner)->elements;
+}
+
 // The window server's view: one window of the browser and one of the service at the same frame.
 // An embedded chooser stands in the browser's own window instead.
 void OpenPanel::openWindows() {
@@ -131,25 +142,42 @@ void OpenPanel::openWindows() {
   const bool inService = options_.shape == PanelShape::serviceWindow;
   if (options_.shape != PanelShape::embedded) {
     const bool listed = both || options_.listed == ListedWindows::host;
-    openWindow(options_.host, listed, isSeen() && !inService);
+    openWindow(options_.host, listed, isSeen() && !inService ? elements_.root : nullptr);
   }
-  openWindow(options_.service, both || options_.listed == ListedWindows::service, inService);
+  if (options_.inBothTrees) {
+    buildTwin(elements_, desktop_.findProcess(options_.service)->root, options_);
+  }
+  openWindow(options_.service, both || options_.listed == ListedWindows::service,
+             inService ? elements_.root : elements_.twin);
   scheduleListChanges();
 }
 
-// Assumed (Live.TheWindowListNamesASheetAsItNamesAWindow): the window of a sheet is called so, too.
-void OpenPanel::openWindow(Pid owner, bool listed, bool shown) {
+void OpenPanel::openWindow(Pid owner, bool listed, Element* shown) {
   Window window;
   window.owner = owner;
-  window.title = options_.title.value_or(panelTexts(options_.language).open);
+  window.title = windowTitle(owner);
   window.frame = options_.frame;
   window.listed = listed;
   if (listed && options_.windowList.listedTwice) {
     windows_.push_back(desktop_.addWindow(window).number);
   }
-  if (shown) window.element = elements_.root;
+  window.element = shown;
   windows_.push_back(desktop_.addWindow(window).number);
-  if (shown) desktop_.findProcess(owner)->focused_window = windows_.back();
+  if (shown != nullptr) desktop_.findProcess(owner)->focused_window = windows_.back();
+}
+
+std::string OpenPanel::title() const {
+  const std::string usual = isSheet(options_) ? "" : panelTexts(options_.language).open;
+  return options_.title.value_or(usual);
+}
+
+// What the window list calls the windows of a process.
+// Assumed (Live.TheWindowListNamesASheetAsItsTitleSays): a sheet without a title has none there.
+// Assumed (Live.TheServicesWindowHasNoTitle): the service's second window has no title of its own.
+std::string OpenPanel::windowTitle(Pid owner) const {
+  if (owner == options_.host) return options_.hostTitle.value_or(title());
+  const bool own = options_.shape == PanelShape::serviceWindow;
+  return options_.serviceTitle.value_or(own ? title() : "");
 }
 
 // What the window list gets wrong while the panel is open.
@@ -327,7 +355,7 @@ void OpenPanel::openRow(const Listing::Row& row) {
 
 bool OpenPanel::canConfirm() const {
   if (phase_ != Phase::open || confirm_blocked_) return false;
-  return options_.mode == PanelMode::folders || listing_->selected() != nullptr;
+  return options_.mode != PanelMode::files || listing_->selected() != nullptr;
 }
 
 void OpenPanel::updateControls() {
@@ -384,12 +412,14 @@ void OpenPanel::close() {
   listing_.reset();
   menu_ = nullptr;
   presses_.clear();
-  // Assumed (Live.ThePanelServiceEndsWithItsLastPanel): a panel service ends with its last panel.
-  if (--surroundings_.panelsToServe[options_.service] == 0) {
-    desktop_.terminateProcess(options_.service, false);
-  }
+  // Reported: the service outlives its last panel.
+  const bool last = --surroundings_.panelsToServe[options_.service] == 0;
+  if (last && options_.serviceEnds) desktop_.terminateProcess(options_.service, false);
   note(outcome_.end == PanelOutcome::End::chosen ? "panel closed: chosen " + outcome_.path
-                                                  : "panel closed: cancelled");
+                                                 : "panel closed: cancelled");
+  const bool uploads = options_.mode == PanelMode::upload;
+  if (!uploads || !options_.asksAfterUpload || outcome_.end != PanelOutcome::End::chosen) return;
+  question_.emplace(desktop_, options_, [this](const std::string& answer) { note(answer); });
 }
 
 }  // namespace simulator

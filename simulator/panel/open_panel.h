@@ -14,6 +14,7 @@
 #include "simulator/panel/listing.h"
 #include "simulator/panel/panel_options.h"
 #include "simulator/panel/panel_tree.h"
+#include "simulator/panel/upload_question.h"
 
 namespace simulator {
 
@@ -51,6 +52,8 @@ class OpenPanel final : private GoToSheetOwner {
   const std::vector<PanelMilestone>& milestones() const { return milestones_; }
   // Its windows, also those that have closed.
   const std::vector<std::uint32_t>& windowNumbers() const { return windows_; }
+  // Of the panel itself, as accessibility shows it; empty for none.
+  std::string title() const;
   // The folder shown at present.
   std::string folderShown() const override { return folder_; }
 
@@ -78,7 +81,9 @@ class OpenPanel final : private GoToSheetOwner {
   void openLists();
   void openControls();
   void openWindows();
-  void openWindow(Pid owner, bool listed, bool shown);
+  ElementTable& tableOfContents();
+  void openWindow(Pid owner, bool listed, Element* shown);  // `shown`: null when no tree shows it
+  std::string windowTitle(Pid owner) const;
   void scheduleListChanges();
   void closeWindow(std::uint32_t number);
   Element& parentOfRoot();
@@ -92,6 +97,7 @@ class OpenPanel final : private GoToSheetOwner {
   void attachConfirm();
   void attachPlaces();
   void attachSearch();
+  void searchAtOnce();
   void attachWhere();
   std::vector<std::string> menuPaths() const;
   void openMenu();
@@ -115,6 +121,7 @@ class OpenPanel final : private GoToSheetOwner {
 
   // Input.
   bool takesKeysOf(Pid pid, Route route) const;
+  bool takesClicksOf(Pid pid, Route route) const;
   void pressKey(const Keystroke& stroke);
   void pressCommandDown();
   void pressListKey(const Keystroke& stroke);
@@ -144,6 +151,7 @@ class OpenPanel final : private GoToSheetOwner {
   std::vector<std::pair<Element*, std::function<void()>>> presses_;
   std::unique_ptr<Listing> listing_;
   GoToSheet go_to_;
+  std::optional<UploadQuestion> question_;  // once it has closed
   Receiver host_receiver_;
   Receiver service_receiver_;
   std::vector<std::uint32_t> windows_;  // numbers of the panel's windows

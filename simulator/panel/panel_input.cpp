@@ -15,23 +15,43 @@ constexpr Seconds confirm_back_delay = 0.06;
 
 bool OpenPanel::Receiver::keyEvent(const KeyEvent& event, Route route) {
   if (!panel_.alive() || !panel_.takesKeysOf(pid_, route)) return false;
-  if (event.down) panel_.pressKey(keystroke(event));
+  if (event.down) panel_.pressKey(keystroke(event, panel_.desktop_.keyboardLayout()));
   return true;
 }
 
-// Assumed (Live.AClickPostedToTheApplicationReachesThePanel,
-// Live.AClickPostedToTheServiceReachesThePanel): clicks reach the panel by whichever of its
-// processes they are posted to.
-bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Route) {
+bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Route route) {
   constexpr std::uint32_t left_down = 1;
   if (!panel_.alive()) return false;
   const bool onSheet = panel_.go_to_.covers(event.at);
   if (!onSheet && !(panel_.owns(window) && contains(panel_.options_.frame, event.at))) return false;
-  if (panel_.phase_ != Phase::open) return true;
+  if (panel_.phase_ != Phase::open || !panel_.takesClicksOf(pid_, route)) return true;
+  MouseEvent arriving = event;
+  if (route == Route::process && panel_.options_.clicksReach == ClicksReach::windowCorner) {
+    arriving.at = {window.frame.x, window.frame.y};
+  }
   if (event.type == left_down) {
-    panel_.mouseDown(event);
+    panel_.mouseDown(arriving);
   } else {
-    panel_.mouseUp(event);
+    panel_.mouseUp(arriving);
+  }
+  return true;
+}
+
+// Reported of browsers in the background: clicks that are posted to a process have no effect.
+// Assumed (Live.AClickPostedToTheApplicationIsLost, Live.AClickPostedToTheServiceIsLost): the same
+// holds in front.
+bool OpenPanel::takesClicksOf(Pid pid, Route route) const {
+  if (route == Route::session) return true;
+  switch (options_.clicksReach) {
+    case ClicksReach::service:
+      return pid == options_.service;
+    case ClicksReach::host:
+      return pid == options_.host;
+    case ClicksReach::none:
+      return false;
+    case ClicksReach::both:
+    case ClicksReach::windowCorner:
+      break;
   }
   return true;
 }
@@ -46,6 +66,8 @@ bool OpenPanel::takesKeysOf(Pid pid, Route route) const {
       return !host;
     case KeysReach::host:
       return host;
+    case KeysReach::nobody:
+      return false;
     case KeysReach::serviceWhileHostFrontmost:
       return !host && desktop_.frontmost() == options_.host;
     case KeysReach::both:
@@ -119,8 +141,7 @@ void OpenPanel::pressReturn() {
 // Return in the search field searches and confirms nothing.
 void OpenPanel::pressSearchKey(const Keystroke& stroke) {
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {
-    fillListing();
-    updateControls();
+    searchAtOnce();
   } else if (stroke.is(key::a, true)) {
     search_.allSelected = true;
   } else if (stroke.is(key::backspace)) {

@@ -1,5 +1,5 @@
-// Everything that can differ between one Open panel and another. The defaults describe a healthy
-// folder chooser in English that opened long ago.
+// Everything that can differ between one Open panel and another. The defaults describe a folder
+// chooser in English as it was measured, which opened long ago.
 #pragma once
 
 #include <cstdint>
@@ -22,14 +22,23 @@ enum class PanelShape {
   unseen,         // nowhere: it has its windows and takes input, and no tree shows it
 };
 
-// What the panel may choose.
-enum class PanelMode { folders, files };
+// What the panel may choose. An upload is of a folder, too; a browser asks once more after it.
+enum class PanelMode { folders, files, upload };
 
 // Which of the panel's two windows the window server lists.
 enum class ListedWindows { hostAndService, host, service, none };
 
 // Which process's key events arrive at the panel.
-enum class KeysReach { service, host, both, serviceWhileHostFrontmost };
+enum class KeysReach { service, host, both, nobody, serviceWhileHostFrontmost };
+
+// Which process's clicks arrive at the panel, when they are posted to a process.
+enum class ClicksReach {
+  service,
+  host,
+  both,
+  none,
+  windowCorner,  // those of either, at the top left corner of the window that is hit
+};
 
 struct GoToOptions {
   bool oldGeneration = false;    // a sheet with Go and Cancel buttons instead of "GoToWindow"
@@ -38,6 +47,8 @@ struct GoToOptions {
   bool withoutConfirm = false;   // the field has no AXConfirm action
   bool neverOpens = false;       // the chord does nothing
   bool openAtStart = false;      // the sheet is open as soon as the panel is
+  // A path that is suggested for whatever is typed, selected, and taken by Return.
+  std::optional<std::string> suggestion = {};
 };
 
 // What the window list does besides naming the panel's open windows. Times count from when the
@@ -79,21 +90,39 @@ struct PanelFaults {
   Seconds closesLateBySeconds = 0;               // added to the time the panel takes to close
 };
 
+// What ps shows for a panel service. Measured.
+inline constexpr const char* usual_service_command =
+    "/System/Library/Frameworks/AppKit.framework/Versions/C/XPCServices/"
+    "com.apple.appkit.xpc.openAndSavePanelService.xpc/Contents/MacOS/"
+    "com.apple.appkit.xpc.openAndSavePanelService";
+
 struct PanelOptions {
   Pid host = 812;
   Pid service = 900;
-  std::string serviceName;     // "Open and Save Panel Service (Browser)"
-  std::string serviceCommand;  // what ps shows for it
-  PanelShape shape = PanelShape::serviceWindow;
+  std::string serviceName;  // "Open and Save Panel Service (Browser)"
+  std::string serviceCommand = usual_service_command;
+  bool serviceEnds = false;  // with its last panel
+  PanelShape shape = PanelShape::hostSheet;
+  bool elementsBelongToHost = false;  // what stands in the panel is the host's, not the service's
+  bool inBothTrees = false;           // the service's tree shows it, too
   PanelMode mode = PanelMode::folders;
   Language language = Language::english;
   ListedWindows listed = ListedWindows::hostAndService;
+  std::optional<std::string> hostTitle;  // of its windows in the window list; absent: the panel's
+  std::optional<std::string>
+      serviceTitle;  // own title, and none of the service's unless it shows it
   KeysReach keysReach = KeysReach::service;
-  std::string folder = "/usr";         // the folder shown first
-  std::optional<std::string> title;    // absent: "Open" in the language; a sheet has none
-  std::optional<std::string> prompt;   // the confirm button's text; absent: by mode and language
-  std::optional<std::string> message;  // the static text; absent: by language, embedded only
-  bool modal = true;                   // of windows: an AXDialog, else an AXStandardWindow
+  ClicksReach clicksReach = ClicksReach::none;
+  std::string folder = "/usr";             // the folder shown first
+  std::optional<std::string> title;        // absent: "Open" in the language; a sheet has none
+  std::optional<std::string> description;  // of the root; absent: by language
+  std::optional<std::string> prompt;       // the confirm button's text; absent: "Open"
+  std::optional<std::string> message;      // a static text above the controls
+  bool identifiers = true;                 // elements have an AXIdentifier
+  bool searchConfirms = false;             // the search field offers AXConfirm
+  double searchWidth = 180;                // in points
+  bool asksAfterUpload = false;  // after an upload was chosen the host asks whether it is meant
+  bool modal = true;             // of windows: an AXDialog, else an AXStandardWindow
   Rect frame{320, 180, 800, 450};
   PanelLayout layout;
   SortOrder sort = SortOrder::name;

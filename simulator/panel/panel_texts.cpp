@@ -5,8 +5,8 @@ namespace {
 
 // Assumed (Live.AnEnglishPanelNamesItsControlsInEnglish, Live.AnEnglishPanelHeadsItsListsInEnglish,
 // Live.AnEnglishGoToSheetAsksInEnglish): what is not in anybody's printout of a panel: the panel's
-// description, New Folder, the pop-up's title, the lists' headers, the text of the go-to sheet.
-// Assumed (no test can tell: current systems do not show them): `go` and `message`, also below.
+// description (inferred by others), New Folder, the pop-up's title, the lists' headers, the text of
+// the go-to sheet. Assumed (no test can tell: current systems do not show it): `go`, also below.
 const PanelTexts english{
     .open = "Open",
     .description = "open",
@@ -25,14 +25,14 @@ const PanelTexts english{
     .favourites = "Favorites",
     .goToFolder = "Go to the folder:",
     .go = "Go",
-    .message = "Select the extension directory.",
 };
 
 // Assumed (Live.AChinesePanelNamesItsControlsInChinese, Live.AChinesePanelHeadsItsListsInChinese):
-// all but the words for open, choose, sidebar, list view and "go to folder".
+// all but the words for open, choose, sidebar, list view and "go to folder". Nobody saw a
+// description of the panel.
 const PanelTexts simplifiedChinese{
     .open = "打开",
-    .description = "打开",
+    .description = "",
     .choose = "选择",
     .cancel = "取消",
     .sidebar = "边栏",
@@ -48,14 +48,13 @@ const PanelTexts simplifiedChinese{
     .favourites = "个人收藏",
     .goToFolder = "前往文件夹",
     .go = "前往",
-    .message = "选择扩展程序目录",
 };
 
 // Assumed (Live.AGermanPanelNamesItsControlsInGerman, Live.AGermanPanelHeadsItsListsInGerman,
 // Live.AGermanFilePanelOpens, Live.AGermanGoToSheetAsksInGerman): all.
 const PanelTexts german{
     .open = "Öffnen",
-    .description = "öffnen",
+    .description = "",
     .choose = "Auswählen",
     .cancel = "Abbrechen",
     .sidebar = "Seitenleiste",
@@ -71,7 +70,30 @@ const PanelTexts german{
     .favourites = "Favoriten",
     .goToFolder = "Gehe zum Ordner:",
     .go = "Öffnen",
-    .message = "Wähle das Erweiterungsverzeichnis aus.",
+};
+
+// From the browser's resource files. Assumed (no test can tell: it takes a browser and a page that
+// uploads): the question after an upload, and everything about it in Chinese and German.
+const BrowserTexts english_browser{
+    .message = "Select the extension directory.",
+    .select = "Select",
+    .upload = "Upload",
+    .cancel = "Cancel",
+    .askUpload = "Upload files to this site?",
+};
+const BrowserTexts chinese_browser{
+    .message = "选择扩展程序目录。",
+    .select = "选择",
+    .upload = "上传",
+    .cancel = "取消",
+    .askUpload = "要将文件上传到此网站吗？",
+};
+const BrowserTexts german_browser{
+    .message = "Erweiterungsverzeichnis auswählen",
+    .select = "Auswählen",
+    .upload = "Hochladen",
+    .cancel = "Abbrechen",
+    .askUpload = "Dateien auf diese Website hochladen?",
 };
 
 }  // namespace
@@ -86,6 +108,18 @@ const PanelTexts& panelTexts(Language language) {
       break;
   }
   return english;
+}
+
+const BrowserTexts& browserTexts(Language language) {
+  switch (language) {
+    case Language::simplifiedChinese:
+      return chinese_browser;
+    case Language::german:
+      return german_browser;
+    case Language::english:
+      break;
+  }
+  return english_browser;
 }
 
 std::string languageTag(Language language) {

@@ -16,7 +16,6 @@ constexpr double button_width = 84;
 constexpr double button_height = 24;
 constexpr double icon_width = 28;
 constexpr double margin = 20;
-constexpr double search_width = 180;
 constexpr double message_height = 20;
 
 bool isWindow(const PanelOptions& options) {
@@ -95,9 +94,10 @@ void buildRoot(PanelElements& elements, Element& parent, const PanelOptions& opt
   const bool sheet = options.shape == PanelShape::hostSheet;
   const bool embedded = options.shape == PanelShape::embedded;
   const char* role = sheet ? "AXSheet" : embedded ? "AXGroup" : "AXWindow";
-  Element& root = addElement(
-      parent, role, options.frame,
-      {{"AXIdentifier", std::string("open-panel")}, {"AXDescription", texts.description}});
+  Element& root =
+      addElement(parent, role, options.frame, {{"AXIdentifier", std::string("open-panel")}});
+  const std::string description = options.description.value_or(texts.description);
+  if (!description.empty()) root.set("AXDescription", description);
   elements.root = &root;
   if (isWindow(options)) {
     const std::string title = options.title.value_or(texts.open);
@@ -117,19 +117,33 @@ void buildRoot(PanelElements& elements, Element& parent, const PanelOptions& opt
     root.set("AXDefaultButton", Value{});
     root.set("AXCancelButton", Value{});
   }
-  if (embedded || options.message) {
+  if (options.message) {
     const Rect area = content(options);
     addElement(root, "AXStaticText",
                {area.x + margin, area.y, area.width - 2 * margin, message_height},
-               {{"AXValue", options.message.value_or(texts.message)}});
+               {{"AXValue", *options.message}});
   }
+  if (!options.identifiers) removeIdentifiers(root);
+}
+
+// Assumed (no test can tell: one report saw the panel there and says no more): it is a window
+// there, whatever it is in the host's tree.
+void buildTwin(PanelElements& elements, Element& application, const PanelOptions& options) {
+  Element& twin = addElement(application, "AXWindow", options.frame,
+                             {{"AXIdentifier", std::string("open-panel")},
+                              {"AXSubrole", std::string("AXDialog")},
+                              {"AXTitle", options.serviceTitle.value_or("")}});
+  twin.showChildrenOf(*elements.root);
+  elements.twin = &twin;
+  if (!options.identifiers) removeIdentifiers(twin);
 }
 
 void buildLists(PanelElements& elements, const PanelOptions& options,
                 const std::vector<SidebarPlace>& places) {
   const PanelTexts& texts = panelTexts(options.language);
   const Rect area = listsArea(options);
-  elements.split = &addElement(*elements.root, "AXSplitGroup", content(options));
+  elements.split = &elements.root->addChild("AXSplitGroup", *elements.contents);
+  elements.split->setFrame(content(options));
   const Rect left{area.x, area.y, sidebar_width, area.height};
   Element& leftArea = addElement(*elements.split, "AXScrollArea", left);
   elements.sidebar = &addElement(leftArea, "AXOutline", left, {{"AXDescription", texts.sidebar}});
@@ -149,6 +163,7 @@ void buildLists(PanelElements& elements, const PanelOptions& options,
   elements.list =
       &addElement(*elements.listArea, "AXOutline", right,
                   {{"AXIdentifier", std::string("ListView")}, {"AXDescription", texts.listView}});
+  if (!options.identifiers) removeIdentifiers(*elements.split);
 }
 
 void buildControls(PanelElements& elements, const PanelOptions& options) {
@@ -171,7 +186,8 @@ void buildControls(PanelElements& elements, const PanelOptions& options) {
                                 {"AXValue", std::string()},
                                 {"AXEnabled", true}});
   elements.search =
-      &addElement(split, "AXTextField", {right - search_width, toolY, search_width, button_height},
+      &addElement(split, "AXTextField",
+                  {right - options.searchWidth, toolY, options.searchWidth, button_height},
                   {{"AXSubrole", std::string("AXSearchField")},
                    {"AXIdentifier", std::string("Search")},
                    {"AXPlaceholderValue", texts.search},
@@ -181,20 +197,28 @@ void buildControls(PanelElements& elements, const PanelOptions& options) {
   elements.back = &addDescribedButton(split, "AXButton", tool(172, icon_width), texts.back, false);
   elements.forward =
       &addDescribedButton(split, "AXButton", tool(200, icon_width), texts.forward, false);
-  elements.newFolder = &addButton(split, {area.x + margin, bottomY, 100, button_height},
-                                  "NewFolderButton", texts.newFolder);
+  if (options.mode == PanelMode::folders) {
+    elements.newFolder = &addButton(split, {area.x + margin, bottomY, 100, button_height},
+                                    "NewFolderButton", texts.newFolder);
+  }
   if (!options.faults.noCancelButton) {
     elements.cancel =
         &addButton(split, {right - 2 * button_width - 12, bottomY, button_width, button_height},
                    "CancelButton", texts.cancel);
   }
-  if (options.faults.noConfirmButton) return;
-  const bool folders = options.mode == PanelMode::folders;
-  elements.confirm =
-      &addButton(split,
-                 placed(options.layout.confirmButton, options,
-                        {right - button_width, bottomY, button_width, button_height}),
-                 "OKButton", options.prompt.value_or(folders ? texts.choose : texts.open));
+  if (!options.faults.noConfirmButton) {
+    elements.confirm =
+        &addButton(split,
+                   placed(options.layout.confirmButton, options,
+                          {right - button_width, bottomY, button_width, button_height}),
+                   "OKButton", options.prompt.value_or(texts.open));
+  }
+  if (!options.identifiers) removeIdentifiers(split);
+}
+
+void removeIdentifiers(Element& element) {
+  element.clear("AXIdentifier");
+  for (const auto& child : element.children()) removeIdentifiers(*child);
 }
 
 Element& buildMenu(Element& popUp, const std::vector<std::string>& names) {

@@ -23,6 +23,8 @@ struct SidebarPlace {
 // The panel's elements, null until they are built and when the panel has none of the kind.
 struct PanelElements {
   Element* root = nullptr;
+  Element* twin = nullptr;           // the root in the service's tree
+  ElementTable* contents = nullptr;  // of the process whose elements stand below the root
   Element* closeButton = nullptr;
   Element* split = nullptr;
   Element* sidebar = nullptr;
@@ -48,12 +50,19 @@ Element& addElement(Element& parent, const std::string& role, const Rect& frame,
 // readable as soon as the panel is announced: its title bar and its message.
 void buildRoot(PanelElements& elements, Element& parent, const PanelOptions& options);
 
+// A window below `application` that shows what the panel's root shows.
+void buildTwin(PanelElements& elements, Element& application, const PanelOptions& options);
+
 // The split group with the sidebar and an empty listing.
 void buildLists(PanelElements& elements, const PanelOptions& options,
                 const std::vector<SidebarPlace>& places);
 
 // Everything that stands around the lists.
 void buildControls(PanelElements& elements, const PanelOptions& options);
+
+// Takes the identifiers of the element and of all below it away, as panels of old systems have
+// none.
+void removeIdentifiers(Element& element);
 
 // The pop-up's menu, one item for each name, first at the top.
 Element& buildMenu(Element& popUp, const std::vector<std::string>& names);

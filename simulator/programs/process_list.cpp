@@ -8,9 +8,6 @@
 namespace simulator {
 namespace {
 
-// Assumed (Live.AllProcessesAreListedWithinATenthOfASecond): with a few hundred processes.
-constexpr Seconds running_time = 0.02;
-
 void listAll(ProgramRun& run) {
   std::ostringstream lines;
   for (const auto& process : run.desktop().processes()) {
@@ -31,6 +28,7 @@ void listOne(ProgramRun& run, Pid pid) {
 }  // namespace
 
 void runProcessList(ProgramRun& run) {
+  const Seconds running_time = run.desktop().prices().processList;
   if (run.desktop().faults().ps_prints_nothing) {
     return run.after(running_time, [&run] { run.end(0); });
   }

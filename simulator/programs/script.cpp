@@ -18,9 +18,6 @@ struct Modifier {
 constexpr Modifier modifiers[] = {
     {"command", 0x100000}, {"shift", 0x20000}, {"option", 0x80000}, {"control", 0x40000}};
 
-constexpr std::string_view system_events = "System Events";
-constexpr std::string_view finder = "Finder";
-
 struct Token {
   enum class Kind { word, number, text, mark, lineEnd, scriptEnd };
   Kind kind = Kind::scriptEnd;
@@ -194,7 +191,7 @@ class Parser {
   void parseTell() {
     expectWords({"tell", "application"});
     const std::string application = expectText();
-    if (application != system_events && application != finder) {
+    if (application != system_events_application && application != finder_application) {
       abortUnmodelled("AppleScript: application \"" + application + "\"");
     }
     if (isWord("to")) {
@@ -208,12 +205,12 @@ class Parser {
   void parseStatement(std::string_view application) {
     const std::string verb = here().text;
     if (isWord("delay")) return parseDelay();
-    if (application == system_events) {
+    if (application == system_events_application) {
       if (isWord("keystroke")) return parseKeystroke();
       if (isWord("key")) return parseKeyCode();
       if (isWord("set")) return parseSetFrontmost();
     }
-    if (application == finder && isWord("get")) return parseGetDisplayedName();
+    if (application == finder_application && isWord("get")) return parseGetDisplayedName();
     // Without a target these words are nobody's.
     if (application.empty()) failHere("end of script");
     abortUnmodelled("AppleScript: \"" + verb + "\" to " + std::string(application));

@@ -16,12 +16,17 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "simulator/desktop/value.h"
 
 namespace simulator {
+
+// The applications that understand it.
+inline constexpr std::string_view system_events_application = "System Events";
+inline constexpr std::string_view finder_application = "Finder";
 
 struct TypeText {
   std::string text;  // UTF-8

@@ -9,9 +9,6 @@
 namespace simulator {
 namespace {
 
-// Assumed (Live.ASnapshotOfAWindowIsTakenWithinAQuarterOfASecond): of one window of usual size.
-constexpr Seconds running_time = 0.03;
-
 // A grey image of one pixel.
 constexpr std::array<unsigned char, 67> image = {
     0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48,
@@ -61,7 +58,7 @@ void runSnapshot(ProgramRun& run) {
     for (const std::string& word : words) line += " " + word;
     abortUnmodelled(line);
   }
-  run.after(running_time,
+  run.after(run.desktop().prices().snapshot,
             [&run, number = *number, file = words.back()] { capture(run, number, file); });
 }
 

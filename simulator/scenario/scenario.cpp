@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "simulator/panel/folder.h"
+#include "simulator/panel/panel_texts.h"
 #include "simulator/scenario/bundled_files.h"
 #include "simulator/scenario/json_object.h"
 #include "simulator/scenario/json_text.h"
@@ -23,8 +24,8 @@ const JsonObject::Choices<PanelShape> shapes{{"service-window", PanelShape::serv
                                              {"host-sheet", PanelShape::hostSheet},
                                              {"embedded", PanelShape::embedded},
                                              {"unseen", PanelShape::unseen}};
-const JsonObject::Choices<PanelMode> modes{{"folders", PanelMode::folders},
-                                           {"files", PanelMode::files}};
+const JsonObject::Choices<PanelMode> modes{
+    {"folders", PanelMode::folders}, {"files", PanelMode::files}, {"upload", PanelMode::upload}};
 const JsonObject::Choices<ListedWindows> listings{
     {"host-and-service", ListedWindows::hostAndService},
     {"host", ListedWindows::host},
@@ -34,7 +35,16 @@ const JsonObject::Choices<KeysReach> reaches{
     {"service", KeysReach::service},
     {"host", KeysReach::host},
     {"both", KeysReach::both},
+    {"nobody", KeysReach::nobody},
     {"service-while-host-frontmost", KeysReach::serviceWhileHostFrontmost}};
+const JsonObject::Choices<ClicksReach> clickReaches{{"service", ClicksReach::service},
+                                                    {"host", ClicksReach::host},
+                                                    {"both", ClicksReach::both},
+                                                    {"none", ClicksReach::none},
+                                                    {"window-corner", ClicksReach::windowCorner}};
+const JsonObject::Choices<bool> elementOwners{{"service", false}, {"host", true}};
+const JsonObject::Choices<KeyboardLayout> layouts{{"us", KeyboardLayout::us},
+                                                  {"azerty", KeyboardLayout::azerty}};
 const JsonObject::Choices<SortOrder> sortOrders{{"name", SortOrder::name},
                                                 {"date", SortOrder::date}};
 const JsonObject::Choices<bool> generations{{"new", false}, {"old", true}};
@@ -86,6 +96,8 @@ ScenarioWindow readWindow(const JsonPlace& place) {
   object.read("frame", window.frame);
   object.read("listed", window.listed);
   object.read("webElements", window.webElements, 0, 10000);
+  object.read("address", window.address);
+  object.read("addressFocused", window.addressFocused);
   object.refuseOthers();
   return window;
 }
@@ -102,6 +114,7 @@ ScenarioProcess readProcess(const JsonPlace& place, const Scenario& scenario) {
   process.command = process.name;
   object.read("command", process.command);
   object.read("application", process.application);
+  object.read("onOtherSpace", process.onOtherSpace);
   if (const auto windows = object.find("windows")) {
     for (const auto& item : windows->items()) process.windows.push_back(readWindow(item));
   }
@@ -118,6 +131,7 @@ GoToOptions readGoTo(const JsonPlace& place) {
   object.read("withoutConfirm", goTo.withoutConfirm);
   object.read("neverOpens", goTo.neverOpens);
   object.read("openAtStart", goTo.openAtStart);
+  object.read("suggestion", goTo.suggestion);
   object.refuseOthers();
   return goTo;
 }
@@ -212,14 +226,46 @@ void readService(JsonObject& object, PanelOptions& panel, const Scenario& scenar
   panel.serviceName =
       "Open and Save Panel Service (" + processWith(scenario, panel.host)->name + ")";
   object.read("serviceName", panel.serviceName);
-  panel.serviceCommand = panel.serviceName;
   object.read("serviceCommand", panel.serviceCommand);
+  object.read("serviceTitle", panel.serviceTitle);
+  object.read("serviceEnds", panel.serviceEnds);
+}
+
+// The browsers whose panels are Chromium's.
+bool isChromium(const std::string& name) {
+  const auto& names = {"Chromium", "Google Chrome", "Google Chrome Dev", "Microsoft Edge"};
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// What the host puts on its panels itself.
+void takeBrowsersTexts(PanelOptions& panel) {
+  const BrowserTexts& texts = browserTexts(panel.language);
+  if (panel.mode == PanelMode::folders) {
+    panel.message = texts.message;
+    panel.prompt = texts.select;
+  }
+  if (panel.mode == PanelMode::upload) {
+    panel.prompt = texts.upload;
+    panel.asksAfterUpload = true;
+  }
+}
+
+void readLook(JsonObject& object, PanelOptions& panel) {
+  object.read("title", panel.title);
+  object.read("hostTitle", panel.hostTitle);
+  object.read("description", panel.description);
+  object.read("prompt", panel.prompt);
+  object.read("message", panel.message);
+  object.read("modal", panel.modal);
+  object.read("identifiers", panel.identifiers);
+  object.read("searchConfirms", panel.searchConfirms);
+  object.read("searchWidth", panel.searchWidth, 1, panel.frame.width);
+  object.read("asksAfterUpload", panel.asksAfterUpload);
 }
 
 PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   JsonObject object(place);
   PanelOptions panel;
-  object.require("shape");
   object.read("shape", panel.shape, shapes);
   const JsonPlace host = object.find("host").value_or(place);
   if (place.value.contains("host")) panel.host = readApplication(host, scenario);
@@ -227,7 +273,8 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   if (process == nullptr) place.refuse("expected the key \"host\", as no process has the pid 812");
   const bool inWindow = panel.shape == PanelShape::hostSheet || panel.shape == PanelShape::embedded;
   if (inWindow && process->windows.empty()) {
-    place.at("shape").refuse("expected a shape that needs no window of the host, which has none");
+    object.find("shape").value_or(place).refuse(
+        "expected a shape that needs no window of the host, which has none");
   }
   readService(object, panel, scenario);
   panel.language = scenario.language;
@@ -236,11 +283,12 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   if (panel.shape == PanelShape::embedded) panel.listed = ListedWindows::none;
   object.read("listed", panel.listed, listings);
   object.read("keysReach", panel.keysReach, reaches);
-  object.read("title", panel.title);
-  object.read("prompt", panel.prompt);
-  object.read("message", panel.message);
-  object.read("modal", panel.modal);
+  object.read("clicksReach", panel.clicksReach, clickReaches);
+  object.read("elementsBelongTo", panel.elementsBelongToHost, elementOwners);
+  object.read("inBothTrees", panel.inBothTrees);
   object.read("frame", panel.frame);
+  if (isChromium(process->name)) takeBrowsersTexts(panel);
+  readLook(object, panel);
   object.read("opensAtSeconds", panel.opensAtSeconds, 0, longest_seconds);
   object.read("slow", panel.slow, 0.01, 100);
   object.read("sort", panel.sort, sortOrders);
@@ -254,6 +302,22 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   if (const auto faults = object.find("faults")) panel.faults = readPanelFaults(*faults);
   object.refuseOthers();
   return panel;
+}
+
+Prices readPrices(const JsonPlace& place) {
+  JsonObject object(place);
+  Prices prices;
+  const std::pair<const char*, Seconds*> keys[] = {
+      {"request", &prices.request},         {"press", &prices.press},
+      {"windowList", &prices.windowList},   {"event", &prices.event},
+      {"activation", &prices.activation},   {"comingForward", &prices.comingForward},
+      {"processList", &prices.processList}, {"script", &prices.script},
+      {"scriptKey", &prices.scriptKey},     {"finder", &prices.finder},
+      {"snapshot", &prices.snapshot},
+  };
+  for (const auto& [key, price] : keys) object.read(key, *price, 0, longest_seconds);
+  object.refuseOthers();
+  return prices;
 }
 
 PersonAct readPersonAct(const JsonPlace& place, const Scenario& scenario) {
@@ -275,6 +339,29 @@ PersonAct readPersonAct(const JsonPlace& place, const Scenario& scenario) {
   return act;
 }
 
+BusyTime readBusyTime(const JsonPlace& place) {
+  JsonObject object(place);
+  BusyTime busy;
+  busy.pid = object.require("pid").integer(1, largest_pid);
+  object.read("fromSeconds", busy.from, 0, longest_seconds);
+  const JsonPlace end = object.require("toSeconds");
+  busy.to = end.number(0, longest_seconds);
+  if (busy.to <= busy.from) end.refuse("expected a later time than fromSeconds");
+  object.refuseOthers();
+  return busy;
+}
+
+std::set<std::string> readDenied(const JsonPlace& place) {
+  std::set<std::string> denied;
+  for (const auto& item : place.items()) {
+    if (item.value != "System Events" && item.value != "Finder") {
+      item.refuse("expected one of \"System Events\", \"Finder\"");
+    }
+    denied.insert(item.text());
+  }
+  return denied;
+}
+
 Faults readFaults(const JsonPlace& place) {
   JsonObject object(place);
   Faults faults;
@@ -291,6 +378,13 @@ Faults readFaults(const JsonPlace& place) {
   object.read("captureHelperHangs", faults.window_list_hangs);
   object.read("psPrintsNothing", faults.ps_prints_nothing);
   object.read("screenRecordingDenied", faults.screen_recording_denied);
+  if (const auto busy = object.find("busy")) {
+    for (const auto& item : busy->items()) faults.busy.push_back(readBusyTime(item));
+  }
+  object.read("activationRefused", faults.activation_refused);
+  if (const auto denied = object.find("automationDenied")) {
+    faults.automation_denied = readDenied(*denied);
+  }
   object.refuseOthers();
   return faults;
 }
@@ -365,6 +459,9 @@ Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::str
     for (const auto& item : places->items()) scenario.places->push_back(readSidebarPlace(item));
   }
   object.read("lastGoToPath", scenario.lastGoToPath);
+  object.read("keyboardLayout", scenario.keyboardLayout, layouts);
+  object.read("requestTimeoutSeconds", scenario.requestTimeoutSeconds, 0.01, longest_seconds);
+  if (const auto prices = object.find("prices")) scenario.prices = readPrices(*prices);
   if (const auto screens = object.find("screens")) readScreens(*screens, scenario);
   readProcesses(object, scenario);
   if (const auto panels = object.find("panels")) {

@@ -26,7 +26,9 @@ struct ScenarioWindow {
   std::string title;
   Rect frame{80, 60, 1100, 740};
   bool listed = true;
-  int webElements = 0;  // elements of the page that the window shows
+  int webElements = 0;                          // elements of the page that the window shows
+  std::string address = "chrome://extensions";  // in the address bar of such a window
+  bool addressFocused = false;                  // the address bar has the keyboard
 };
 
 struct ScenarioProcess {
@@ -35,6 +37,7 @@ struct ScenarioProcess {
   std::string command;
   bool application = true;
   std::vector<ScenarioWindow> windows;  // front to back
+  bool onOtherSpace = false;
 };
 
 // Something that a person at the machine does meanwhile: exactly one of the three.
@@ -57,6 +60,9 @@ struct Scenario {
   std::map<std::string, std::string> volumes;       // names by path, without "/"
   std::optional<std::vector<SidebarPlace>> places;  // of the sidebars; absent: the usual ones
   std::string lastGoToPath;
+  KeyboardLayout keyboardLayout = KeyboardLayout::us;
+  Seconds requestTimeoutSeconds = 6;
+  Prices prices;
   std::vector<Rect> screens{{0, 0, 1440, 900}};
   std::optional<Pid> frontmost = 300;
   std::vector<ScenarioProcess> processes;

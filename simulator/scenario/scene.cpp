@@ -19,7 +19,9 @@ void addTitleBar(Element& window, const Rect& frame) {
   }
 }
 
-void addToolBar(Element& window, const Rect& frame) {
+// With buttons and the address bar, which is the result.
+Element& addToolBar(Element& window, const ScenarioWindow& options) {
+  const Rect& frame = options.frame;
   const Rect bar{frame.x, frame.y + title_bar_height, frame.width, tool_bar_height};
   Element& toolbar = addElement(window, "AXToolbar", bar);
   double x = bar.x + 8;
@@ -28,9 +30,11 @@ void addToolBar(Element& window, const Rect& frame) {
                {{"AXDescription", std::string(description)}, {"AXEnabled", true}});
     x += 36;
   }
-  addElement(toolbar, "AXTextField", {x, bar.y + 12, bar.width - 140, 28},
-             {{"AXDescription", std::string("Address and search bar")},
-              {"AXValue", std::string("chrome://extensions")}});
+  return addElement(toolbar, "AXTextField", {x, bar.y + 12, bar.width - 140, 28},
+                    {{"AXDescription", std::string("Address and search bar")},
+                     {"AXValue", options.address},
+                     {"AXFocused", options.addressFocused},
+                     {"AXEnabled", true}});
 }
 
 // A page of `count` elements: a heading for each card, with a text, a link and a button below it.
@@ -58,7 +62,8 @@ void openWindow(Desktop& desktop, Process& process, const ScenarioWindow& option
                                  {"AXModal", false}});
   addTitleBar(element, options.frame);
   if (options.webElements > 0) {
-    addToolBar(element, options.frame);
+    const Element& address = addToolBar(element, options);
+    if (options.addressFocused) process.root.set("AXFocusedUIElement", address.id());
     addPage(element, options.frame, options.title, options.webElements);
   }
   Window window;
@@ -73,6 +78,9 @@ void openWindow(Desktop& desktop, Process& process, const ScenarioWindow& option
 void fillDesktop(Desktop& desktop, const Scenario& scenario) {
   installPrograms(desktop);
   desktop.setLanguage(scenario.language);
+  desktop.setKeyboardLayout(scenario.keyboardLayout);
+  desktop.setRequestTimeout(scenario.requestTimeoutSeconds);
+  desktop.prices() = scenario.prices;
   desktop.addVolume("/", scenario.volume);
   for (const auto& [path, name] : scenario.volumes) desktop.addVolume(path, name);
   desktop.setScreens(scenario.screens);
@@ -81,7 +89,8 @@ void fillDesktop(Desktop& desktop, const Scenario& scenario) {
                                            .name = options.name,
                                            .command = options.command,
                                            .application = options.application,
-                                           .host = {}});
+                                           .host = {},
+                                           .onOtherSpace = options.onOtherSpace});
     process.root.set("AXFocusedUIElement", Value{});
   }
   desktop.setFrontmost(scenario.frontmost);

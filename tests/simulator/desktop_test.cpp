@@ -425,15 +425,14 @@ TEST_F(DesktopTest, DisplayNamesFollowTheVolumeAndTheLanguage) {
 TEST_F(DesktopTest, EveryRequestHasItsPrice) {
   Element& button = page_element.addChild("AXButton");
   button.addAction("AXPress", [] { return ax::success; });
-  button.addAction(
-      "AXShowMenu", [] { return ax::success; }, 0.4);
+  button.addAction("AXShowMenu", [] { return ax::success; });
   button.addAction("AXPick", [] { return ax::success; });
   const ElementId id = button.id();
   EXPECT_EQ(desktop.price(CopyAttribute{id, "AXRole"}), 0.0003);
   EXPECT_EQ(desktop.price(SetAttribute{id, "AXValue", "x"}), 0.0003);
   EXPECT_EQ(desktop.price(CopyActionNames{id}), 0.0003);
   EXPECT_EQ(desktop.price(PerformAction{id, "AXPress"}), 0.1);
-  EXPECT_EQ(desktop.price(PerformAction{id, "AXShowMenu"}), 0.4);
+  EXPECT_EQ(desktop.price(PerformAction{id, "AXShowMenu"}), 0.0003);
   EXPECT_EQ(desktop.price(PerformAction{id, "AXPick"}), 0.0003);
   EXPECT_EQ(desktop.price(PerformAction{id, "AXUnknown"}), 0.0003);
   EXPECT_EQ(desktop.price(keyTo(700, 36)), 0);

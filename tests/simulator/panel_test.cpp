@@ -883,7 +883,7 @@ TEST(PanelLife, OutlivesTheEndOfItsHost) {
 }
 
 TEST(PanelKeystroke, TypesAttachedTextUpToItsLimitOrWhatTheLayoutSays) {
-  const auto typed = [](const KeyEvent& event) { return keystroke(event).text; };
+  const auto typed = [](const KeyEvent& event) { return keystroke(event, KeyboardLayout::us).text; };
   EXPECT_EQ(typed({0, true, 0, u"0123456789012345678901234"}), "01234567890123456789");
   EXPECT_EQ(typed({key::returnKey, true, 0, u"\r"}), "");
   EXPECT_EQ(typed({44, true, 0, {}}), "/");

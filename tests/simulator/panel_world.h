@@ -56,6 +56,10 @@ class PanelWorld {
   explicit PanelWorld(Json panel = Json::object(), Json scenario = Json::object()) {
     if (!panel.contains("shape")) panel["shape"] = "service-window";
     if (!panel.contains("folder")) panel["folder"] = sample.path();
+    // Everything can be tried here: what differs from these is a test's own matter.
+    if (!panel.contains("clicksReach")) panel["clicksReach"] = "both";
+    if (!panel.contains("searchConfirms")) panel["searchConfirms"] = true;
+    if (!panel.contains("prompt") && !panel.contains("mode")) panel["prompt"] = "Choose";
     if (!scenario.contains("home")) scenario["home"] = sample.path();
     scenario["panels"] = Json::array({panel});
     scene = makeScene(scenarioFromJson(scenario, "world"));

@@ -22,16 +22,23 @@ std::string seconds(const char* format, double value) {
   return buffer.data();
 }
 
-double priceOf(const AccessibilityRequest& request) {
-  const bool press = request.verb == Verb::perform && request.name == "AXPress";
-  return press && request.error != simulator::ax::actionUnsupported ? 0.1 : 0.0003;
-}
-
 bool isPosted(const RecordEntry& entry) {
   const auto* key = std::get_if<simulator::PostedKey>(&entry);
   const auto* mouse = std::get_if<simulator::PostedMouse>(&entry);
   return (key != nullptr && key->origin == simulator::Origin::tool) ||
          (mouse != nullptr && mouse->origin == simulator::Origin::tool);
+}
+
+constexpr simulator::Prices prices;
+
+// What the tool itself spent on the entry.
+double priceOf(const RecordEntry& entry) {
+  if (isPosted(entry)) return prices.event;
+  const auto* request = std::get_if<AccessibilityRequest>(&entry);
+  if (request == nullptr) return 0;
+  const bool press = request->verb == Verb::perform && request->name == "AXPress";
+  return press && request->error != simulator::ax::actionUnsupported ? prices.press
+                                                                     : prices.request;
 }
 
 // What a request did, absent when it only read.
@@ -56,7 +63,7 @@ void forEachStep(const simulator::Record& record, const Visit& visit) {
     if (request == nullptr && !starts && !ends && !isPosted(line.entry)) continue;
     const bool within = programs > 0;
     programs += starts ? 1 : ends ? -1 : 0;
-    const double price = within ? line.time - awake : request != nullptr ? priceOf(*request) : 0;
+    const double price = within ? line.time - awake : priceOf(line.entry);
     visit(line.entry, line.time - price - awake);
     awake = line.time;
   }
