@@ -284,7 +284,8 @@ TEST(ChoosePathOfAFolder, TellsThatStagingFoundNoPanelYet) {
 
 // An embedded chooser is no dialog for a folder, so the keys are tried.
 TEST(ChoosePathOfAFolder, LooksForNoEmbeddedChooser) {
-  World world("chinese-embedded", {{"/panels/0/listed", "service"}});
+  World world("chinese-embedded",
+              {{"/panels/0/listed", "service"}, {"/panels/0/serviceTitle", "打开"}});
   EXPECT_EQ(world.run(choosePath("/usr/share", {"--timeout", "2"})),
             chosen(keyboardResult("/usr/share", {812, 900}, "timed out after 2.0s", refused)));
 }

@@ -143,10 +143,10 @@ TEST(StrictChooseFolder, AnEnglishSheetKnownByItsControls) {
   EXPECT_EQ(runStrictly(world), chosen(world, browserPid));
   EXPECT_THAT(transcript(world.world.record()),
               ElementsAre("0.000 key 5+120000 down -> 812", "0.020 key 5+120000 up -> 812",
-                          "0.400 set AXFocused of AXTextField in 812",
-                          "0.000 set AXValue of AXTextField in 812: " + world.target,
-                          "0.120 AXConfirm of AXTextField in 812", "0.200 key 36 down -> 812",
-                          "0.020 key 36 up -> 812", "0.250 AXPress of AXButton in 812"));
+                          "0.400 set AXFocused of AXTextField in 900",
+                          "0.000 set AXValue of AXTextField in 900: " + world.target,
+                          "0.120 AXConfirm of AXTextField in 900", "0.200 key 36 down -> 812",
+                          "0.020 key 36 up -> 812", "0.250 AXPress of AXButton in 900"));
 }
 
 TEST(StrictChooseFolder, AnEnglishSheetWithAnUnknownPrompt) {
@@ -156,11 +156,14 @@ TEST(StrictChooseFolder, AnEnglishSheetWithAnUnknownPrompt) {
 
 TEST(StrictChooseFolder, AnEmbeddedChooser) {
   FolderWorld chinese("chinese-embedded",
-                      {{"/panels/0/keysReach", "both"}, {"/panels/0/listed", "service"}});
+                      {{"/panels/0/keysReach", "both"},
+                       {"/panels/0/listed", "service"},
+                       {"/panels/0/serviceTitle", "打开"}});
   EXPECT_EQ(runStrictly(chinese), chosen(chinese, browserPid));
 
   FolderWorld english("chinese-embedded", {{"/panels/0/keysReach", "both"},
                                            {"/panels/0/listed", "service"},
+                                           {"/panels/0/serviceTitle", "Open"},
                                            {"/panels/0/language", "en"},
                                            {"/panels/0/prompt", "Choose"}});
   EXPECT_EQ(runStrictly(english), chosen(english, browserPid));

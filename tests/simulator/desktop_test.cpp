@@ -435,7 +435,7 @@ TEST_F(DesktopTest, EveryRequestHasItsPrice) {
   EXPECT_EQ(desktop.price(PerformAction{id, "AXShowMenu"}), 0.0003);
   EXPECT_EQ(desktop.price(PerformAction{id, "AXPick"}), 0.0003);
   EXPECT_EQ(desktop.price(PerformAction{id, "AXUnknown"}), 0.0003);
-  EXPECT_EQ(desktop.price(keyTo(700, 36)), 0);
+  EXPECT_EQ(desktop.price(keyTo(700, 36)), 0.0001);
   EXPECT_EQ(desktop.price(AskFrontmost{}), 0);
   EXPECT_EQ(desktop.price(Activate{700}), 0.05);
 }
@@ -449,9 +449,12 @@ TEST_F(DesktopTest, ARequestToAnElementThatIsBeingBuiltWaitsForIt) {
   EXPECT_EQ(desktop.price(CopyAttribute{page_element.id(), "AXRole"}), 0.0003);
 }
 
-TEST_F(DesktopTest, ASilentProcessNeverAnswersWhileOthersDo) {
+TEST_F(DesktopTest, RequestsToASilentProcessEndAfterTheTimeoutWhileOthersAreAnswered) {
   desktop.faults().silent_processes = {700};
-  EXPECT_EQ(desktop.price(CopyAttribute{{700, 0}, "AXWindows"}), never_answered_price);
+  EXPECT_EQ(desktop.price(CopyAttribute{{700, 0}, "AXWindows"}), 6);
+  EXPECT_EQ(desktop.price(PerformAction{{700, 0}, "AXPress"}), 6);
+  desktop.setRequestTimeout(2.5);
+  EXPECT_EQ(desktop.price(CopyAttribute{{700, 0}, "AXWindows"}), 2.5);
   EXPECT_EQ(desktop.price(CopyAttribute{{800, 0}, "AXWindows"}), 0.0003);
   EXPECT_EQ(copy({700, 0}, "AXWindows").error, ax::cannotComplete);
 }

@@ -121,7 +121,8 @@ TEST(PanelWindowList, KeepsAClosedPanelForAWhileThatCanBeCaptured) {
 }
 
 TEST(PanelWindowList, GivesAnOpenPanelNewNumbers) {
-  WindowListWorld world(Json{{"changesNumberAfterSeconds", 1}}, Json{{"shape", "host-window"}});
+  WindowListWorld world(Json{{"changesNumberAfterSeconds", 1}},
+                        Json{{"shape", "host-window"}, {"serviceTitle", "Open"}});
   const auto before = world.listed();
   const Value focused = world.focusedWindow(host);
   world.pass(1);

@@ -59,7 +59,8 @@ class PanelWorld {
     // Everything can be tried here: what differs from these is a test's own matter.
     if (!panel.contains("clicksReach")) panel["clicksReach"] = "both";
     if (!panel.contains("searchConfirms")) panel["searchConfirms"] = true;
-    if (!panel.contains("prompt") && !panel.contains("mode")) panel["prompt"] = "Choose";
+    const bool english = !panel.contains("language") && !scenario.contains("language");
+    if (english && !panel.contains("prompt") && !panel.contains("mode")) panel["prompt"] = "Choose";
     if (!scenario.contains("home")) scenario["home"] = sample.path();
     scenario["panels"] = Json::array({panel});
     scene = makeScene(scenarioFromJson(scenario, "world"));

@@ -42,8 +42,8 @@ TEST(ScenarioMistake, UnknownKey) {
       "folder/wrong.json: /screens/0/depth: no such key; expected one of x, y, width, height");
   EXPECT_EQ(mistake(R"({"pa/nels": []})"),
             "folder/wrong.json: /pa~1nels: no such key; expected one of description, language, "
-            "home, volume, volumes, places, lastGoToPath, screens, processes, frontmost, panels, "
-            "person, faults");
+            "home, volume, volumes, places, lastGoToPath, keyboardLayout, requestTimeoutSeconds, "
+            "prices, screens, processes, frontmost, panels, person, faults");
 }
 
 TEST(ScenarioMistake, WrongType) {
@@ -70,15 +70,14 @@ TEST(ScenarioMistake, OutOfRange) {
 }
 
 TEST(ScenarioMistake, MissingKey) {
-  EXPECT_EQ(mistake(R"({"panels": [{}]})"),
-            "folder/wrong.json: /panels/0: expected the key \"shape\", which is required");
   EXPECT_EQ(mistake(R"({"processes": [{"pid": 1}]})"),
             "folder/wrong.json: /processes/0: expected the key \"name\", which is required");
 }
 
 TEST(ScenarioMistake, UnknownChoice) {
   EXPECT_EQ(panelMistake(R"(, "mode": "both")"),
-            "folder/wrong.json: /panels/0/mode: expected one of \"folders\", \"files\"");
+            "folder/wrong.json: /panels/0/mode: expected one of \"folders\", \"files\", "
+            "\"upload\"");
   EXPECT_EQ(mistake(R"({"language": 1})"),
             "folder/wrong.json: /language: expected one of \"en\", \"zh-Hans\", \"de\"");
   EXPECT_EQ(panelMistake(R"(, "view": "columns")"),
@@ -174,7 +173,7 @@ TEST(Scenario, OptionsReachThePanel) {
   EXPECT_EQ(panel.listed, ListedWindows::none);
   EXPECT_EQ(panel.keysReach, KeysReach::service);
   EXPECT_EQ(panel.service, 900);
-  EXPECT_EQ(panel.serviceCommand, "Open and Save Panel Service (Google Chrome)");
+  EXPECT_EQ(panel.serviceName, "Open and Save Panel Service (Google Chrome)");
   EXPECT_EQ(panel.frame, (Rect{1, 2, 300, 400}));
   EXPECT_EQ(panel.prompt, "Los");
   EXPECT_EQ(panel.faults.closesLateBySeconds, 1.5);
@@ -240,8 +239,12 @@ TEST(Scenario, PanelWhoseApplicationQuitBeforeNeverOpens) {
   EXPECT_EQ(scene->desktop.findProcess(900), nullptr);
 }
 
-TEST(Scenario, PanelsOfOneServiceEndItTogether) {
-  const auto scene = makeScene(bundledScenario("two-panels"));
+TEST(Scenario, PanelsOfOneServiceThatEndsEndItTogether) {
+  Scenario scenario = bundledScenario("two-panels");
+  for (const char* panel : {"/panels/0/serviceEnds", "/panels/1/serviceEnds"}) {
+    scenario = patched(scenario, panel, true);
+  }
+  const auto scene = makeScene(scenario);
   Desktop& desktop = scene->desktop;
   const auto pressReturn = [&] {
     desktop.answer(PostEvent{KeyEvent{36, true, 0, {}}, 900});
@@ -299,11 +302,12 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
     EXPECT_EQ(scene->desktop.frontmost(), inFront ? 812 : 300) << name;
     EXPECT_NE(scene->desktop.findProcess(250), nullptr) << name;
     EXPECT_TRUE(scene->desktop.findProcess(812)->application) << name;
-    const std::size_t panels = name == "no-panel" ? 0 : name == "two-panels" ? 2 : 1;
+    const bool two = name == "two-panels" || name == "two-browsers";
+    const std::size_t panels = name == "no-panel" ? 0 : two ? 2 : 1;
     ASSERT_EQ(scene->panels.size(), panels) << name;
     for (const auto& panel : scene->panels) {
       const bool second = panel != scene->panels.front();
-      const bool overTmp = name.find("tmp") != std::string::npos;
+      const bool overTmp = panel->options().sort == SortOrder::date;
       const std::string shown = overTmp ? std::filesystem::canonical("/tmp").string() : "/usr";
       EXPECT_EQ(panel->folderShown(), second ? "/usr/share" : shown) << name;
     }

@@ -31,6 +31,7 @@ AttachedDesktop::~AttachedDesktop() {
 
 BareDesktop::BareDesktop(std::int32_t pid, const std::string& name)
     : pid_(pid), attached_(desktop) {
+  desktop.prices().event = 0;
   desktop.addProcess({.pid = pid,
                       .name = name,
                       .command = "/Applications/" + name + ".app/Contents/MacOS/" + name,

@@ -43,7 +43,7 @@ class AttachedDesktop {
 };
 
 // A desktop built by hand, with one process: for tests of readers, walks and finders. Elements are
-// added below `app()`.
+// added below `app()`. Events cost nothing, so that the time between two is the program's pause.
 class BareDesktop {
  public:
   explicit BareDesktop(std::int32_t pid = browserPid, const std::string& name = "Google Chrome");
