@@ -163,7 +163,8 @@ TEST_P(WatchdogExpiry, EndsACommandThatHangs) {
   EXPECT_NEAR(world.desktop().now(), std::stod(GetParam().seconds), 1e-6);
 }
 
-const World::Patches silentBrowser{{"/faults", {{"silentProcesses", {browserPid}}}}};
+const World::Patches silentBrowser{{"/requestTimeoutSeconds", 3600},
+                                   {"/faults", {{"silentProcesses", {browserPid}}}}};
 const World::Patches hangingHelper{{"/faults", {{"captureHelperHangs", true}}}};
 const World::Patches hangingScript{{"/faults", {{"scriptHangs", true}}}};
 

@@ -113,8 +113,9 @@ TEST(ChoosePathByGoToFolderAX, CallsAFolderAFileToo) {
 }
 
 TEST(ChoosePathByGoToFolderAX, FindsAChooserInsideTheBrowsersWindow) {
-  FileWorld world("chinese-embedded",
-                  {{"/panels/0/keysReach", "both"}, {"/panels/0/listed", "service"}});
+  FileWorld world("chinese-embedded", {{"/panels/0/keysReach", "both"},
+                                       {"/panels/0/listed", "service"},
+                                       {"/panels/0/serviceTitle", "打开"}});
   EXPECT_EQ(choosePathByGoToFolderAX(browserPid, world.target, 10).dump(),
             resultText(world.target, "target", "open-button", browserPid, "primary-browser"));
   EXPECT_EQ(world.world.panelOutcomes(), "chosen " + world.target);
