@@ -192,7 +192,8 @@ class Service : public testing::Test {
     });
   }
   void serve() {
-    auto server = std::make_shared<Server>(desktop, path, [] { return std::string("state"); });
+    auto server =
+        std::make_shared<Server>(desktop, calls, path, [] { return std::string("state"); });
     thread = std::thread([this, server] { server->serveUntil(stopPipe[0]); });
   }
   void stop() {
@@ -213,6 +214,7 @@ class Service : public testing::Test {
   }
 
   Desktop desktop;
+  CallLog calls;
   std::string path;
   int stopPipe[2] = {-1, -1};
   std::thread thread;
@@ -286,7 +288,8 @@ TEST_F(Service, AClientThatTalksNonsenseIsLetGoAndTheOthersStay) {
 
 std::string refusal(Desktop& desktop, const std::string& path) {
   try {
-    const Server server(desktop, path, [] { return std::string(); });
+    CallLog calls;
+    const Server server(desktop, calls, path, [] { return std::string(); });
   } catch (const WireError& error) {
     return error.what();
   }
