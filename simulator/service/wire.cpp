@@ -80,9 +80,7 @@ json encodeTexts(const char* name, const std::string& first, const std::vector<s
 
 struct MessageEncoder {
   json operator()(const Request& request) const { return std::visit(RequestEncoder{}, request); }
-  json operator()(const StartProgram& m) const {
-    return encodeTexts("start", m.path, m.arguments);
-  }
+  json operator()(const StartProgram& m) const { return encodeTexts("start", m.path, m.arguments); }
   json operator()(const AskState&) const { return json::array({"state"}); }
   json operator()(const BeginCall& m) const {
     return encodeTexts("begin call", m.folder, m.arguments);

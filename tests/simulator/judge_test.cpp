@@ -57,8 +57,9 @@ class Calls {
     return ended(arguments, from, to, 1, "");
   }
   Calls& closed(int count, Seconds from, Seconds to) {
-    return succeeded(close_panels, from, to,
-                     R"({"ok": true, "command": "close", "closed": )" + std::to_string(count) + "}");
+    return succeeded(
+        close_panels, from, to,
+        R"({"ok": true, "command": "close", "closed": )" + std::to_string(count) + "}");
   }
   Calls& ended(const Texts& arguments, Seconds from, Seconds to, int status,
                const std::string& output) {
@@ -130,8 +131,10 @@ TEST(VerdictOnAChoice, KnowsOnlyThePanelsOfItsTime) {
             Texts{"false success: no panel chose anything"});
   EXPECT_EQ(Calls().succeeded(choose_folder, 5, 6).verdicts({cancelled(4), gone(4)}),
             Texts{"false success: no panel chose anything"});
-  EXPECT_EQ(Calls().succeeded(choose_folder, 1, 2).succeeded(choose_folder, 5, 6).verdicts(
-                {chosen("/x", 5.5)}),
+  EXPECT_EQ(Calls()
+                .succeeded(choose_folder, 1, 2)
+                .succeeded(choose_folder, 5, 6)
+                .verdicts({chosen("/x", 5.5)}),
             (Texts{"false success: panel 1 is still open", "true"}));
 }
 
@@ -342,9 +345,11 @@ TEST(Verdict, OnADirectInputThatOverlapsHoldsItsEffectAgainstNobody) {
   const Calls failing = Calls().failed(choose_folder, 1, 5).succeeded(press_key, 2, 2.1);
   EXPECT_EQ(failing.overall({chosen("/usr", 3)}), "true");
   EXPECT_EQ(failing.overall({chosen("/usr", 1.5)}), "unreported: panel 1 chose /usr");
-  EXPECT_EQ(
-      Calls().succeeded(choose_folder, 1, 5).succeeded(press_key, 2, 2.1).overall({chosen("/usr", 3)}),
-      "false success: panel 1 chose /usr");
+  EXPECT_EQ(Calls()
+                .succeeded(choose_folder, 1, 5)
+                .succeeded(press_key, 2, 2.1)
+                .overall({chosen("/usr", 3)}),
+            "false success: panel 1 chose /usr");
 }
 
 TEST(Verdict, OnACallThatStillRunsWaits) {
@@ -376,10 +381,8 @@ TEST(Verdict, LetsAPersonsDoingSpoilOrFulfilAReport) {
 // --- Everything together. ---
 
 TEST(OverallVerdict, IsTheFirstThatIsNotTrue) {
-  const Calls calls = Calls()
-                          .closed(0, 1, 2)
-                          .failed(choose_folder, 3, 4)
-                          .succeeded(choose_folder, 5, 6);
+  const Calls calls =
+      Calls().closed(0, 1, 2).failed(choose_folder, 3, 4).succeeded(choose_folder, 5, 6);
   EXPECT_EQ(calls.overall({chosen("/x", 5.5)}), "true");
   EXPECT_EQ(calls.overall({cancelled(5.5), chosen("/y", 3.5)}), "unreported: panel 2 chose /y");
   EXPECT_EQ(calls.overall({cancelled(5.5)}), "false success: panel 1 was cancelled");
@@ -390,9 +393,9 @@ TEST(OverallVerdict, KnowsWhatEndedInNoCallsTime) {
             "unreported: panel 1 chose /x");
   EXPECT_EQ(Calls().succeeded(list_windows, 1, 3).overall({cancelled(2)}),
             "unreported: panel 1 was cancelled");
-  EXPECT_EQ(Calls().failed(choose_folder, 1, 2).succeeded(choose_folder, 3, 4).overall(
-                {cancelled(0.5)}),
-            "false success: no panel chose anything");
+  EXPECT_EQ(
+      Calls().failed(choose_folder, 1, 2).succeeded(choose_folder, 3, 4).overall({cancelled(0.5)}),
+      "false success: no panel chose anything");
 }
 
 TEST(OverallVerdict, SaysWhenNobodyCalled) {
@@ -474,8 +477,8 @@ TEST(JudgedRun, OfAnotherFolderThanReportedIsAFalseSuccess) {
 // The panel closes later than the call waits.
 TEST(JudgedRun, OfAFailureIsUnreportedWhenThePanelChose) {
   World world("english-service-window", {{"/panels/0/faults", {{"closesLateBySeconds", 3600}}}});
-  const auto outcome = world.run(
-      {"choose-folder", "--strict-background", "--pid", "812", "--path", "/usr/share"});
+  const auto outcome =
+      world.run({"choose-folder", "--strict-background", "--pid", "812", "--path", "/usr/share"});
   EXPECT_EQ(outcome.exitStatus, 1);
   EXPECT_EQ(world.verdict(), "unreported: panel 1 chose /usr/share");
 }
