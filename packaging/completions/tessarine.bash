@@ -72,7 +72,7 @@ _tessarine_desktop() {
   esac
   local options=""
   case ${COMP_WORDS[1]} in
-    run) options="--record" ;;
+    run) options="--record --judge" ;;
     serve) options="--socket" ;;
     state) options="--socket" ;;
     import) options="--windows --keep-names" ;;

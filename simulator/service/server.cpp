@@ -55,8 +55,9 @@ int listenAt(const std::string& path) {
 
 }  // namespace
 
-Server::Server(Desktop& desktop, std::string path, State state)
+Server::Server(Desktop& desktop, CallLog& calls, std::string path, State state)
     : desktop_(desktop),
+      calls_(calls),
       path_(std::move(path)),
       state_(std::move(state)),
       listener_(listenAt(path_)),
@@ -107,6 +108,12 @@ void Server::serveUntil(int stop) {
     }
     catchUp();
   }
+}
+
+void Server::moveOn(Seconds seconds) {
+  const Seconds time = desktop_.now() + seconds;
+  answerDue(time);
+  desktop_.advanceTo(time);
 }
 
 void Server::accept() {
@@ -190,9 +197,26 @@ void Server::take(int socket, const Message& message) {
     } else {
       send(socket, encode(ProgramResult{127, "", start->path + ": not on this desktop\n"}));
     }
+  } else if (const auto* begin = std::get_if<BeginCall>(&message)) {
+    beginCall(socket, *begin);
+  } else if (const auto* end = std::get_if<EndCall>(&message)) {
+    endCall(socket, *end);
   } else {
     send(socket, state_());
   }
+}
+
+void Server::beginCall(int socket, const BeginCall& begin) {
+  if (clients_[socket].call) throw WireError("a call within a call");
+  clients_[socket].call = calls_.begin(begin.arguments, begin.folder, desktop_.now());
+  send(socket, nullptr);
+}
+
+void Server::endCall(int socket, const EndCall& end) {
+  if (!clients_[socket].call) throw WireError("the end of no call");
+  calls_.end(*clients_[socket].call, end.status, end.output, desktop_.now());
+  clients_[socket].call.reset();
+  send(socket, nullptr);
 }
 
 void Server::send(int socket, const nlohmann::json& answer) {
@@ -215,6 +239,7 @@ void Server::flush(int socket) {
 void Server::drop(int socket) {
   const Client& client = clients_.at(socket);
   if (client.program) desktop_.terminateProgram(*client.program);
+  if (client.call) calls_.lose(*client.call, desktop_.now());
   for (Pending& pending : pending_) {
     if (pending.client == socket) pending.client = -1;
   }

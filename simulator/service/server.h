@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "simulator/desktop/desktop.h"
+#include "simulator/judge/call_log.h"
 #include "simulator/service/wire.h"
 
 namespace simulator {
@@ -19,9 +20,10 @@ class Server {
  public:
   using State = std::function<std::string()>;
 
-  // Listens at `path`, in the place of a service that is gone. `state` is what AskState is answered
-  // with. Throws a WireError with the reason when it cannot listen there.
-  Server(Desktop& desktop, std::string path, State state);
+  // Listens at `path`, in the place of a service that is gone. `calls` receives the calls of the
+  // tool; `state` is what AskState is answered with. Throws a WireError with the reason when it
+  // cannot listen there.
+  Server(Desktop& desktop, CallLog& calls, std::string path, State state);
   // Removes the socket.
   ~Server();
   Server(const Server&) = delete;
@@ -33,11 +35,15 @@ class Server {
   // program; a request that it made is still carried out.
   void serveUntil(int stop);
 
+  // Moves the desktop's time on at once: what is under way lands. Nobody is served afterwards.
+  void moveOn(Seconds seconds);
+
  private:
   struct Client {
     std::string received;
     std::string unsent;
     std::optional<ProgramId> program;
+    std::optional<std::size_t> call;
     bool asking = false;  // one of the requests below is its own
   };
   struct Pending {
@@ -55,11 +61,14 @@ class Server {
   void receive(int socket);
   void readMessages(int socket);
   void take(int socket, const Message& message);
+  void beginCall(int socket, const BeginCall& begin);
+  void endCall(int socket, const EndCall& end);
   void send(int socket, const nlohmann::json& answer);
   void flush(int socket);
   void drop(int socket);
 
   Desktop& desktop_;
+  CallLog& calls_;
   std::string path_;
   State state_;
   int listener_;

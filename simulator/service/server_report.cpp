@@ -4,6 +4,10 @@
 #include <optional>
 #include <vector>
 
+#include "simulator/judge/panel_fate.h"
+#include "simulator/judge/verdict.h"
+#include "simulator/panel/panel_texts.h"
+
 namespace simulator {
 namespace {
 
@@ -70,7 +74,7 @@ Json windowsJson(const Desktop& desktop) {
 }
 
 // "outcome" is "none", "chosen" or "cancelled"; "path" and "at" stand beside one that came about.
-Json panelJson(const OpenPanel& panel) {
+Json outcomeJson(const OpenPanel& panel) {
   const PanelOutcome& outcome = panel.outcome();
   switch (outcome.end) {
     case PanelOutcome::End::chosen:
@@ -81,6 +85,40 @@ Json panelJson(const OpenPanel& panel) {
       break;
   }
   return {{"outcome", "none"}};
+}
+
+Json panelJson(const OpenPanel& panel) {
+  const PanelOptions& options = panel.options();
+  Json json = outcomeJson(panel);
+  json["host"] = options.host;
+  json["service"] = options.service;
+  json["title"] = options.title.value_or(panelTexts(options.language).open);
+  json["windows"] = panel.windowNumbers();
+  json["milestones"] = Json::array();
+  for (const PanelMilestone& milestone : panel.milestones()) {
+    json["milestones"].push_back({{"at", milestone.at}, {"text", milestone.text}});
+  }
+  return json;
+}
+
+template <class T>
+Json orNull(const std::optional<T>& value) {
+  return value ? Json(*value) : Json();
+}
+
+// The verdict on a call that still runs is null.
+Json callsJson(const std::vector<ToolCall>& calls, const std::vector<PanelFate>& fates) {
+  const std::vector<std::string> verdicts = callVerdicts(calls, fates);
+  Json json = Json::array();
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    const ToolCall& call = calls[i];
+    json.push_back({{"arguments", call.arguments},
+                    {"startedAt", call.startedAt},
+                    {"endedAt", orNull(call.endedAt)},
+                    {"status", orNull(call.status)},
+                    {"verdict", call.endedAt ? Json(verdicts[i]) : Json()}});
+  }
+  return json;
 }
 
 }  // namespace
@@ -97,13 +135,16 @@ std::string outcomeLines(const Scene& scene) {
   return text + frontmostLine(scene.desktop);
 }
 
-std::string stateJson(const Scene& scene) {
+std::string stateJson(const Scene& scene, const CallLog& log) {
+  const std::vector<PanelFate> fates = panelFates(scene);
   Json panels = Json::array();
   for (const auto& panel : scene.panels) panels.push_back(panelJson(*panel));
   const Json state = {{"now", scene.desktop.now()},
                       {"processes", processesJson(scene.desktop)},
                       {"windows", windowsJson(scene.desktop)},
                       {"panels", panels},
+                      {"calls", callsJson(log.calls(), fates)},
+                      {"verdict", overallVerdict(log.calls(), fates)},
                       {"record", scene.desktop.record().toJson()}};
   return state.dump(2, ' ', false, Json::error_handler_t::replace);
 }

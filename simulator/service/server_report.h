@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "simulator/judge/call_log.h"
 #include "simulator/scenario/scene.h"
 
 namespace simulator {
@@ -11,7 +12,8 @@ namespace simulator {
 // frontmost, in order.
 std::string outcomeLines(const Scene& scene);
 
-// The processes, the windows, the panels and the record, as JSON.
-std::string stateJson(const Scene& scene);
+// The processes, the windows, the panels, the calls of the tool, what they are worth and the
+// record, as JSON.
+std::string stateJson(const Scene& scene, const CallLog& log);
 
 }  // namespace simulator

@@ -22,6 +22,9 @@
 #include <vector>
 
 #include "simulator/import/import.h"
+#include "simulator/judge/call_log.h"
+#include "simulator/judge/panel_fate.h"
+#include "simulator/judge/verdict.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "simulator/service/client.h"
@@ -38,11 +41,12 @@ namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
 constexpr int status_bad_argument = 2;
+constexpr int status_not_true = 3;
 constexpr int status_not_started = 127;
 constexpr int signal_status_base = 128;
 
 constexpr const char* usage =
-    R"(usage: tessarine-desktop run SCENARIO [--record FILE] -- COMMAND [ARGUMENT...]
+    R"(usage: tessarine-desktop run SCENARIO [--record FILE] [--judge] -- COMMAND [ARGUMENT...]
        tessarine-desktop serve SCENARIO --socket PATH
        tessarine-desktop state --socket PATH
        tessarine-desktop list
@@ -50,10 +54,12 @@ constexpr const char* usage =
 
 A simulated desktop for programs that were built to talk to one.
 
-  run    runs COMMAND on the desktop, says on standard error what the panels ended with, and
-         exits with the command's status; --record writes everything that happened as JSON
+  run    runs COMMAND on the desktop, says on standard error what the panels ended with and
+         whether the tool reported it so, and exits with the command's status; --record writes
+         everything that happened as JSON; with --judge a verdict that is not `true` is status 3
   serve  keeps the desktop until SIGINT or SIGTERM; prints what to export for programs to find it
-  state  prints the processes, windows, panels and the record of a desktop that is being served
+  state  prints the processes, windows, panels, calls, verdicts and the record of a desktop that
+         is being served
   list   names the scenarios that come with the program
   import makes a scenario out of what `tessarine inspect-open-dialog` printed on a Mac, and of
          what `tessarine list-windows` printed; says on standard error what it leaves out;
@@ -76,6 +82,7 @@ std::string takeOption(Arguments& arguments, const std::string& name) {
   }
   std::string value = *(found + 1);
   arguments.erase(found, found + 2);
+  if (std::ranges::count(arguments, name)) throw CallError(name + " is given twice");
   return value;
 }
 
@@ -90,7 +97,11 @@ std::string takeSocket(Arguments& arguments) {
   return fs::absolute(path);
 }
 
+// To be called when every option has been taken.
 std::string takeScenarioName(Arguments& arguments) {
+  for (const std::string& argument : arguments) {
+    if (argument.starts_with('-')) throw CallError("unknown option: " + argument);
+  }
   if (arguments.empty()) throw CallError("a scenario is missing; `list` names some");
   const std::string name = arguments.front();
   arguments.erase(arguments.begin());
@@ -232,6 +243,7 @@ int run(Arguments arguments) {
   const Arguments command(separator + 1, arguments.end());
   arguments.erase(separator, arguments.end());
   const std::string recordFile = takeOption(arguments, "--record");
+  const bool judged = takeFlag(arguments, "--judge");
   const std::string scenario = takeScenarioName(arguments);
   takeNoMore(arguments);
 
@@ -248,16 +260,20 @@ int run(Arguments arguments) {
   for (const Variable& variable : connection(socket, scene->desktop)) {
     setenv(variable.name.c_str(), variable.value.c_str(), 1);
   }
-  Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
+  CallLog calls;
+  Server server(scene->desktop, calls, socket, [&] { return stateJson(*scene, calls); });
   const auto started = startCommand(command);
   if (!started) return status_not_started;
   const int status = serveCommand(server, *started);
-  std::cerr << outcomeLines(*scene);
+  calls.loseAll(scene->desktop.now());
+  server.moveOn(settling_seconds);
+  const std::string verdict = overallVerdict(calls.calls(), panelFates(*scene));
+  std::cerr << outcomeLines(*scene) << "verdict: " << verdict << '\n';
   if (record.is_open())
     record << scene->desktop.record().toJson().dump(
                   2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
            << '\n';
-  return status;
+  return judged && verdict != verdict_true ? status_not_true : status;
 }
 
 int serve(Arguments arguments) {
@@ -266,7 +282,8 @@ int serve(Arguments arguments) {
   takeNoMore(arguments);
   const auto scene = makeScene(scenarioOf(scenario));
   noteSignals({SIGINT, SIGTERM});
-  Server server(scene->desktop, socket, [&] { return stateJson(*scene); });
+  CallLog calls;
+  Server server(scene->desktop, calls, socket, [&] { return stateJson(*scene, calls); });
   for (const Variable& variable : connection(socket, scene->desktop)) {
     std::cout << "export " << variable.name << '=' << shellQuoted(variable.value) << std::endl;
   }

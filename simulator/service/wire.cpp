@@ -71,6 +71,23 @@ struct RequestEncoder {
   json operator()(const AskDisplayName& r) const { return json::array({"display name", r.path}); }
 };
 
+// The texts of a record follow its name and its first text.
+json encodeTexts(const char* name, const std::string& first, const std::vector<std::string>& rest) {
+  json record = json::array({name, first});
+  for (const std::string& text : rest) record.push_back(text);
+  return record;
+}
+
+struct MessageEncoder {
+  json operator()(const Request& request) const { return std::visit(RequestEncoder{}, request); }
+  json operator()(const StartProgram& m) const { return encodeTexts("start", m.path, m.arguments); }
+  json operator()(const AskState&) const { return json::array({"state"}); }
+  json operator()(const BeginCall& m) const {
+    return encodeTexts("begin call", m.folder, m.arguments);
+  }
+  json operator()(const EndCall& m) const { return {"end call", m.status, m.output}; }
+};
+
 // Reads the members of a record one after the other.
 class Members {
  public:
@@ -207,10 +224,17 @@ Message takeSet(Members& members) {
   return Request(std::move(set));
 }
 
-Message takeProgram(Members& members) {
-  StartProgram start{members.take<std::string>(), {}};
-  while (!members.atEnd()) start.arguments.push_back(members.take<std::string>());
-  return start;
+// A program or a call: a path, then the arguments.
+template <class T>
+Message takeTexts(Members& members) {
+  T message{members.take<std::string>(), {}};
+  while (!members.atEnd()) message.arguments.push_back(members.take<std::string>());
+  return message;
+}
+
+Message takeEndCall(Members& members) {
+  const auto status = members.take<int>();
+  return EndCall{status, members.take<std::string>()};
 }
 
 Message takeCopy(Members& members) {
@@ -242,7 +266,9 @@ const std::map<std::string, Taker>& takers() {
       {"windows", [](Members&) -> Message { return Request(AskWindows{}); }},
       {"display name",
        [](Members& m) -> Message { return Request(AskDisplayName{m.take<std::string>()}); }},
-      {"start", takeProgram},
+      {"start", takeTexts<StartProgram>},
+      {"begin call", takeTexts<BeginCall>},
+      {"end call", takeEndCall},
       {"state", [](Members&) -> Message { return AskState{}; }},
   };
   return table;
@@ -251,15 +277,7 @@ const std::map<std::string, Taker>& takers() {
 }  // namespace
 
 json encode(const Message& message) {
-  if (const auto* request = std::get_if<Request>(&message)) {
-    return std::visit(RequestEncoder{}, *request);
-  }
-  if (const auto* start = std::get_if<StartProgram>(&message)) {
-    json record = json::array({"start", start->path});
-    for (const std::string& argument : start->arguments) record.push_back(argument);
-    return record;
-  }
-  return json::array({"state"});
+  return std::visit(MessageEncoder{}, message);
 }
 
 json encode(const Reply& reply) {

@@ -29,7 +29,20 @@ struct StartProgram {
 // Answered with the state of the service, a text.
 struct AskState {};
 
-using Message = std::variant<Request, StartProgram, AskState>;
+// A call of the tool begins. Answered with null. The connection is the call's until EndCall; when
+// it closes before, the call is gone without a word.
+struct BeginCall {
+  std::string folder;                  // the current one
+  std::vector<std::string> arguments;  // without the program's own name
+};
+
+// The call of this connection is about to end. Answered with null.
+struct EndCall {
+  int status = 0;
+  std::string output;  // what it printed on standard output
+};
+
+using Message = std::variant<Request, StartProgram, AskState, BeginCall, EndCall>;
 
 nlohmann::json encode(const Message& message);
 nlohmann::json encode(const Reply& reply);

@@ -14,7 +14,8 @@ namespace {
 using nlohmann::ordered_json;
 
 constexpr const char* quietEnd =
-    "mouse events: 0\nsession-wide events: 0\nfrontmost application: Terminal, never changed\n";
+    "mouse events: 0\nsession-wide events: 0\nfrontmost application: Terminal, never changed\n"
+    "verdict: true\n";
 
 TEST(OnADesktop, AFolderWithAnAwkwardNameIsChosenInTheBackground) {
   const TemporaryFolder folder;

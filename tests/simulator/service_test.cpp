@@ -106,6 +106,17 @@ TEST(Wire, ProgramsAndTheirResultsArriveAsTheyWereSent) {
   EXPECT_EQ(result.standardError, "\xFF");
 }
 
+TEST(Wire, CallsArriveAsTheyWereSent) {
+  const BeginCall begin{"/tmp/\xFE", {"close", "", "--pid"}};
+  const auto begun = std::get<BeginCall>(decodeMessage(through(encode(Message(begin)))));
+  EXPECT_EQ(begun.folder, begin.folder);
+  EXPECT_EQ(begun.arguments, begin.arguments);
+  const EndCall end{-1, std::string("{\"ok\"\0\xFF", 7)};
+  const auto ended = std::get<EndCall>(decodeMessage(through(encode(Message(end)))));
+  EXPECT_EQ(ended.status, end.status);
+  EXPECT_EQ(ended.output, end.output);
+}
+
 TEST(Wire, EveryKindOfValueArrivesAsItWasSent) {
   const double infinity = std::numeric_limits<double>::infinity();
   const List values = {Value(),
@@ -157,6 +168,12 @@ TEST(Wire, WhatHasNotTheExpectedFormIsRefused) {
   EXPECT_EQ(refusal({"copy", 5000000000, 0, "AXRole"}),
             R"(a member has the wrong type: ["copy",5000000000,0,"AXRole"])");
   EXPECT_EQ(refusal({"set", 501, 0, "AXValue", {"colour", 1, 2}}), "unknown kind of value: colour");
+  EXPECT_EQ(refusal(json::array({"begin call"})), R"(a member is missing: ["begin call"])");
+  EXPECT_EQ(refusal({"begin call", "/", "close", 1}),
+            R"(a member has the wrong type: ["begin call","/","close",1])");
+  EXPECT_EQ(refusal({"end call", 0}), R"(a member is missing: ["end call",0])");
+  EXPECT_EQ(refusal({"end call", "0", ""}), R"(a member has the wrong type: ["end call","0",""])");
+  EXPECT_EQ(refusal({"end call", 0, "", 0}), R"(a member too many: ["end call",0,"",0])");
   std::string tooLong("\xFF\xFF\xFF\xFF", 4);
   EXPECT_THROW(unpack(tooLong), WireError);
   std::string notCbor("\0\0\0\1\xFF", 5);
@@ -192,7 +209,8 @@ class Service : public testing::Test {
     });
   }
   void serve() {
-    auto server = std::make_shared<Server>(desktop, path, [] { return std::string("state"); });
+    auto server =
+        std::make_shared<Server>(desktop, calls, path, [] { return std::string("state"); });
     thread = std::thread([this, server] { server->serveUntil(stopPipe[0]); });
   }
   void stop() {
@@ -213,6 +231,7 @@ class Service : public testing::Test {
   }
 
   Desktop desktop;
+  CallLog calls;
   std::string path;
   int stopPipe[2] = {-1, -1};
   std::thread thread;
@@ -284,9 +303,67 @@ TEST_F(Service, AClientThatTalksNonsenseIsLetGoAndTheOthersStay) {
   EXPECT_EQ(role(other, browser), "AXApplication");
 }
 
+TEST_F(Service, ACallIsKnownFromItsBeginToItsEnd) {
+  serve();
+  Connection connection(path);
+  EXPECT_EQ(connection.exchange(BeginCall{"/usr", {"close", "--path", "lib"}}), nullptr);
+  EXPECT_EQ(connection.exchange(EndCall{1, "output"}), nullptr);
+  EXPECT_EQ(connection.exchange(BeginCall{"/", {"list-windows"}}), nullptr);
+  stop();
+  ASSERT_EQ(calls.calls().size(), 2U);
+  const ToolCall& first = calls.calls()[0];
+  EXPECT_EQ(first.arguments, (std::vector<std::string>{"close", "--path", "lib"}));
+  EXPECT_TRUE(first.target.starts_with("/usr/lib")) << first.target;
+  EXPECT_GE(first.endedAt, first.startedAt);
+  EXPECT_EQ(first.status, 1);
+  EXPECT_EQ(first.output, "output");
+  EXPECT_GE(calls.calls()[1].startedAt, first.endedAt);
+  EXPECT_EQ(calls.calls()[1].endedAt, std::nullopt);
+  EXPECT_EQ(calls.calls()[1].status, std::nullopt);
+}
+
+TEST_F(Service, ACallWhoseConnectionClosesHasEndedWithoutAWord) {
+  serve();
+  auto connection = std::make_unique<Connection>(path);
+  connection->exchange(BeginCall{"/", {"close"}});
+  connection.reset();
+  Connection other(path);
+  EXPECT_EQ(role(other, browser), "AXApplication");
+  stop();
+  ASSERT_EQ(calls.calls().size(), 1U);
+  EXPECT_NE(calls.calls()[0].endedAt, std::nullopt);
+  EXPECT_EQ(calls.calls()[0].status, std::nullopt);
+}
+
+TEST_F(Service, AConnectionIsOneCallAtATime) {
+  serve();
+  Connection within(path);
+  within.exchange(BeginCall{"/", {"close"}});
+  EXPECT_THROW(within.exchange(BeginCall{"/", {"close"}}), WireError);
+  Connection without(path);
+  EXPECT_THROW(without.exchange(EndCall{0, ""}), WireError);
+  Connection other(path);
+  EXPECT_EQ(role(other, browser), "AXApplication");
+  stop();
+  EXPECT_EQ(calls.calls().size(), 1U);
+}
+
+TEST_F(Service, TimeThatIsMovedOnPassesAtOnce) {
+  Seconds landed = 0;
+  desktop.schedule(1.5, [&] { landed = desktop.now(); });
+  Server server(desktop, calls, path, [] { return std::string(); });
+  const auto begun = std::chrono::steady_clock::now();
+  server.moveOn(1.4);
+  EXPECT_EQ(landed, 0);
+  server.moveOn(0.2);
+  EXPECT_EQ(landed, 1.5);
+  EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(1));
+}
+
 std::string refusal(Desktop& desktop, const std::string& path) {
   try {
-    const Server server(desktop, path, [] { return std::string(); });
+    CallLog calls;
+    const Server server(desktop, calls, path, [] { return std::string(); });
   } catch (const WireError& error) {
     return error.what();
   }

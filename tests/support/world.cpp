@@ -2,12 +2,14 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <sstream>
 
 #include "cli/entry.h"
 #include "core/tables.h"
 #include "core/text.h"
 #include "simulator/frameworks/ledger.h"
+#include "simulator/judge/verdict.h"
 #include "simulator/seams/virtual/virtual_world.h"
 #include "support/capture_helper_program.h"
 
@@ -113,8 +115,15 @@ Outcome World::run(const std::vector<std::string>& arguments) {
   commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
   std::ostringstream output;
   std::ostringstream errors;
+  const auto call = calls_.begin(arguments, std::filesystem::current_path(), desktop().now());
   const ExitStatus status = runTool(commandLine, output, errors);
+  calls_.end(call, static_cast<int>(status), output.str(), desktop().now());
   return {static_cast<int>(status), output.str(), errors.str()};
+}
+
+std::string World::verdict() {
+  desktop().advanceTo(desktop().now() + simulator::settling_seconds);
+  return simulator::overallVerdict(calls_.calls(), simulator::panelFates(*scene_));
 }
 
 namespace {

@@ -15,6 +15,7 @@
 #include "core/tool_error.h"
 #include "platform/element.h"
 #include "simulator/desktop/desktop.h"
+#include "simulator/judge/call_log.h"
 #include "simulator/scenario/scene.h"
 #include "support/temporary_folder.h"
 
@@ -81,8 +82,13 @@ class World {
   Outcome run(std::initializer_list<std::string> arguments);
   Outcome run(const std::vector<std::string>& arguments);
 
+  // Whether the runs so far reported what the panels did: see simulator/judge/verdict.h. Time moves
+  // on before, so that what is under way lands.
+  std::string verdict();
+
  private:
   std::unique_ptr<simulator::Scene> scene_;
+  simulator::CallLog calls_;
   AttachedDesktop attached_;
 };
 
