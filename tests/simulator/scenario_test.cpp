@@ -42,13 +42,15 @@ TEST(ScenarioMistake, UnknownKey) {
       "folder/wrong.json: /screens/0/depth: no such key; expected one of x, y, width, height");
   EXPECT_EQ(mistake(R"({"pa/nels": []})"),
             "folder/wrong.json: /pa~1nels: no such key; expected one of description, language, "
-            "home, volume, volumes, places, lastGoToPath, screens, processes, frontmost, panels, "
-            "person, faults");
+            "home, volume, volumes, places, lastGoToPath, showsSystemFolders, screens, processes, "
+            "frontmost, panels, person, faults");
 }
 
 TEST(ScenarioMistake, WrongType) {
   EXPECT_EQ(mistake("[]"), "folder/wrong.json: /: expected an object");
   EXPECT_EQ(mistake(R"({"volume": 1})"), "folder/wrong.json: /volume: expected a text");
+  EXPECT_EQ(mistake(R"({"showsSystemFolders": 1})"),
+            "folder/wrong.json: /showsSystemFolders: expected true or false");
   EXPECT_EQ(mistake(R"({"panels": {}})"), "folder/wrong.json: /panels: expected a list");
   EXPECT_EQ(mistake(R"({"panels": [7]})"), "folder/wrong.json: /panels/0: expected an object");
   EXPECT_EQ(panelMistake(R"(, "goTo": {"comboBox": 1})"),
@@ -65,6 +67,10 @@ TEST(ScenarioMistake, OutOfRange) {
   EXPECT_EQ(panelMistake(R"(, "faults": {"pressRefused": 1})"),
             "folder/wrong.json: /panels/0/faults/pressRefused: expected a whole number from "
             "-25214 to 0");
+  for (const char* count : {"0", "9"}) {
+    EXPECT_EQ(panelMistake(std::string(R"(, "listColumns": )") + count),
+              "folder/wrong.json: /panels/0/listColumns: expected a whole number from 1 to 8");
+  }
   EXPECT_EQ(mistake(R"({"screens": []})"),
             "folder/wrong.json: /screens: expected at least one screen");
 }
@@ -81,9 +87,8 @@ TEST(ScenarioMistake, UnknownChoice) {
             "folder/wrong.json: /panels/0/mode: expected one of \"folders\", \"files\"");
   EXPECT_EQ(mistake(R"({"language": 1})"),
             "folder/wrong.json: /language: expected one of \"en\", \"zh-Hans\", \"de\"");
-  EXPECT_EQ(panelMistake(R"(, "view": "columns")"),
-            "folder/wrong.json: /panels/0/view: expected \"list\": columns and icons are not "
-            "modelled");
+  EXPECT_EQ(panelMistake(R"(, "view": "gallery")"),
+            "folder/wrong.json: /panels/0/view: expected one of \"list\", \"columns\", \"icons\"");
 }
 
 TEST(ScenarioMistake, PlacesVolumesLayoutsAndWindowLists) {
@@ -166,6 +171,7 @@ TEST(Scenario, OptionsReachThePanel) {
     "language": "de",
     "panels": [{"shape": "embedded", "mode": "files", "slow": 2, "prompt": "Los",
                 "frame": {"x": 1, "y": 2, "width": 300, "height": 400},
+                "view": "icons", "listColumns": 2,
                 "faults": {"closesLateBySeconds": 1.5}}]})",
                                              "some/name.json");
   EXPECT_EQ(scenario.name, "name");
@@ -177,6 +183,8 @@ TEST(Scenario, OptionsReachThePanel) {
   EXPECT_EQ(panel.serviceCommand, "Open and Save Panel Service (Google Chrome)");
   EXPECT_EQ(panel.frame, (Rect{1, 2, 300, 400}));
   EXPECT_EQ(panel.prompt, "Los");
+  EXPECT_EQ(panel.view, PanelView::icons);
+  EXPECT_EQ(panel.listColumns, 2);
   EXPECT_EQ(panel.faults.closesLateBySeconds, 1.5);
 }
 
@@ -265,6 +273,7 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
                                           "chinese-service-window",
                                           "chrome-dev",
                                           "chrome-dev-frontmost",
+                                          "columns",
                                           "edge",
                                           "edge-chinese",
                                           "english-host-sheet",
@@ -276,6 +285,7 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
                                           "german-service-window",
                                           "goto-sheet-open",
                                           "half-off-screen-panel",
+                                          "icons",
                                           "keys-reach-host",
                                           "late-panel",
                                           "no-panel",
