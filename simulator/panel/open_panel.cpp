@@ -418,7 +418,7 @@ void OpenPanel::close() {
   const bool last = --surroundings_.panelsToServe[options_.service] == 0;
   if (last && options_.serviceEnds) desktop_.terminateProcess(options_.service, false);
   note(outcome_.end == PanelOutcome::End::chosen ? "panel closed: chosen " + outcome_.path
-                                                 : "panel closed: cancelled");
+                                                  : "panel closed: cancelled");
   const bool uploads = options_.mode == PanelMode::upload;
   if (!uploads || !options_.asksAfterUpload || outcome_.end != PanelOutcome::End::chosen) return;
   question_.emplace(desktop_, options_, [this](const std::string& answer) { note(answer); });

@@ -113,9 +113,9 @@ void OpenPanel::pressCommandDown() {
 }
 
 // Assumed (Live.RightArrowOnAFolderLeadsNowhere): Right Arrow would unfold a row of the list view
-// in place, which is not drawn and changes nothing else. Assumed
-// (Live.CommandAInTheListSelectsNothingMore, Live.DeleteInTheListRemovesNothing): a panel that
-// chooses one thing has nothing to do on Command-A or Delete.
+// in place, which is not drawn and changes nothing else.
+// Assumed (Live.CommandAInTheListSelectsNothingMore, Live.DeleteInTheListRemovesNothing): a panel
+// that chooses one thing has nothing to do on Command-A or Delete.
 void OpenPanel::pressListKey(const Keystroke& stroke) {
   const bool focused = keyboard_ == Keyboard::list;
   if (stroke.is(key::returnKey) || stroke.is(key::keypadEnter)) {

@@ -56,9 +56,8 @@ const PanelTexts simplifiedChinese{
 };
 
 // Assumed (Live.AGermanPanelNamesItsControlsInGerman, Live.AGermanPanelHeadsItsListsInGerman,
-// Live.AGermanPanelNamesItsColumnsInGerman,
-// Live.AGermanPanelNamesItsIconsInGerman, Live.AGermanFilePanelOpens,
-// Live.AGermanGoToSheetAsksInGerman): all.
+// Live.AGermanPanelNamesItsColumnsInGerman, Live.AGermanPanelNamesItsIconsInGerman,
+// Live.AGermanFilePanelOpens, Live.AGermanGoToSheetAsksInGerman): all.
 const PanelTexts german{
     .open = "Öffnen",
     .description = "",

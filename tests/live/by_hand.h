@@ -25,6 +25,7 @@ inline constexpr std::uint16_t key_g = 5;
 inline constexpr std::uint16_t key_return = 36;
 inline constexpr std::uint16_t key_backspace = 51;
 inline constexpr std::uint16_t key_escape = 53;
+inline constexpr std::uint16_t key_left = 123;
 inline constexpr std::uint16_t key_right = 124;
 inline constexpr std::uint16_t key_down = 125;
 inline constexpr std::uint16_t key_up = 126;
