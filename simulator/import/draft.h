@@ -33,6 +33,7 @@ class Draft {
   void addPanel(SeenPanel panel, std::optional<Pid> service);
   void describeWords(SeenPanel& panel);
   void describeModality(SeenPanel& panel);
+  void describeView(SeenPanel& panel);
   void describeFrames(SeenPanel& panel);
   void describeGoTo(SeenPanel& panel);
   void describeMissingButtons(SeenPanel& panel);

@@ -30,10 +30,10 @@ const char* nameOf(PanelShape shape) {
 }
 
 // The roles of which the simulated panel has elements, too.
-constexpr std::array<std::string_view, 16> modelled_roles{
-    "AXButton",   "AXCell",        "AXComboBox", "AXGroup",      "AXImage", "AXMenuButton",
-    "AXOutline",  "AXPopUpButton", "AXRow",      "AXScrollArea", "AXSheet", "AXSplitGroup",
-    "AXSplitter", "AXStaticText",  "AXTable",    "AXTextField"};
+constexpr std::array<std::string_view, 18> modelled_roles{
+    "AXBrowser", "AXList",       "AXButton",   "AXCell",        "AXComboBox", "AXGroup",
+    "AXImage",   "AXMenuButton", "AXOutline",  "AXPopUpButton", "AXRow",      "AXScrollArea",
+    "AXSheet",   "AXSplitGroup", "AXSplitter", "AXStaticText",  "AXTable",    "AXTextField"};
 
 // A role or a subrole. What does not look like one may be anything, also a name: it is not
 // repeated.
@@ -78,6 +78,7 @@ void Draft::addPanel(SeenPanel panel, std::optional<Pid> service) {
   panel.json["language"] = languageTag(panel.language());
   describeWords(panel);
   describeModality(panel);
+  describeView(panel);
   describeFrames(panel);
   describeGoTo(panel);
   describeMissingButtons(panel);
@@ -124,6 +125,12 @@ void Draft::describeModality(SeenPanel& panel) {
   } else if (listed->subrole != "AXDialog") {
     omit("the subrole of " + panel.dialog->place + ", " + inQuotes(listed->subrole));
   }
+}
+
+void Draft::describeView(SeenPanel& panel) {
+  const Node* list = fileList(panel.nodes);
+  if (list == nullptr || list->role == "AXOutline") return;
+  panel.json["view"] = list->role == "AXBrowser" ? "columns" : "icons";
 }
 
 void Draft::describeFrames(SeenPanel& panel) {

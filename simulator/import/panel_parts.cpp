@@ -22,6 +22,12 @@ const Node* sidebar(const Nodes& nodes) {
 }
 
 const Node* fileList(const Nodes& nodes) {
+  // A page behind the panel may have lists, too.
+  const Node* other = first(nodes, [](const Node& node) {
+    return node.role == "AXBrowser" ||
+           (node.role == "AXList" && says(node.description, &PanelTexts::iconView));
+  });
+  if (other != nullptr) return other;
   const Node* marked = first(nodes, [](const Node& node) {
     return node.role == "AXOutline" && mentions(node.description, &PanelTexts::listView);
   });

@@ -9,9 +9,10 @@ namespace {
 constexpr std::array languages{Language::english, Language::simplifiedChinese, Language::german};
 
 // These tell the languages apart.
-constexpr std::array markers{&PanelTexts::cancel,  &PanelTexts::choose,   &PanelTexts::newFolder,
-                             &PanelTexts::sidebar, &PanelTexts::listView, &PanelTexts::viewOptions,
-                             &PanelTexts::groupBy, &PanelTexts::where,    &PanelTexts::goToFolder};
+constexpr std::array markers{
+    &PanelTexts::cancel,     &PanelTexts::choose,      &PanelTexts::newFolder, &PanelTexts::sidebar,
+    &PanelTexts::listView,   &PanelTexts::viewOptions, &PanelTexts::groupBy,   &PanelTexts::where,
+    &PanelTexts::goToFolder, &PanelTexts::columnView,  &PanelTexts::iconView};
 constexpr std::array others{&PanelTexts::open, &PanelTexts::description, &PanelTexts::search,
                             &PanelTexts::back, &PanelTexts::forward,     &PanelTexts::name,
                             &PanelTexts::go,   &PanelTexts::favourites};

@@ -3,6 +3,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <iterator>
@@ -30,6 +31,18 @@ std::string folded(const std::string& name) {
   std::free(mapped);
   return result;
 }
+
+// Hidden on the boot volume, by the file system's flags.
+constexpr std::array<std::string_view, 11> hidden_in_root{
+    "bin", "cores", "dev", "etc", "opt", "private", "sbin", "tmp", "usr", "var", "Volumes"};
+
+// Assumed (Live.AnApplicationIsShownAsAFile, Live.APhotoLibraryIsShownAsAFile): what the system and
+// Apple's own programs declare as packages; other programs declare further types.
+constexpr std::array<std::string_view, 22> package_extensions{
+    "action",   "app",         "appex",     "bundle", "component",     "framework",
+    "kext",     "mdimporter",  "mpkg",      "pkg",    "photoslibrary", "plugin",
+    "prefpane", "qlgenerator", "rtfd",      "saver",  "scptd",         "service",
+    "wdgt",     "workflow",    "xcodeproj", "xpc"};
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
@@ -62,9 +75,20 @@ bool comesBefore(const std::string& left, const std::string& right) {
   return left.size() - l < right.size() - r;
 }
 
+template <typename Names>
+bool isOneOf(const Names& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool hasPackageExtension(const std::string& name) {
+  const std::size_t dot = name.rfind('.');
+  return dot != name.npos && isOneOf(package_extensions, folded(name.substr(dot + 1)));
+}
+
 }  // namespace
 
-std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder order) {
+std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder order,
+                                        bool showsSystemFolders) {
   struct Keyed {
     std::string key;
     fs::file_time_type modified;  // of no interest when ordered by name
@@ -75,10 +99,13 @@ std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder ord
   for (const auto& item : fs::directory_iterator(folder, ignored)) {
     const std::string name = item.path().filename().string();
     if (name.starts_with(".")) continue;
+    if (folder == "/" && !showsSystemFolders && isOneOf(hidden_in_root, name)) continue;
     std::error_code broken;  // a link that leads nowhere is no folder and the oldest
     fs::file_time_type modified;
     if (order == SortOrder::date) modified = item.last_write_time(broken);
-    found.push_back({folded(name), modified, {name, item.is_directory(broken)}});
+    const bool directory = item.is_directory(broken);
+    const bool package = directory && hasPackageExtension(name);
+    found.push_back({folded(name), modified, {name, directory, package}});
   }
   std::sort(found.begin(), found.end(), [](const Keyed& left, const Keyed& right) {
     if (left.modified != right.modified) return left.modified > right.modified;
@@ -103,6 +130,10 @@ FolderState folderState(const std::string& folder) {
 bool isDirectory(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(path, ignored);
+}
+
+bool isPackage(const std::string& path) {
+  return isDirectory(path) && hasPackageExtension(fs::path(path).filename().string());
 }
 
 std::string parentFolder(const std::string& path) {

@@ -12,6 +12,7 @@ namespace simulator {
 struct FolderEntry {
   std::string name;
   bool directory = false;
+  bool package = false;  // a directory that is shown as a file
 };
 
 enum class SortOrder {
@@ -19,9 +20,10 @@ enum class SortOrder {
   date,  // by modification time, the newest first; of the same time by name
 };
 
-// The visible entries (no name that begins with a dot). A folder that cannot be read has none.
-std::vector<FolderEntry> visibleEntries(const std::string& folder,
-                                        SortOrder order = SortOrder::name);
+// The visible entries: no name that begins with a dot and, unless `showsSystemFolders`, none of the
+// folders of "/" that a Mac hides. A folder that cannot be read has none.
+std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder order,
+                                        bool showsSystemFolders);
 
 // Tells one state of a folder from another. The count of all entries finds what happened within
 // one tick of the clock that stamps folders.
@@ -33,6 +35,9 @@ struct FolderState {
 FolderState folderState(const std::string& folder);
 
 bool isDirectory(const std::string& path);
+
+// A directory that is shown as a file and not entered, as its name tells.
+bool isPackage(const std::string& path);
 
 // The folder above; "/" for "/".
 std::string parentFolder(const std::string& path);

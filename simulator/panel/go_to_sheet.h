@@ -21,6 +21,7 @@ struct PanelSurroundings {
   std::string home = "/";
   std::optional<std::vector<SidebarPlace>> places;  // absent: the usual ones
   std::string lastGoToPath;          // prefills the next go-to sheet of any application
+  bool showsSystemFolders = false;   // in lists of "/", those that a Mac hides
   std::map<Pid, int> panelsToServe;  // panels that are open or will be, by their service
 };
 

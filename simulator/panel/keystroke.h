@@ -20,6 +20,7 @@ inline constexpr std::uint16_t period = 47;
 inline constexpr std::uint16_t backspace = 51;
 inline constexpr std::uint16_t escape = 53;
 inline constexpr std::uint16_t keypadEnter = 76;
+inline constexpr std::uint16_t left = 123;
 inline constexpr std::uint16_t right = 124;
 inline constexpr std::uint16_t down = 125;
 inline constexpr std::uint16_t up = 126;

@@ -227,22 +227,23 @@ void OpenPanel::closeWindow(std::uint32_t number) {
 void OpenPanel::openLists() {
   places_ = sidebarPlaces();
   buildLists(elements_, options_, places_);
-  listing_ = std::make_unique<Listing>(*elements_.list, panelTexts(options_.language).name,
-                                       options_.faults.ignoresSelection);
-  listing_->selectionChanged = [this] { updateControls(); };
-  listing_->opened = [this](const Listing::Row& row) { openRow(row); };
-  elements_.list->set("AXFocused", false);
-  elements_.list->makeSettable("AXFocused", [this](const Value& value) {
-    const bool* focused = std::get_if<bool>(&value);
-    if (focused == nullptr) return ax::illegalArgument;
-    if (*focused) takeKeyboard(Keyboard::list);
-    return ax::success;
-  });
+  openListing();
   attachPlaces();
   show(typedPath(options_.folder, surroundings_.home, "/").value_or("/"));
   // Assumed (Live.ABackgroundPanelHasNoKeyboardUntilItIsClicked): a panel that opens in the
   // background has no keyboard until something in it is clicked.
   if (desktop_.frontmost() == options_.host) takeKeyboard(Keyboard::list);
+}
+
+void OpenPanel::openListing() {
+  std::vector<std::string> starts;
+  for (const SidebarPlace& place : places_) starts.push_back(place.path);
+  for (const auto& [path, name] : desktop_.volumes()) starts.push_back(path);
+  listing_ = makeListing(*elements_.list, options_, starts);
+  listing_->rowsOf = [this](const std::string& folder) { return rowsOf(folder); };
+  listing_->selectionChanged = [this] { updateControls(); };
+  listing_->opened = [this](const Listing::Row& row) { openRow(row); };
+  listing_->keyboardWanted = [this] { takeKeyboard(Keyboard::list); };
 }
 
 void OpenPanel::openControls() {
@@ -299,8 +300,8 @@ void OpenPanel::show(const std::string& folder) {
 
 void OpenPanel::fillListing() {
   followed_at_ = desktop_.now();
-  folder_state_ = folderState(folder_);
-  listing_->show(rowsOfFolder());
+  listing_->show(folder_);
+  folder_states_.clear();
   if (keyboard_ == Keyboard::list) takeKeyboard(Keyboard::list);
 }
 
@@ -311,35 +312,36 @@ void OpenPanel::followFolder() {
   if (phase_ != Phase::open || !alive() || options_.faults.staleListing) return;
   if (desktop_.now() < followed_at_ + follow_interval) return;
   followed_at_ = desktop_.now();
-  const FolderState state = folderState(folder_);
-  if (state == folder_state_) return;
-  folder_state_ = state;
-  const std::vector<Listing::Row>& shown = listing_->rows();
-  const std::vector<Listing::Row> present = rowsOfFolder();
-  const bool same =
-      std::equal(shown.begin(), shown.end(), present.begin(), present.end(),
-                 [](const Listing::Row& left, const Listing::Row& right) {
-                   return left.path == right.path && left.directory == right.directory;
-                 });
-  if (same) return;
+  const std::vector<FolderState> states = folderStates();
+  if (states == folder_states_) return;
+  folder_states_ = states;
+  if (listing_->isCurrent()) return;
   const std::string selected = listing_->selected() != nullptr ? listing_->selected()->path : "";
   fillListing();
   listing_->selectPath(selected);
   updateControls();
 }
 
+std::vector<FolderState> OpenPanel::folderStates() const {
+  std::vector<FolderState> states;
+  for (const std::string& folder : listing_->folders()) states.push_back(folderState(folder));
+  return states;
+}
+
 // Assumed (Live.AFolderPanelShowsFiles, Live.AFolderPanelSelectsNoFile): a folder panel shows files
 // but does not let them be selected.
 // Assumed (Live.ASearchKeepsTheEntriesWhoseNamesContainItsText): a search keeps the entries of the
-// folder whose names contain its text.
-std::vector<Listing::Row> OpenPanel::rowsOfFolder() const {
+// folder shown whose names contain its text.
+std::vector<Listing::Row> OpenPanel::rowsOf(const std::string& folder) const {
   std::vector<Listing::Row> rows;
-  for (const auto& entry : visibleEntries(folder_, options_.sort)) {
-    const std::string path = pathWithin(folder_, entry.name);
+  for (const auto& entry :
+       visibleEntries(folder, options_.sort, surroundings_.showsSystemFolders)) {
+    const std::string path = pathWithin(folder, entry.name);
     const std::string name = desktop_.displayName(path);
-    if (name.find(search_.text) == std::string::npos) continue;
-    const bool selectable = entry.directory || options_.mode == PanelMode::files;
-    rows.push_back({path, name, entry.directory, selectable, nullptr});
+    if (folder == folder_ && name.find(search_.text) == std::string::npos) continue;
+    const bool entered = entry.directory && !entry.package;
+    const bool selectable = entered || options_.mode == PanelMode::files;
+    rows.push_back({path, name, entered, entry.package, selectable, nullptr});
   }
   return rows;
 }
@@ -416,7 +418,7 @@ void OpenPanel::close() {
   const bool last = --surroundings_.panelsToServe[options_.service] == 0;
   if (last && options_.serviceEnds) desktop_.terminateProcess(options_.service, false);
   note(outcome_.end == PanelOutcome::End::chosen ? "panel closed: chosen " + outcome_.path
-                                                 : "panel closed: cancelled");
+                                                  : "panel closed: cancelled");
   const bool uploads = options_.mode == PanelMode::upload;
   if (!uploads || !options_.asksAfterUpload || outcome_.end != PanelOutcome::End::chosen) return;
   question_.emplace(desktop_, options_, [this](const std::string& answer) { note(answer); });

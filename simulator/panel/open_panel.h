@@ -79,6 +79,7 @@ class OpenPanel final : private GoToSheetOwner {
   void startService();
   void openRoot();
   void openLists();
+  void openListing();
   void openControls();
   void openWindows();
   ElementTable& tableOfContents();
@@ -111,7 +112,8 @@ class OpenPanel final : private GoToSheetOwner {
   void show(const std::string& folder);
   void fillListing();
   void followFolder();
-  std::vector<Listing::Row> rowsOfFolder() const;
+  std::vector<FolderState> folderStates() const;
+  std::vector<Listing::Row> rowsOf(const std::string& folder) const;
   void openRow(const Listing::Row& row);
   void updateControls();
   bool canConfirm() const;
@@ -158,8 +160,8 @@ class OpenPanel final : private GoToSheetOwner {
   Element* menu_ = nullptr;
   std::vector<std::string> menu_paths_;  // where its items lead
   std::string folder_;
-  FolderState folder_state_;  // when it was last read
-  Seconds followed_at_ = 0;   // when that was compared
+  std::vector<FolderState> folder_states_;  // of the folders listed, since they were compared
+  Seconds followed_at_ = 0;                 // when that was
   std::vector<std::string> behind_;
   std::vector<std::string> ahead_;
   EditedText search_;

@@ -174,9 +174,9 @@ void OpenPanel::pickMenuItem(const std::string& path) {
 
 void OpenPanel::takeKeyboard(Keyboard where) {
   keyboard_ = where;
-  elements_.list->set("AXFocused", where == Keyboard::list);
+  listing_->showKeyboard(where == Keyboard::list);
   if (elements_.search != nullptr) elements_.search->set("AXFocused", where == Keyboard::search);
-  const Element* focused = where == Keyboard::list     ? elements_.list
+  const Element* focused = where == Keyboard::list     ? &listing_->keyboardElement()
                            : where == Keyboard::search ? elements_.search
                                                        : nullptr;
   if (focused != nullptr && !go_to_.isShown() && isSeen()) {

@@ -112,8 +112,8 @@ void OpenPanel::pressCommandDown() {
   confirm();
 }
 
-// Assumed (Live.RightArrowOnAFolderLeadsNowhere): Right Arrow would unfold a row in place, which is
-// not drawn and changes nothing else.
+// Assumed (Live.RightArrowOnAFolderLeadsNowhere): Right Arrow would unfold a row of the list view
+// in place, which is not drawn and changes nothing else.
 // Assumed (Live.CommandAInTheListSelectsNothingMore, Live.DeleteInTheListRemovesNothing): a panel
 // that chooses one thing has nothing to do on Command-A or Delete.
 void OpenPanel::pressListKey(const Keystroke& stroke) {
@@ -124,6 +124,10 @@ void OpenPanel::pressListKey(const Keystroke& stroke) {
     listing_->moveSelection(1);
   } else if (focused && stroke.is(key::up)) {
     listing_->moveSelection(-1);
+  } else if (focused && stroke.is(key::right)) {
+    listing_->moveAcross(1);
+  } else if (focused && stroke.is(key::left)) {
+    listing_->moveAcross(-1);
   } else if (focused && stroke.text == "/") {
     openGoTo("/");
   }
@@ -196,8 +200,7 @@ void OpenPanel::mouseDown(const MouseEvent& event) {
   takeKeyboard(Keyboard::list);
   // Assumed (Live.AClickOnARowSelectsIt, Live.AClickBelowTheRowsLeavesNothingSelected): a click
   // selects the row under it, and beside the rows it takes the selection away.
-  const Listing::Row* row = listing_->rowAt(event.at);
-  listing_->select(row);
+  const Listing::Row* row = listing_->click(event.at);
   if (row != nullptr) pressed_row_ = row->path;
 }
 
@@ -229,11 +232,12 @@ void OpenPanel::goToSheetOpened() {
   updateControls();
 }
 
-// Assumed (Live.AFilesPathLeadsToItsFolderWithTheFileSelected): a file's path leads to its folder,
-// with the file selected where files can be. Scripts rely on it.
+// Assumed (Live.AFilesPathLeadsToItsFolderWithTheFileSelected,
+// Live.APackagesPathLeadsToItsFolderWithThePackageSelected): a file's path leads to its folder,
+// with the file selected where files can be. Scripts rely on it. A package's path does the same.
 void OpenPanel::goToSheetClosed(const std::optional<std::string>& path) {
   if (path) {
-    const bool folder = isDirectory(*path);
+    const bool folder = isDirectory(*path) && !isPackage(*path);
     const std::string shown = folder ? *path : parentFolder(*path);
     if (shown != folder_) {
       behind_.push_back(folder_);

@@ -25,6 +25,9 @@ enum class PanelShape {
 // What the panel may choose. An upload is of a folder, too; a browser asks once more after it.
 enum class PanelMode { folders, files, upload };
 
+// How it shows the entries of a folder.
+enum class PanelView { list, columns, icons };
+
 // Which of the panel's two windows the window server lists.
 enum class ListedWindows { hostAndService, host, service, none };
 
@@ -126,6 +129,8 @@ struct PanelOptions {
   Rect frame{320, 180, 800, 450};
   PanelLayout layout;
   SortOrder sort = SortOrder::name;
+  PanelView view = PanelView::list;
+  int listColumns = 4;  // cells of a row in the list view
   WindowListOptions windowList;
   Seconds opensAtSeconds = 0;  // 0: opened long ago, everything is there from the start
   double slow = 1;             // multiplies every delay of the panel

@@ -14,6 +14,8 @@ const PanelTexts english{
     .cancel = "Cancel",
     .sidebar = "sidebar",
     .listView = "list view",
+    .columnView = "column view",
+    .iconView = "icon view",
     .viewOptions = "View Options",
     .groupBy = "Group or Sort By",
     .where = "Where:",
@@ -27,9 +29,10 @@ const PanelTexts english{
     .go = "Go",
 };
 
-// Assumed (Live.AChinesePanelNamesItsControlsInChinese, Live.AChinesePanelHeadsItsListsInChinese):
-// all but the words for open, choose, sidebar, list view and "go to folder". Nobody saw a
-// description of the panel.
+// Assumed (Live.AChinesePanelNamesItsControlsInChinese, Live.AChinesePanelHeadsItsListsInChinese,
+// Live.AChinesePanelNamesItsColumnsInChinese, Live.AChinesePanelNamesItsIconsInChinese): all but
+// the words for open, choose, sidebar, list view and "go to folder". Nobody saw a description of
+// the panel.
 const PanelTexts simplifiedChinese{
     .open = "打开",
     .description = "",
@@ -37,6 +40,8 @@ const PanelTexts simplifiedChinese{
     .cancel = "取消",
     .sidebar = "边栏",
     .listView = "列表视图",
+    .columnView = "分栏视图",
+    .iconView = "图标视图",
     .viewOptions = "显示选项",
     .groupBy = "分组或排序方式",
     .where = "位置：",
@@ -51,6 +56,7 @@ const PanelTexts simplifiedChinese{
 };
 
 // Assumed (Live.AGermanPanelNamesItsControlsInGerman, Live.AGermanPanelHeadsItsListsInGerman,
+// Live.AGermanPanelNamesItsColumnsInGerman, Live.AGermanPanelNamesItsIconsInGerman,
 // Live.AGermanFilePanelOpens, Live.AGermanGoToSheetAsksInGerman): all.
 const PanelTexts german{
     .open = "Öffnen",
@@ -59,6 +65,8 @@ const PanelTexts german{
     .cancel = "Abbrechen",
     .sidebar = "Seitenleiste",
     .listView = "Listenansicht",
+    .columnView = "Spaltenansicht",
+    .iconView = "Symbolansicht",
     .viewOptions = "Darstellungsoptionen",
     .groupBy = "Gruppieren oder sortieren nach",
     .where = "Ort:",

@@ -13,7 +13,9 @@ struct PanelTexts {
   std::string choose;       // confirm button of a folder panel, where an application calls it so
   std::string cancel;
   std::string sidebar;   // AXDescription of the list of places
-  std::string listView;  // AXDescription of the listing
+  std::string listView;  // AXDescription of the listing, also the two that follow
+  std::string columnView;
+  std::string iconView;
   std::string viewOptions;
   std::string groupBy;
   std::string where;  // title of the pop-up

@@ -79,6 +79,28 @@ Element& addSidebarRow(PanelElements& elements, Rect& frame, const std::string& 
   return text;
 }
 
+// The element of the listing, without entries. A browser's columns have scroll areas of their own.
+void buildListing(PanelElements& elements, const Rect& frame, const PanelOptions& options) {
+  const PanelTexts& texts = panelTexts(options.language);
+  const auto add = [&](Element& parent, const char* role, const char* identifier,
+                       const std::string& description) {
+    return &addElement(parent, role, frame,
+                       {{"AXIdentifier", std::string(identifier)}, {"AXDescription", description}});
+  };
+  Element& split = *elements.split;
+  if (options.view == PanelView::columns) {
+    elements.list = add(split, "AXBrowser", "ColumnView", texts.columnView);
+    elements.listArea = elements.list;
+    return;
+  }
+  elements.listArea = &addElement(split, "AXScrollArea", frame);
+  if (options.view == PanelView::icons) {
+    elements.list = add(*elements.listArea, "AXList", "IconView", texts.iconView);
+  } else {
+    elements.list = add(*elements.listArea, "AXOutline", "ListView", texts.listView);
+  }
+}
+
 }  // namespace
 
 Element& addElement(Element& parent, const std::string& role, const Rect& frame,
@@ -159,10 +181,7 @@ void buildLists(PanelElements& elements, const PanelOptions& options,
   const Rect right =
       placed(options.layout.list, options,
              {area.x + sidebar_width + 1, area.y, area.width - sidebar_width - 1, area.height});
-  elements.listArea = &addElement(*elements.split, "AXScrollArea", right);
-  elements.list =
-      &addElement(*elements.listArea, "AXOutline", right,
-                  {{"AXIdentifier", std::string("ListView")}, {"AXDescription", texts.listView}});
+  buildListing(elements, right, options);
   if (!options.identifiers) removeIdentifiers(*elements.split);
 }
 

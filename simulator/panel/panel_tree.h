@@ -29,7 +29,7 @@ struct PanelElements {
   Element* split = nullptr;
   Element* sidebar = nullptr;
   std::vector<Element*> places;  // the sidebar's rows, without its header
-  Element* listArea = nullptr;   // the scroll area around the listing
+  Element* listArea = nullptr;   // the scroll area around the listing, or a browser itself
   Element* list = nullptr;
   Element* viewOptions = nullptr;
   Element* groupBy = nullptr;

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "simulator/panel/folder.h"
+#include "simulator/panel/list_columns.h"
 #include "simulator/panel/panel_texts.h"
 #include "simulator/scenario/bundled_files.h"
 #include "simulator/scenario/json_object.h"
@@ -47,6 +48,8 @@ const JsonObject::Choices<KeyboardLayout> layouts{{"us", KeyboardLayout::us},
                                                   {"azerty", KeyboardLayout::azerty}};
 const JsonObject::Choices<SortOrder> sortOrders{{"name", SortOrder::name},
                                                 {"date", SortOrder::date}};
+const JsonObject::Choices<PanelView> views{
+    {"list", PanelView::list}, {"columns", PanelView::columns}, {"icons", PanelView::icons}};
 const JsonObject::Choices<bool> generations{{"new", false}, {"old", true}};
 
 // What runs on a desktop unless the scenario says otherwise.
@@ -293,9 +296,8 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   object.read("slow", panel.slow, 0.01, 100);
   object.read("sort", panel.sort, sortOrders);
   if (const auto folder = object.find("folder")) panel.folder = readFolder(*folder);
-  if (const auto view = object.find("view"); view && view->value != "list") {
-    view->refuse("expected \"list\": columns and icons are not modelled");
-  }
+  object.read("view", panel.view, views);
+  object.read("listColumns", panel.listColumns, 1, most_list_columns);
   if (const auto layout = object.find("layout")) panel.layout = readLayout(*layout, panel.frame);
   if (const auto list = object.find("windowList")) panel.windowList = readWindowList(*list);
   if (const auto goTo = object.find("goTo")) panel.goTo = readGoTo(*goTo);
@@ -462,6 +464,7 @@ Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::str
   object.read("keyboardLayout", scenario.keyboardLayout, layouts);
   object.read("requestTimeoutSeconds", scenario.requestTimeoutSeconds, 0.01, longest_seconds);
   if (const auto prices = object.find("prices")) scenario.prices = readPrices(*prices);
+  object.read("showsSystemFolders", scenario.showsSystemFolders);
   if (const auto screens = object.find("screens")) readScreens(*screens, scenario);
   readProcesses(object, scenario);
   if (const auto panels = object.find("panels")) {

@@ -144,6 +144,7 @@ std::unique_ptr<Scene> makeScene(const Scenario& scenario) {
   scene->surroundings.home = scenario.home.value_or(home != nullptr ? home : "/");
   scene->surroundings.lastGoToPath = scenario.lastGoToPath;
   scene->surroundings.places = scenario.places;
+  scene->surroundings.showsSystemFolders = scenario.showsSystemFolders;
   fillDesktop(scene->desktop, scenario);
   for (const auto& options : scenario.panels) {
     scene->panels.push_back(

@@ -4,6 +4,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "core/geometry.h"
 #include "live/live.h"
 #include "platform/accessibility.h"
+#include "platform/cf_values.h"
 #include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/wait.h"
@@ -23,6 +25,7 @@ inline constexpr std::uint16_t key_g = 5;
 inline constexpr std::uint16_t key_return = 36;
 inline constexpr std::uint16_t key_backspace = 51;
 inline constexpr std::uint16_t key_escape = 53;
+inline constexpr std::uint16_t key_left = 123;
 inline constexpr std::uint16_t key_right = 124;
 inline constexpr std::uint16_t key_down = 125;
 inline constexpr std::uint16_t key_up = 126;
@@ -85,6 +88,23 @@ inline void selectName(const Element& panel, const std::string& name) {
   if (!soon([&] { return selectedNames(panel) == std::vector<std::string>{name}; })) {
     throw std::runtime_error("the list does not select \"" + name + "\"");
   }
+}
+
+// The name and the place of the file that an element with an image and a name shows.
+inline Element fieldOf(const Element& item) {
+  return byRole(item, "AXTextField");
+}
+
+// Whether the element's URL leads to this file, by whichever of its paths.
+inline bool leadsTo(const Element& element, const std::string& path) {
+  std::error_code missing;
+  return std::filesystem::equivalent(axURLPath(element).value_or(""), path, missing);
+}
+
+// What performing the action answers.
+inline std::int32_t answerTo(const std::string& action, const Element& element) {
+  const CfRef<CFStringRef> name = makeCfString(action);
+  return AXUIElementPerformAction(element.get(), name.get());
 }
 
 // How many windows of a process the window list shows.

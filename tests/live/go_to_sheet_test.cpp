@@ -70,6 +70,15 @@ TEST_F(Live, AFilesPathLeadsToItsFolderWithTheFileSelected) {
   EXPECT_EQ(folderShown(panel()), "inner");
 }
 
+TEST_F(Live, APackagesPathLeadsToItsFolderWithThePackageSelected) {
+  const std::string package = folder().makeFolder("inner/Some.bundle");
+  folder().makeFolder("inner/Some.bundle/Contents");
+  show({.files = true});
+  goTo(panel(), keyTaker(), package);
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"Some.bundle"}; }));
+  EXPECT_EQ(folderShown(panel()), "inner");
+}
+
 TEST_F(Live, AnEventTypesAtMostTwentyUnits) {
   show({});
   const Element field = openedPathField(panel(), keyTaker());

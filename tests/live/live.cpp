@@ -43,9 +43,13 @@ std::vector<Element> namedRows(const Element& panel) {
   return rows;
 }
 
-bool complete(pid_t application) {
+// The view of a panel that has its controls, and else nothing.
+std::string viewOf(pid_t application) {
   const auto panel = withIdentifier(Element::application(application), "open-panel");
-  return panel && withIdentifier(*panel, "OKButton") && withIdentifier(*panel, "ListView");
+  if (!panel || !withIdentifier(*panel, "OKButton")) return "";
+  if (withIdentifier(*panel, "ListView")) return "list";
+  if (withIdentifier(*panel, "ColumnView")) return "columns";
+  return withIdentifier(*panel, "IconView") ? "icons" : "";
 }
 
 }  // namespace
@@ -61,12 +65,34 @@ void Live::TearDown() {
 void Live::show(const PanelSpec& spec) {
   stage_ = makeStage(spec, folder_.path());
   if (!spec.untilComplete) return;
-  if (!pollUntil(showing_seconds, 0.1, [&] { return complete(application()); })) {
+  if (awaitView() != spec.view) {
     throw std::runtime_error(
         "no panel with a list was shown; where it shows columns or icons, choose its list view "
         "once");
   }
-  // Keys and clicks of a test must not reach anything else.
+  awaitPlace(spec);
+}
+
+bool Live::showAs(const PanelSpec& spec) {
+  stage_ = makeStage(spec, folder_.path());
+  const std::string view = awaitView();
+  if (view.empty()) throw std::runtime_error("no panel was shown");
+  if (view != spec.view) return false;
+  awaitPlace(spec);
+  return true;
+}
+
+std::string Live::awaitView() const {
+  std::string view;
+  pollUntil(showing_seconds, 0.1, [&] {
+    view = viewOf(application());
+    return !view.empty();
+  });
+  return view;
+}
+
+// Keys and clicks of a test must not reach anything else.
+void Live::awaitPlace(const PanelSpec& spec) const {
   const auto placed = [&] {
     return axIsTrue(Element::application(application()), "AXFrontmost") == spec.inFront;
   };

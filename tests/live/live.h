@@ -27,6 +27,8 @@ struct PanelSpec {
   bool inFront = true;          // the application is frontmost
   bool untilComplete = true;    // whether to wait for its controls and its list
   std::string language = "en";  // or "zh-Hans", "de"
+  // "columns" or "icons" are for tests of these views, which ask `showAs`.
+  std::string view = "list";
   // Names of disks that are there besides the folder's.
   std::vector<std::string> volumes = {};
 };
@@ -51,6 +53,9 @@ class Stage {
   virtual ProgramEnd runTool(const std::vector<std::string>& arguments) = 0;
 };
 
+// Why a test of another view than the list is left out.
+inline constexpr const char* no_such_view = "to run this, choose this view in a panel once";
+
 // Why nothing can be shown here, or that it can.
 std::optional<std::string> reasonNotToRun();
 std::unique_ptr<Stage> makeStage(const PanelSpec& spec, const std::string& folder);
@@ -64,6 +69,9 @@ class Live : public ::testing::Test {
   const TemporaryFolder& folder() const { return folder_; }
 
   void show(const PanelSpec& spec);
+  // The same, in another view than the list: false where the panel shows itself in another one than
+  // the spec's. On a Mac all panels have the view that was chosen last.
+  bool showAs(const PanelSpec& spec);
   Stage& stage() { return *stage_; }
   pid_t application() const { return stage_->application(); }
   // The process that draws the panel and takes its keys: the panel service, where there is one.
@@ -79,6 +87,10 @@ class Live : public ::testing::Test {
   std::string end() const;
 
  private:
+  // Waits until the panel is complete; gives the view that it has.
+  std::string awaitView() const;
+  void awaitPlace(const PanelSpec& spec) const;
+
   TemporaryFolder folder_;
   std::unique_ptr<Stage> stage_;
 };
@@ -92,7 +104,7 @@ Element byIdentifier(const Element& root, const std::string& identifier);
 Element byRole(const Element& root, const std::string& role);
 Element byTitle(const Element& root, const std::string& role, const std::string& title);
 
-// The names in the panel's list, from top to bottom.
+// The names in the panel's list view, from top to bottom.
 std::vector<std::string> listedNames(const Element& panel);
 // The row that shows this name. Throws when there is none.
 Element rowNamed(const Element& panel, const std::string& name);

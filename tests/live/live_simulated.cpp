@@ -11,6 +11,7 @@ World::Patches patches(const PanelSpec& spec, const std::string& folder,
   nlohmann::ordered_json panel{{"shape", spec.sheet ? "host-sheet" : "host-window"},
                                {"mode", spec.files ? "files" : "folders"},
                                {"folder", folder},
+                               {"view", spec.view},
                                {"opensAtSeconds", 0.01}};
   if (!spec.sheet) panel["modal"] = false;
   auto volumes = nlohmann::ordered_json::array();

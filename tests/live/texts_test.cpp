@@ -150,6 +150,26 @@ TEST_F(Live, AGermanPanelHeadsItsListsInGerman) {
                             .name = "Name"});
 }
 
+TEST_F(Live, AChinesePanelNamesItsColumnsInChinese) {
+  if (!showAs({.language = "zh-Hans", .view = "columns"})) GTEST_SKIP() << no_such_view;
+  EXPECT_EQ(axDescription(byIdentifier(panel(), "ColumnView")), "分栏视图");
+}
+
+TEST_F(Live, AChinesePanelNamesItsIconsInChinese) {
+  if (!showAs({.language = "zh-Hans", .view = "icons"})) GTEST_SKIP() << no_such_view;
+  EXPECT_EQ(axDescription(byIdentifier(panel(), "IconView")), "图标视图");
+}
+
+TEST_F(Live, AGermanPanelNamesItsColumnsInGerman) {
+  if (!showAs({.language = "de", .view = "columns"})) GTEST_SKIP() << no_such_view;
+  EXPECT_EQ(axDescription(byIdentifier(panel(), "ColumnView")), "Spaltenansicht");
+}
+
+TEST_F(Live, AGermanPanelNamesItsIconsInGerman) {
+  if (!showAs({.language = "de", .view = "icons"})) GTEST_SKIP() << no_such_view;
+  EXPECT_EQ(axDescription(byIdentifier(panel(), "IconView")), "Symbolansicht");
+}
+
 TEST_F(Live, AGermanFilePanelOpens) {
   show({.files = true, .language = "de"});
   EXPECT_EQ(axTitle(byIdentifier(panel(), "OKButton")), "Öffnen");

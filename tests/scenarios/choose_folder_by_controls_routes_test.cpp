@@ -1,6 +1,6 @@
 // choose-folder through the controls of the dialog, as a whole. A folder that is clicked or opened
-// is shown 0.1 s later, a menu 0.4 s later; so the first look comes too early and the next finds
-// it, after 0.1 s, or 0.15 s for what the pop-up shows.
+// is shown 0.1 s later, when the first look at the list still goes on; a menu 0.4 s later, and what
+// the pop-up shows 0.15 s, so that the first look comes too early and the next finds it.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -19,12 +19,13 @@ using ::testing::Not;
 using Json = nlohmann::ordered_json;
 
 const Patch targetIsShown{"/panels/0/folder", "~/target"};
+const Patch usrIsShown{"/showsSystemFolders", true};
 const Patch oldSheet{"/panels/0/goTo", {{"generation", "old"}}};
 
 // From the click on the first place to the selected row, and the press that confirms.
 const Deeds walkFromPlace{
     "0.000 mouse down 1 (410, 288) -> 900", "0.050 mouse up 1 (410, 288) -> 900",
-    "0.100 set AXSelectedRows of AXOutline in 900", "0.000 set AXFocused of AXOutline in 900"};
+    "0.000 set AXSelectedRows of AXOutline in 900", "0.000 set AXFocused of AXOutline in 900"};
 const Deeds press{"0.000 AXPress of AXButton in 900"};
 
 // The walk by rows given up and the path written to the sheet.
@@ -98,7 +99,7 @@ TEST(ChooseFolderControlsRoutes, WalksFromTheDeepestOfSeveralPlaces) {
 
 // The menu is found at the fourth look. The volume is shown at the second and given 0.15 s.
 TEST(ChooseFolderControlsRoutes, WalksFromTheVolumeInThePopUp) {
-  FolderWorld world("chinese-service-window");
+  FolderWorld world("chinese-service-window", {usrIsShown});
   EXPECT_EQ(runChooseFolder(world.world, "/usr"), chosen("/usr", "hierarchy"));
   EXPECT_EQ(
       transcript(world.world.record()),
@@ -109,7 +110,7 @@ TEST(ChooseFolderControlsRoutes, WalksFromTheVolumeInThePopUp) {
 }
 
 TEST(ChooseFolderControlsRoutes, OpensNoMenuWhereTheVolumeIsShownAlready) {
-  World world("chinese-service-window", {{"/panels/0/folder", "/"}});
+  World world("chinese-service-window", {{"/panels/0/folder", "/"}, usrIsShown});
   EXPECT_EQ(runChooseFolder(world, "/usr"), chosen("/usr", "hierarchy"));
   EXPECT_EQ(transcript(world.record()), joined({{"0.150 set AXSelectedRows of AXOutline in 900",
                                                  "0.000 set AXFocused of AXOutline in 900"},
@@ -135,7 +136,7 @@ TEST(ChooseFolderControlsRoutes, OpensTheFolderOnTheWay) {
   EXPECT_EQ(choose(world), chosen(world.target, "hierarchy", "mouse 6, session 0, foreground 0"));
   EXPECT_EQ(transcript(world.world.record()),
             joined({{walkFromPlace[0], walkFromPlace[1]},
-                    opening("0.100", "(810.5, 360)"),
+                    opening("0.000", "(650.75, 360)"),
                     {"0.280 set AXSelectedRows of AXOutline in 900",
                      "0.000 set AXFocused of AXOutline in 900"},
                     press}));
@@ -174,13 +175,14 @@ TEST(ChooseFolderControlsRoutes, OpensTheRowOfTheFolder) {
             chosen(world.target, "go-to-folder-ax", "mouse 4, session 0, foreground 0"));
   EXPECT_EQ(transcript(world.world.record()),
             joined({throughSheet(world.target),
-                    opening("0.550", "(810.5, 288)"),
+                    opening("0.550", "(650.75, 288)"),
                     {"0.230 key 36 down -> 900", "0.020 key 36 up -> 900"}}));
 }
 
 // A person clicks a place while the tool waits for the volume's list, and the last look at where
 // the dialog is expires.
 const World::Patches goesElsewhere{{"/panels/0/folder", "/"},
+                                   {"/panels/0/listColumns", 1},
                                    {"/places", {{{"label", "usr"}, {"path", "/usr"}}}}};
 
 World::Patches clickingAt(double seconds) {

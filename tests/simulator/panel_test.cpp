@@ -82,7 +82,7 @@ std::string fileName(const std::string& path) {
 }
 
 TEST(PanelTree, ServiceWindowStandsInTheServiceAlone) {
-  PanelWorld world;
+  PanelWorld world(Json{{"listColumns", 1}});
   EXPECT_EQ(drawn(world.identified("open-panel")),
             R"(AXWindow Subrole=AXDialog Identifier=open-panel Title=Open Description=open
  AXButton Subrole=AXCloseButton
@@ -110,7 +110,7 @@ TEST(PanelTree, HostWindowStandsAmongTheBrowsersWindows) {
 }
 
 TEST(PanelTree, SheetHangsFromTheBrowsersWindowAndHasNoTitle) {
-  PanelWorld world(Json{{"shape", "host-sheet"}, {"prompt", "Select"}});
+  PanelWorld world(Json{{"shape", "host-sheet"}, {"prompt", "Select"}, {"listColumns", 1}});
   const Element& root = world.identified("open-panel");
   EXPECT_EQ(drawn(root), "AXSheet Identifier=open-panel Description=open\n"
                          " AXStaticText Value=Select the extension directory.\n" +
@@ -122,7 +122,7 @@ TEST(PanelTree, SheetHangsFromTheBrowsersWindowAndHasNoTitle) {
 }
 
 TEST(PanelTree, EmbeddedChooserLeavesTheWindowItsTitleAndSaysWhatItWants) {
-  PanelWorld world(Json{{"shape", "embedded"}});
+  PanelWorld world(Json{{"shape", "embedded"}, {"listColumns", 1}});
   const Element& root = world.identified("open-panel");
   EXPECT_EQ(drawn(root),
             "AXGroup Identifier=open-panel Description=open\n"
@@ -901,7 +901,7 @@ TEST(PanelFolder, ListsVisibleEntriesAsTheFileBrowserOrdersThem) {
   std::ofstream(sample.path("file2.txt")) << "x";
   fs::create_directory_symlink(sample.path("Alpha"), sample.path("link"));
   Texts names;
-  for (const auto& entry : visibleEntries(sample.path())) {
+  for (const auto& entry : visibleEntries(sample.path(), SortOrder::name, false)) {
     names.push_back(entry.name + (entry.directory ? "/" : ""));
   }
   EXPECT_EQ(names, (Texts{"Alpha/", "beta/", "file 9.txt", "file2.txt", "file10.txt", "link/"}));

@@ -42,13 +42,15 @@ TEST(ScenarioMistake, UnknownKey) {
       "folder/wrong.json: /screens/0/depth: no such key; expected one of x, y, width, height");
   EXPECT_EQ(mistake(R"({"pa/nels": []})"),
             "folder/wrong.json: /pa~1nels: no such key; expected one of description, language, "
-            "home, volume, volumes, places, lastGoToPath, keyboardLayout, requestTimeoutSeconds, "
-            "prices, screens, processes, frontmost, panels, person, faults");
+            "home, volume, volumes, places, lastGoToPath, showsSystemFolders, keyboardLayout, "
+            "requestTimeoutSeconds, prices, screens, processes, frontmost, panels, person, faults");
 }
 
 TEST(ScenarioMistake, WrongType) {
   EXPECT_EQ(mistake("[]"), "folder/wrong.json: /: expected an object");
   EXPECT_EQ(mistake(R"({"volume": 1})"), "folder/wrong.json: /volume: expected a text");
+  EXPECT_EQ(mistake(R"({"showsSystemFolders": 1})"),
+            "folder/wrong.json: /showsSystemFolders: expected true or false");
   EXPECT_EQ(mistake(R"({"panels": {}})"), "folder/wrong.json: /panels: expected a list");
   EXPECT_EQ(mistake(R"({"panels": [7]})"), "folder/wrong.json: /panels/0: expected an object");
   EXPECT_EQ(panelMistake(R"(, "goTo": {"comboBox": 1})"),
@@ -65,6 +67,10 @@ TEST(ScenarioMistake, OutOfRange) {
   EXPECT_EQ(panelMistake(R"(, "faults": {"pressRefused": 1})"),
             "folder/wrong.json: /panels/0/faults/pressRefused: expected a whole number from "
             "-25214 to 0");
+  for (const char* count : {"0", "9"}) {
+    EXPECT_EQ(panelMistake(std::string(R"(, "listColumns": )") + count),
+              "folder/wrong.json: /panels/0/listColumns: expected a whole number from 1 to 8");
+  }
   EXPECT_EQ(mistake(R"({"screens": []})"),
             "folder/wrong.json: /screens: expected at least one screen");
 }
@@ -80,9 +86,8 @@ TEST(ScenarioMistake, UnknownChoice) {
             "\"upload\"");
   EXPECT_EQ(mistake(R"({"language": 1})"),
             "folder/wrong.json: /language: expected one of \"en\", \"zh-Hans\", \"de\"");
-  EXPECT_EQ(panelMistake(R"(, "view": "columns")"),
-            "folder/wrong.json: /panels/0/view: expected \"list\": columns and icons are not "
-            "modelled");
+  EXPECT_EQ(panelMistake(R"(, "view": "gallery")"),
+            "folder/wrong.json: /panels/0/view: expected one of \"list\", \"columns\", \"icons\"");
 }
 
 TEST(ScenarioMistake, PlacesVolumesLayoutsAndWindowLists) {
@@ -165,6 +170,7 @@ TEST(Scenario, OptionsReachThePanel) {
     "language": "de",
     "panels": [{"shape": "embedded", "mode": "files", "slow": 2, "prompt": "Los",
                 "frame": {"x": 1, "y": 2, "width": 300, "height": 400},
+                "view": "icons", "listColumns": 2,
                 "faults": {"closesLateBySeconds": 1.5}}]})",
                                              "some/name.json");
   EXPECT_EQ(scenario.name, "name");
@@ -176,6 +182,8 @@ TEST(Scenario, OptionsReachThePanel) {
   EXPECT_EQ(panel.serviceName, "Open and Save Panel Service (Google Chrome)");
   EXPECT_EQ(panel.frame, (Rect{1, 2, 300, 400}));
   EXPECT_EQ(panel.prompt, "Los");
+  EXPECT_EQ(panel.view, PanelView::icons);
+  EXPECT_EQ(panel.listColumns, 2);
   EXPECT_EQ(panel.faults.closesLateBySeconds, 1.5);
 }
 
@@ -260,7 +268,9 @@ TEST(Scenario, PanelsOfOneServiceThatEndsEndItTogether) {
 }
 
 TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
-  const std::vector<std::string> expected{"browser-frontmost",
+  const std::vector<std::string> expected{"address-bar",
+                                          "browser-frontmost",
+                                          "busy-browser",
                                           "chinese-embedded",
                                           "chinese-host-sheet",
                                           "chinese-host-window",
@@ -268,6 +278,11 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
                                           "chinese-service-window",
                                           "chrome-dev",
                                           "chrome-dev-frontmost",
+                                          "chromium-chinese",
+                                          "chromium-english",
+                                          "clicks-at-the-corner",
+                                          "clicks-lost",
+                                          "columns",
                                           "edge",
                                           "edge-chinese",
                                           "english-host-sheet",
@@ -276,17 +291,25 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
                                           "english-service-window",
                                           "file-panel-chinese",
                                           "file-panel-english",
+                                          "folder-upload",
+                                          "french-keyboard",
                                           "german-service-window",
                                           "goto-sheet-open",
                                           "half-off-screen-panel",
+                                          "icons",
+                                          "keys-lost",
+                                          "keys-only-in-front",
                                           "keys-reach-host",
                                           "late-panel",
                                           "no-panel",
                                           "off-screen-panel",
+                                          "other-space",
                                           "places-and-volumes-chinese",
                                           "places-and-volumes-english",
                                           "slow-panel",
+                                          "slow-requests",
                                           "tmp-files-chinese",
+                                          "two-browsers",
                                           "two-panels",
                                           "two-screens",
                                           "unseen-folders",

@@ -50,8 +50,7 @@ Json addressBar(const std::string& text) {
 // The second browser's panel shows another folder than the first one's.
 Json twoBrowsers() {
   Json running = processes(browserWith(Json::object()));
-  running.push_back(
-      process(813, "Google Chrome", {{{"title", "Mail"}, {"webElements", 40}}}));
+  running.push_back(process(813, "Google Chrome", {{{"title", "Mail"}, {"webElements", 40}}}));
   return {{"processes", running}};
 }
 
@@ -78,8 +77,9 @@ std::vector<Fact> asMeasured() {
 }
 
 std::vector<Fact> whoTakesKeys() {
-  const std::pair<const char*, Json> shapes[] = {
-      {"the sheet", chinese}, {"the browser's window", inWindow}, {"the service's window", inService}};
+  const std::pair<const char*, Json> shapes[] = {{"the sheet", chinese},
+                                                 {"the browser's window", inWindow},
+                                                 {"the service's window", inService}};
   const std::pair<const char*, const char*> reaches[] = {
       {"the browser", "host"},
       {"either process", "both"},
@@ -88,8 +88,8 @@ std::vector<Fact> whoTakesKeys() {
   std::vector<Fact> facts;
   for (const auto& [where, shape] : shapes) {
     for (const auto& [who, reach] : reaches) {
-      facts.push_back({std::string(where) + "; keys reach " + who,
-                       merged(shape, {{"keysReach", reach}})});
+      facts.push_back(
+          {std::string(where) + "; keys reach " + who, merged(shape, {{"keysReach", reach}})});
     }
   }
   return facts;
@@ -120,8 +120,7 @@ std::vector<Fact> whatTheWindowListNames() {
        merged(inService, {{"listed", "host"}})},
       {"the service's window; neither is listed", merged(inService, {{"listed", "none"}})},
       {"the service's window; ps names the service by its display name",
-       merged(inService,
-              {{"serviceCommand", "Open and Save Panel Service (Google Chrome)"}})},
+       merged(inService, {{"serviceCommand", "Open and Save Panel Service (Google Chrome)"}})},
       {"the same; neither is listed",
        merged(inService, {{"listed", "none"},
                           {"serviceCommand", "Open and Save Panel Service (Google Chrome)"}})},
@@ -154,8 +153,12 @@ std::vector<Fact> whatThePanelShows() {
 std::vector<Fact> whatStandsAround() {
   return {
       {"requests of 2 ms", inService, {{"prices", {{"request", 0.002}}}}},
-      {"requests of 2 ms, a folder of 3,000 entries", inService,
-       {{"prices", {{"request", 0.002}}}}, "large", "large/target", "large/report.txt"},
+      {"requests of 2 ms, a folder of 3,000 entries",
+       inService,
+       {{"prices", {{"request", 0.002}}}},
+       "large",
+       "large/target",
+       "large/report.txt"},
       {"a browser that is busy from 0.3 s to 4 s", inService,
        faults({{"busy", {{{"pid", 812}, {"fromSeconds", 0.3}, {"toSeconds", 4}}}}})},
       {"a browser that is busy from 0.3 s to 30 s", inService,

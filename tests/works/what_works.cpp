@@ -1,5 +1,5 @@
-// what_works FILE: tries every way of calling the tool on every desktop of facts.cpp and writes what
-// came of it as a page of the documentation.
+// what_works FILE: tries every way of calling the tool on every desktop of facts.cpp and writes
+// what came of it as a page of the documentation.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -139,7 +139,8 @@ Cell tried(const Fact& fact, const Way& way) {
   return {Kind::right, "right" + rest};
 }
 
-void writeTable(std::ostream& page, const FactGroup& group, std::map<std::string, std::map<Kind, int>>& totals) {
+void writeTable(std::ostream& page, const FactGroup& group,
+                std::map<std::string, std::map<Kind, int>>& totals) {
   page << "\n## " << group.title << "\n\n| |";
   for (const Way& way : ways()) page << ' ' << way.name << " |";
   page << "\n|---|";
