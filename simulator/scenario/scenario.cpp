@@ -461,10 +461,10 @@ Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::str
     for (const auto& item : places->items()) scenario.places->push_back(readSidebarPlace(item));
   }
   object.read("lastGoToPath", scenario.lastGoToPath);
+  object.read("showsSystemFolders", scenario.showsSystemFolders);
   object.read("keyboardLayout", scenario.keyboardLayout, layouts);
   object.read("requestTimeoutSeconds", scenario.requestTimeoutSeconds, 0.01, longest_seconds);
   if (const auto prices = object.find("prices")) scenario.prices = readPrices(*prices);
-  object.read("showsSystemFolders", scenario.showsSystemFolders);
   if (const auto screens = object.find("screens")) readScreens(*screens, scenario);
   readProcesses(object, scenario);
   if (const auto panels = object.find("panels")) {

@@ -17,6 +17,7 @@ const Json inWindow{{"shape", "host-window"}, {"language", "zh-Hans"}};
 const Json englishWindow{{"shape", "service-window"}};
 // Where a route looks for windows by their titles, it finds them.
 const Json titled{{"hostTitle", "打开"}, {"serviceTitle", "打开"}};
+// It has its windows, which are listed as 打开.
 const Json unseen{{"shape", "unseen"}, {"language", "zh-Hans"}, {"serviceTitle", "打开"}};
 
 Json process(int pid, const std::string& name, const Json& windows) {
@@ -50,12 +51,18 @@ Json addressBar(const std::string& text) {
 // The second browser's panel shows another folder than the first one's.
 Json twoBrowsers() {
   Json running = processes(browserWith(Json::object()));
-  running.push_back(process(813, "Google Chrome", {{{"title", "Mail"}, {"webElements", 40}}}));
+  running.push_back(
+      process(secondBrowserPid, "Google Chrome", {{{"title", "Mail"}, {"webElements", 40}}}));
   return {{"processes", running}};
 }
 
 Json faults(const Json& given) {
   return {{"faults", given}};
+}
+
+Json busyUntil(double seconds) {
+  const Json busy{{"pid", 812}, {"fromSeconds", 0.3}, {"toSeconds", seconds}};
+  return faults({{"busy", Json::array({busy})}});
 }
 
 std::vector<Fact> asMeasured() {
@@ -159,19 +166,18 @@ std::vector<Fact> whatStandsAround() {
        "large",
        "large/target",
        "large/report.txt"},
-      {"a browser that is busy from 0.3 s to 4 s", inService,
-       faults({{"busy", {{{"pid", 812}, {"fromSeconds", 0.3}, {"toSeconds", 4}}}}})},
-      {"a browser that is busy from 0.3 s to 30 s", inService,
-       faults({{"busy", {{{"pid", 812}, {"fromSeconds", 0.3}, {"toSeconds", 30}}}}})},
+      {"a browser that is busy from 0.3 s to 4 s", inService, busyUntil(4)},
+      {"a browser that is busy from 0.3 s to 30 s", inService, busyUntil(30)},
+      {"the sheet; a browser that is busy from 0.3 s to 4 s", chinese, busyUntil(4)},
       {"a panel under load, six times as slow", merged(inService, {{"slow", 6}})},
-      {"another space", chinese, onOtherSpace()},
-      {"two browsers of one name; the other's sheet stands in other/target", chinese,
-       twoBrowsers()},
-      {"two browsers of one name; the panels are the services' windows", inService, twoBrowsers()},
-      {"an empty address bar that has the keyboard", chinese, addressBar("")},
-      {"an address bar with text that has the keyboard", chinese, addressBar("example.com")},
-      {"a French keyboard layout", inService, {{"keyboardLayout", "azerty"}}},
-      {"activation is refused", inService, faults({{"activationRefused", true}})},
+      {"the sheet; another space", chinese, onOtherSpace()},
+      {"two browsers of one name", inService, twoBrowsers()},
+      {"the sheet; two browsers of one name", chinese, twoBrowsers()},
+      {"the sheet; an empty address bar that has the keyboard", chinese, addressBar("")},
+      {"the sheet; an address bar with text that has the keyboard", chinese,
+       addressBar("example.com")},
+      {"the sheet; a French keyboard layout", chinese, {{"keyboardLayout", "azerty"}}},
+      {"the sheet; activation is refused", chinese, faults({{"activationRefused", true}})},
   };
 }
 
@@ -179,8 +185,12 @@ std::vector<Fact> whatIsNotPermitted() {
   return {
       {"without Accessibility", inService, faults({{"untrusted", true}})},
       {"without Screen Recording", inService, faults({{"screenRecordingDenied", true}})},
-      {"without Automation of System Events", inService,
+      {"a panel that no tree shows; without Screen Recording", unseen,
+       faults({{"screenRecordingDenied", true}})},
+      {"the sheet; without Automation of System Events", chinese,
        faults({{"automationDenied", {"System Events"}}})},
+      {"the sheet; without Automation of System Events, and activation is refused", chinese,
+       faults({{"automationDenied", {"System Events"}}, {"activationRefused", true}})},
       {"without Automation of the Finder", inService, faults({{"automationDenied", {"Finder"}}})},
       {"without the capture helper", inService,
        faults({{"missingPrograms", {"background-window-capture"}}})},
@@ -197,7 +207,7 @@ const std::vector<FactGroup>& factGroups() {
       {"What the window list and `ps` name (Chinese)", whatTheWindowListNames()},
       {"What the panel shows (the service's window, Chinese unless it says otherwise)",
        whatThePanelShows()},
-      {"What stands around it (the same)", whatStandsAround()},
+      {"What stands around it (the same, or Chromium's Chinese sheet)", whatStandsAround()},
       {"What is not permitted or missing (the same)", whatIsNotPermitted()},
   };
   return groups;

@@ -25,6 +25,9 @@ struct FactGroup {
   std::vector<Fact> facts;
 };
 
+// Where it runs, the last of the processes, there is a panel of its own, which shows other/target.
+inline constexpr int secondBrowserPid = 813;
+
 const std::vector<FactGroup>& factGroups();
 
 }  // namespace tessarine::test

@@ -1,12 +1,15 @@
 // what_works FILE: tries every way of calling the tool on every desktop of facts.cpp and writes
-// what came of it as a page of the documentation.
-#include <algorithm>
+// what came of it as a page of the documentation. what_works --check FILE: compares the page with
+// what it finds now; seconds may differ a little, as panels show this machine's own folders, too.
 #include <array>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "support/world.h"
@@ -29,15 +32,64 @@ struct Way {
 
 const std::vector<Way>& ways() {
   static const std::vector<Way> all{
-      {"choose-folder strict", {"choose-folder", "--strict-background"}},
+      {"choose-folder, strict", {"choose-folder", "--strict-background"}},
       {"choose-folder", {"choose-folder"}},
       {"choose-folder, foreground", {"choose-folder", "--temporary-foreground"}},
-      {"choose-path, file", {"choose-path"}, true},
-      {"choose-path, folder", {"choose-path"}},
+      {"choose-path of a file", {"choose-path"}, true},
+      {"choose-path of a folder", {"choose-path"}},
       {"close", {"close"}},
   };
   return all;
 }
+
+// --- The folders of the trial. ---
+
+class Folders {
+ public:
+  Folders() {
+    fs::remove_all(trial);
+    for (const char* folder : {"start/target/inner", "start/empty", "start/cafe\u0301/inner",
+                               "large/target/inner", "other/target/inner"}) {
+      fs::create_directories(trial / folder);
+    }
+    for (const char* file : {"start/report.txt", "start/cafe\u0301.txt", "large/report.txt"}) {
+      std::ofstream(trial / file) << "x";
+    }
+    for (int i = 0; i < 3000; ++i) std::ofstream(trial / "large" / ("entry " + std::to_string(i)));
+    fs::create_directory_symlink(trial / "start/target", trial / "start/link");
+    fs::create_symlink(trial / "start/report.txt", trial / "start/link.txt");
+  }
+  ~Folders() {
+    std::error_code ignored;
+    fs::remove_all(trial, ignored);
+  }
+  Folders(const Folders&) = delete;
+  Folders& operator=(const Folders&) = delete;
+};
+
+// The copies that choose-path leaves in /tmp.
+std::set<fs::path> stagedCopies() {
+  std::set<fs::path> copies;
+  for (const auto& entry : fs::directory_iterator("/tmp")) {
+    if (entry.path().filename().string().starts_with("zorvilet-upload-")) copies.insert(entry);
+  }
+  return copies;
+}
+
+// Removes those that came during its life: the next trial shall not find them.
+class WithoutNewCopies {
+ public:
+  ~WithoutNewCopies() {
+    for (const fs::path& copy : stagedCopies()) {
+      if (!before_.contains(copy)) fs::remove(copy);
+    }
+  }
+
+ private:
+  std::set<fs::path> before_ = stagedCopies();
+};
+
+// --- One trial. ---
 
 enum class Kind { right, error, wrong, unreported };
 
@@ -46,53 +98,28 @@ struct Cell {
   std::string text;
 };
 
-class Trial {
- public:
-  Trial() {
-    fs::remove_all(trial);
-    for (const char* folder : {"start/target/inner", "start/empty", "start/cafe\u0301/inner",
-                               "large/target/inner", "other/target/inner"}) {
-      fs::create_directories(trial / folder);
-    }
-    for (const char* file : {"start/report.txt", "start/cafe\u0301.txt", "start/target/inside.txt",
-                             "large/report.txt", "other/target/report.txt"}) {
-      std::ofstream(trial / file) << "x";
-    }
-    for (int i = 0; i < 3000; ++i) std::ofstream(trial / "large" / ("entry " + std::to_string(i)));
-    fs::create_directory_symlink(trial / "start/target", trial / "start/link");
-    fs::create_symlink(trial / "start/report.txt", trial / "start/link.txt");
-  }
-  ~Trial() {
-    std::error_code ignored;
-    fs::remove_all(trial, ignored);
-  }
-  Trial(const Trial&) = delete;
-  Trial& operator=(const Trial&) = delete;
-};
-
 World::Patches desktopOf(const Fact& fact, const Way& way) {
   Json panel = fact.panel;
   if (!panel.contains("folder")) panel["folder"] = (trial / fact.begin).string();
   if (way.files) panel["mode"] = "files";
   World::Patches patches{{"/home", trial.string()}};
+  if (panel.contains("language")) patches.push_back({"/language", panel["language"]});
   for (const auto& [key, value] : fact.scenario.items()) patches.push_back({"/" + key, value});
   Json panels = Json::array({panel});
-  // A second browser has the same panel at another place.
-  if (fact.scenario.contains("processes") && fact.scenario["processes"].size() > 3) {
-    Json second = panel;
-    second.update({{"host", 813},
-                   {"folder", (trial / "other/target").string()},
-                   {"frame", {{"x", 480}, {"y", 300}, {"width", 800}, {"height", 450}}}});
-    panels.push_back(second);
+  const Json& processes = fact.scenario.value("processes", Json::array());
+  if (!processes.empty() && processes.back()["pid"] == secondBrowserPid) {
+    panel.update({{"host", secondBrowserPid},
+                  {"folder", (trial / "other/target").string()},
+                  {"frame", {{"x", 480}, {"y", 300}, {"width", 800}, {"height", 450}}}});
+    panels.push_back(panel);
   }
-  if (panel.contains("language")) patches.push_back({"/language", panel["language"]});
   patches.push_back({"/panels", panels});
   return patches;
 }
 
 std::vector<std::string> commandLine(const Fact& fact, const Way& way) {
   std::vector<std::string> words = way.arguments;
-  words.insert(words.end(), {"--pid", "812"});
+  words.insert(words.end(), {"--pid", std::to_string(browserPid)});
   if (words.front() != "close") {
     words.insert(words.end(), {"--path", (trial / (way.files ? fact.file : fact.folder)).string()});
   }
@@ -102,9 +129,19 @@ std::vector<std::string> commandLine(const Fact& fact, const Way& way) {
 // The beginning of a message, up to a word's end.
 std::string firstWords(const std::string& message) {
   constexpr std::size_t longest = 48;
-  std::string line = message.substr(0, message.find('\n'));
+  const std::string line = message.substr(0, message.find('\n'));
   if (line.size() <= longest) return line;
   return line.substr(0, line.rfind(' ', longest)) + " …";
+}
+
+// What was chosen below the trial's folder is named from there on; the rest differs from machine to
+// machine.
+std::string withShortPath(const std::string& verdict) {
+  const auto at = verdict.find('/');
+  if (at == std::string::npos) return verdict;
+  const std::string folder = trial.string() + "/";
+  const bool own = verdict.compare(at, folder.size(), folder) == 0;
+  return verdict.substr(0, at) + (own ? verdict.substr(at + folder.size()) : "something else");
 }
 
 std::string disturbanceOf(const simulator::Record& record) {
@@ -115,21 +152,18 @@ std::string disturbanceOf(const simulator::Record& record) {
   return text;
 }
 
-std::string withoutTrialFolder(std::string text) {
-  const std::string folder = trial.string() + "/";
-  for (auto at = text.find(folder); at != text.npos; at = text.find(folder)) {
-    text.erase(at, folder.size());
-  }
-  return text;
+std::string secondsText(double seconds) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), ", %.1f s", seconds);
+  return text.data();
 }
 
 Cell tried(const Fact& fact, const Way& way) {
+  const WithoutNewCopies tidy;
   World world("no-panel", desktopOf(fact, way));
   const Outcome outcome = world.run(commandLine(fact, way));
-  std::array<char, 32> seconds{};
-  std::snprintf(seconds.data(), seconds.size(), ", %.1f s", world.desktop().now());
-  const std::string rest = seconds.data() + disturbanceOf(world.record());
-  const std::string verdict = withoutTrialFolder(world.verdict());
+  const std::string rest = secondsText(world.desktop().now()) + disturbanceOf(world.record());
+  const std::string verdict = withShortPath(world.verdict());
   if (verdict.starts_with("unreported")) return {Kind::unreported, "**" + verdict + "**" + rest};
   if (verdict != "true") return {Kind::wrong, "**wrong**: " + verdict + rest};
   if (outcome.exitStatus != 0) return {Kind::error, "“" + firstWords(outcome.errors) + "”" + rest};
@@ -139,8 +173,45 @@ Cell tried(const Fact& fact, const Way& way) {
   return {Kind::right, "right" + rest};
 }
 
-void writeTable(std::ostream& page, const FactGroup& group,
-                std::map<std::string, std::map<Kind, int>>& totals) {
+// --- The page. ---
+
+constexpr const char* beginning = R"(# What works where
+
+Every way of calling the tool, tried on simulated desktops that have the facts about the Open panel which
+decide most: those that were measured on Macs, and both sides of those on which reports disagree. Nobody has
+tried any of this on a Mac. [What each fact is based on](scenarios.md).
+
+In each trial a panel shows the folder `start`, and the tool is asked for `start/target` or
+`start/report.txt` in it, unless the row says otherwise. A cell says what came of it:
+
+- **right**: the panel chose just that; `close`: it was cancelled.
+- “…”: an error, of which the first words stand here, and the panel chose nothing. “closed: 0” is no error of
+  the command, which says that it closed nothing.
+- **wrong**: the command reported success, and a panel chose something else or nothing, or another panel ended, too.
+- **unreported**: the command reported an error, and the panel chose all the same.
+
+Then the seconds that it took, and what it disturbed: `mouse`, mouse events were posted; `session`, events went
+to the whole session; `front`, another application came to the front, if only for a while.
+
+**Where it can be relied on.** Where keys reach the process that accessibility shows the panel in: a panel that
+its service alone exposes, with keys to the service; a sheet or a window of the browser that takes keys from the
+browser. In Chinese, or with a prompt that the tool knows. There each way of choosing works in the
+background, also in columns, with icons, with slow requests and with an awkward name. Where keys
+posted to a process do not arrive, `--temporary-foreground` still works on panels that it recognises.
+
+**Where it fails honestly.** On Chromium's sheets as they were measured, in the background: the keys go to the browser, which drops
+them, or, in English and German, the sheet is not recognised at all. Without Accessibility, without the helper, on another space. It takes up to the watchdog's time, and without
+`--strict-background` it clicks meanwhile.
+
+**Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost but the
+Choose button answers, the panel chooses the folder that it showed before. The strict way knows folders by
+their names alone. Without a listed window of the panel it takes a panel for closed that is open. Clicks that arrive where the tool did not aim
+choose something else. With two browsers of one name, `close` cancels the panels of both.
+)";
+
+using Totals = std::map<std::string, std::map<Kind, int>>;
+
+void writeTable(std::ostream& page, const FactGroup& group, Totals& totals) {
   page << "\n## " << group.title << "\n\n| |";
   for (const Way& way : ways()) page << ' ' << way.name << " |";
   page << "\n|---|";
@@ -157,20 +228,85 @@ void writeTable(std::ostream& page, const FactGroup& group,
   }
 }
 
+void writeTotals(std::ostream& page, Totals& totals) {
+  page
+      << "\n## Totals\n\n| | right | error | **wrong** | **unreported** |\n|---|---|---|---|---|\n";
+  for (const Way& way : ways()) {
+    page << "| " << way.name;
+    for (const Kind kind : {Kind::right, Kind::error, Kind::wrong, Kind::unreported}) {
+      page << " | " << totals[way.name][kind];
+    }
+    page << " |\n";
+  }
+}
+
+std::string pageText() {
+  const Folders folders;
+  Totals totals;
+  std::ostringstream tables;
+  for (const FactGroup& group : factGroups()) writeTable(tables, group, totals);
+  std::ostringstream page;
+  page << beginning;
+  writeTotals(page, totals);
+  page << tables.str();
+  return page.str();
+}
+
+// Whether the lines are the same but for numbers of seconds that differ by half a second at most.
+bool sameLine(const std::string& left, const std::string& right) {
+  constexpr double tolerance = 0.55;
+  const char* l = left.c_str();
+  const char* r = right.c_str();
+  while (*l != '\0' && *r != '\0') {
+    const bool digits = std::isdigit(static_cast<unsigned char>(*l)) != 0 &&
+                        std::isdigit(static_cast<unsigned char>(*r)) != 0;
+    if (!digits) {
+      if (*l++ != *r++) return false;
+      continue;
+    }
+    char* l_end = nullptr;
+    char* r_end = nullptr;
+    const double l_number = std::strtod(l, &l_end);
+    const double r_number = std::strtod(r, &r_end);
+    const bool whole =
+        std::string(l, static_cast<std::size_t>(l_end - l)).find('.') == std::string::npos;
+    if (std::fabs(l_number - r_number) > (whole ? 0 : tolerance)) return false;
+    l = l_end;
+    r = r_end;
+  }
+  return *l == *r;
+}
+
+int check(const std::string& file) {
+  std::ifstream written(file);
+  std::istringstream found(pageText());
+  std::string expected;
+  std::string line;
+  int differences = 0;
+  while (std::getline(found, line)) {
+    if (std::getline(written, expected) && sameLine(expected, line)) continue;
+    std::cerr << file << ":\n- " << expected << "\n+ " << line << '\n';
+    ++differences;
+  }
+  if (std::getline(written, expected)) ++differences;
+  return differences == 0 ? 0 : 1;
+}
+
+int write(const std::string& file) {
+  std::ofstream page(file);
+  page << pageText();
+  return page ? 0 : 1;
+}
+
 }  // namespace
 }  // namespace tessarine::test
 
 int main(int argc, char** argv) {
-  using namespace tessarine::test;
-  if (argc != 2) return 2;
-  const Trial folders;
-  std::map<std::string, std::map<Kind, int>> totals;
-  std::ofstream page(argv[1]);
-  for (const FactGroup& group : factGroups()) writeTable(page, group, totals);
-  for (const auto& [way, counts] : totals) {
-    page << way;
-    for (const auto& [kind, count] : counts) page << ' ' << static_cast<int>(kind) << ':' << count;
-    page << '\n';
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.size() == 1) return tessarine::test::write(arguments[0]);
+  if (arguments.size() == 2 && arguments[0] == "--check") {
+    return tessarine::test::check(arguments[1]);
   }
-  return page ? 0 : 1;
+  std::cerr << "usage: what_works [--check] FILE\n";
+  return 2;
 }
