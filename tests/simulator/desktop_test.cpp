@@ -459,6 +459,96 @@ TEST_F(DesktopTest, RequestsToASilentProcessEndAfterTheTimeoutWhileOthersAreAnsw
   EXPECT_EQ(copy({700, 0}, "AXWindows").error, ax::cannotComplete);
 }
 
+TEST_F(DesktopTest, EachPriceIsWhatTheDesktopSays) {
+  desktop.prices() = {
+      .request = 1, .press = 2, .windowList = 3, .event = 4, .activation = 5, .comingForward = 6};
+  page_element.addAction("AXPress", [] { return ax::success; });
+  EXPECT_EQ(desktop.price(CopyAttribute{page_element.id(), "AXRole"}), 1);
+  EXPECT_EQ(desktop.price(PerformAction{page_element.id(), "AXPress"}), 2);
+  EXPECT_EQ(desktop.price(AskWindows{}), 3);
+  EXPECT_EQ(desktop.price(keyTo(700, 36)), 4);
+  EXPECT_EQ(desktop.price(Activate{700}), 5);
+  desktop.activate(700, Origin::tool);
+  desktop.advanceTo(5.9);
+  EXPECT_EQ(desktop.frontmost(), 800);
+  desktop.advanceTo(6);
+  EXPECT_EQ(desktop.frontmost(), 700);
+}
+
+TEST_F(DesktopTest, APressThatTakesLongerThanItsSenderWaitsLandsAnyway) {
+  int presses = 0;
+  page_element.addAction("AXPress", [&] { return ++presses, ax::success; });
+  desktop.setRequestTimeout(0.05);
+  const PerformAction press{page_element.id(), "AXPress"};
+  EXPECT_EQ(desktop.price(press), 0.05);
+  EXPECT_EQ(desktop.answer(press).error, ax::cannotComplete);
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(DesktopTest, ABusyProcessAnswersWhenItHasTime) {
+  desktop.faults().busy = {{700, 1, 4}, {700, 4, 5}};
+  const CopyAttribute request{page_element.id(), "AXRole"};
+  EXPECT_EQ(desktop.price(request), 0.0003) << "it is not busy yet";
+  desktop.advanceTo(2);
+  EXPECT_EQ(desktop.price(request), 3.0003) << "one time of work follows the other";
+  EXPECT_EQ(desktop.price(CopyAttribute{text_element.id(), "AXRole"}), 0.0003) << "others are not";
+  desktop.advanceTo(5.0003);
+  EXPECT_EQ(desktop.answer(request).error, ax::success);
+}
+
+TEST_F(DesktopTest, RequestsToABusyProcessTimeOutAndItDoesWhatItWasAskedToAfterwards) {
+  int presses = 0;
+  page_element.addAction("AXPress", [&] { return ++presses, ax::success; });
+  desktop.faults().busy = {{700, 0, 10}};
+  const PerformAction press{page_element.id(), "AXPress"};
+  EXPECT_EQ(desktop.price(press), 6);
+  desktop.advanceTo(6);
+  EXPECT_EQ(desktop.answer(press).error, ax::cannotComplete);
+  EXPECT_EQ(desktop.answer(CopyAttribute{page_element.id(), "AXRole"}).error, ax::cannotComplete);
+  EXPECT_EQ(presses, 0);
+  desktop.advanceTo(10);
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(DesktopTest, EventsWaitUntilABusyProcessHasTime) {
+  desktop.faults().busy = {{700, 0, 2}};
+  desktop.answer(keyTo(700, 36));
+  desktop.answer(PostEvent{MouseEvent{1, {300, 350}, 1}, 700});
+  desktop.answer(keyTo(800, 53));
+  EXPECT_EQ(heard, Texts{"editor key 53 to process"});
+  desktop.advanceTo(2);
+  EXPECT_EQ(heard, (Texts{"editor key 53 to process", "browser key 36 to process",
+                          "browser mouse 1 in Page to process"}));
+}
+
+TEST_F(DesktopTest, ActivationIsRefusedToProgramsAndNotToSystemEvents) {
+  desktop.faults().activation_refused = true;
+  EXPECT_EQ(desktop.answer(Activate{700}).value, Value(true)) << "it answers as if it agreed";
+  desktop.advanceTo(1);
+  EXPECT_EQ(desktop.frontmost(), 800);
+  desktop.activate(700, Origin::script);
+  desktop.advanceTo(2);
+  EXPECT_EQ(desktop.frontmost(), 700);
+}
+
+TEST_F(DesktopTest, AnApplicationOnAnotherSpaceShowsNothingUntilItComesForward) {
+  ProcessOptions away = application(900, "Away");
+  away.onOtherSpace = true;
+  Process& process = desktop.addProcess(away);
+  Element& element = process.root.addChild("AXWindow");
+  desktop.addWindow(windowFor(900, "Far", {500, 500, 100, 100}, &element));
+  const auto listed = [&] { return std::get<List>(desktop.answer(AskWindows{}).value).size(); };
+  EXPECT_EQ(copy({900, 0}, "AXWindows").value, Value(List{}));
+  EXPECT_EQ(copy({900, 0}, "AXChildren").value, Value(List{}));
+  EXPECT_EQ(copy({900, 0}, "AXMainWindow").error, ax::noValue);
+  EXPECT_EQ(desktop.windowAt({550, 550}), nullptr);
+  EXPECT_EQ(listed(), 2U);
+  desktop.setFrontmost(900);
+  EXPECT_EQ(copy({900, 0}, "AXWindows").value, Value(List{element.id()}));
+  EXPECT_EQ(copy({900, 0}, "AXChildren").value, Value(List{element.id()}));
+  EXPECT_EQ(listed(), 3U);
+}
+
 TEST_F(DesktopTest, AReadIsGivenUpWhenTheProgramsPatienceEnds) {
   desktop.faults().silent_processes = {700};
   EXPECT_EQ(desktop.price(CopyAttribute{{700, 0}, "AXWindows", 0.5}), 0.5);

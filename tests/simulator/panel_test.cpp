@@ -112,10 +112,11 @@ TEST(PanelTree, HostWindowStandsAmongTheBrowsersWindows) {
 TEST(PanelTree, SheetHangsFromTheBrowsersWindowAndHasNoTitle) {
   PanelWorld world(Json{{"shape", "host-sheet"}, {"prompt", "Select"}, {"listColumns", 1}});
   const Element& root = world.identified("open-panel");
-  EXPECT_EQ(drawn(root), "AXSheet Identifier=open-panel Description=open\n"
-                         " AXStaticText Value=Select the extension directory.\n" +
-                             std::string(english_lists) +
-                             englishControls(fileName(world.sample.path()), "Select"));
+  EXPECT_EQ(drawn(root),
+            "AXSheet Identifier=open-panel Description=open\n"
+            " AXStaticText Value=Select the extension directory.\n" +
+                std::string(english_lists) +
+                englishControls(fileName(world.sample.path()), "Select"));
   EXPECT_EQ(world.text(*root.parent(), "AXTitle"), "Extensions");
   EXPECT_EQ(world.focusedWindow(host), Value(root.id()));
   EXPECT_EQ(world.read(root.id(), "AXTitle").error, ax::attributeUnsupported);
@@ -886,7 +887,9 @@ TEST(PanelLife, OutlivesTheEndOfItsHost) {
 }
 
 TEST(PanelKeystroke, TypesAttachedTextUpToItsLimitOrWhatTheLayoutSays) {
-  const auto typed = [](const KeyEvent& event) { return keystroke(event, KeyboardLayout::us).text; };
+  const auto typed = [](const KeyEvent& event) {
+    return keystroke(event, KeyboardLayout::us).text;
+  };
   EXPECT_EQ(typed({0, true, 0, u"0123456789012345678901234"}), "01234567890123456789");
   EXPECT_EQ(typed({key::returnKey, true, 0, u"\r"}), "");
   EXPECT_EQ(typed({44, true, 0, {}}), "/");

@@ -245,6 +245,44 @@ TEST_F(ProgramsDeathTest, AScriptBeyondTheModelNamesItself) {
   EXPECT_DEATH(run("/usr/bin/osascript", {"-l", "JavaScript"}), "not modelled: /usr/bin/osascript");
 }
 
+TEST_F(ProgramsTest, AScriptTellsNothingToAnApplicationThatItMayNotTell) {
+  desktop.faults().automation_denied = {"System Events"};
+  const Outcome denied{
+      1, "",
+      "0:0: execution error: Not authorized to send Apple events to System Events. (-1743)\n"};
+  EXPECT_EQ(toSystemEvents("keystroke \"a\""), denied);
+  EXPECT_EQ(toSystemEvents("set frontmost of first process whose unix id is 700 to true"), denied);
+  EXPECT_TRUE(typist.typed.empty());
+  EXPECT_EQ(toSystemEvents("delay 0.5"), (Outcome{0, "", ""})) << "nobody is told anything";
+  const std::string name =
+      "tell application \"Finder\" to get displayed name of (POSIX file \"/usr\" as alias)";
+  EXPECT_EQ(script({name}), (Outcome{0, "usr\n", ""}));
+  desktop.faults().automation_denied = {"Finder"};
+  EXPECT_EQ(
+      script({name}),
+      (Outcome{1, "",
+               "0:0: execution error: Not authorized to send Apple events to Finder. (-1743)\n"}));
+}
+
+TEST_F(ProgramsTest, SystemEventsTypesWithTheKeysOfTheLayout) {
+  desktop.setKeyboardLayout(KeyboardLayout::azerty);
+  toSystemEvents("keystroke \"aq1\" using {command down}");
+  EXPECT_EQ(typist.typed, (Texts{"12/1048576/a", "0/1048576/q", "18/1179648/1"}));
+}
+
+TEST_F(ProgramsTest, EachProgramTakesWhatItsPriceSays) {
+  desktop.prices().script = 1;
+  desktop.prices().finder = 0.5;
+  desktop.prices().scriptKey = 0.25;
+  desktop.prices().processList = 2;
+  script({"tell application \"Finder\" to get displayed name of (POSIX file \"/\" as alias)"});
+  EXPECT_DOUBLE_EQ(took, 1.5);
+  toSystemEvents("keystroke \"ab\"");
+  EXPECT_DOUBLE_EQ(took, 1.5);
+  run("/bin/ps", {"-axo", "pid=,command="});
+  EXPECT_DOUBLE_EQ(took, 2);
+}
+
 TEST_F(ProgramsTest, AScriptWithoutTrustMayNotType) {
   desktop.faults().untrusted = true;
   EXPECT_EQ(toSystemEvents("keystroke \"a\""),

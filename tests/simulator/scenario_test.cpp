@@ -80,6 +80,38 @@ TEST(ScenarioMistake, MissingKey) {
             "folder/wrong.json: /processes/0: expected the key \"name\", which is required");
 }
 
+TEST(ScenarioMistake, FaultsAndPricesThatCannotBe) {
+  EXPECT_EQ(mistake(R"({"faults": {"busy": [{"pid": 812}]}})"),
+            "folder/wrong.json: /faults/busy/0: expected the key \"toSeconds\", which is required");
+  EXPECT_EQ(mistake(R"({"faults": {"busy": [{"pid": 812, "fromSeconds": 2, "toSeconds": 2}]}})"),
+            "folder/wrong.json: /faults/busy/0/toSeconds: expected a later time than fromSeconds");
+  EXPECT_EQ(mistake(R"({"faults": {"automationDenied": ["Mail"]}})"),
+            "folder/wrong.json: /faults/automationDenied/0: expected one of \"System Events\", "
+            "\"Finder\"");
+  EXPECT_EQ(mistake(R"({"prices": {"request": -1}})"),
+            "folder/wrong.json: /prices/request: expected a number from 0 to 3600");
+  EXPECT_EQ(mistake(R"({"prices": {"click": 1}})"),
+            "folder/wrong.json: /prices/click: no such key; expected one of request, press, "
+            "windowList, event, activation, comingForward, processList, script, scriptKey, finder, "
+            "snapshot");
+  EXPECT_EQ(mistake(R"({"requestTimeoutSeconds": 0})"),
+            "folder/wrong.json: /requestTimeoutSeconds: expected a number from 0.01 to 3600");
+}
+
+TEST(Scenario, TellsTheDesktopItsPricesItsLayoutAndItsTimeout) {
+  const auto scene = makeScene(scenarioFromText(
+      R"({"prices": {"request": 0.5, "press": 7}, "keyboardLayout": "azerty",
+          "requestTimeoutSeconds": 3,
+          "faults": {"busy": [{"pid": 812, "toSeconds": 2}], "activationRefused": true}})",
+      "told"));
+  const Desktop& desktop = scene->desktop;
+  EXPECT_EQ(desktop.price(CopyAttribute{{300, 0}, "AXRole"}), 0.5);
+  EXPECT_EQ(desktop.price(CopyAttribute{{812, 0}, "AXRole"}), 2.5);
+  EXPECT_EQ(desktop.prices().press, 7);
+  EXPECT_EQ(desktop.keyboardLayout(), KeyboardLayout::azerty);
+  EXPECT_TRUE(desktop.faults().activation_refused);
+}
+
 TEST(ScenarioMistake, UnknownChoice) {
   EXPECT_EQ(panelMistake(R"(, "mode": "both")"),
             "folder/wrong.json: /panels/0/mode: expected one of \"folders\", \"files\", "
