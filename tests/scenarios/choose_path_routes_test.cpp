@@ -81,7 +81,7 @@ Deeds pressedInVain(const std::string& path) {
 }
 
 // The transcript of that. How many pauses the watch of the dialog has depends on how much there is
-// to look at, so its length is checked instead: a look that begins in time takes up to 0.05 s here,
+// to look at, so its length is checked instead: a look that begins in time takes up to 0.06 s here,
 // the pause after it 0.15 s.
 Deeds deedsOfRetry(const simulator::Record& record, double watchSeconds) {
   Deeds deeds = transcript(record);
@@ -98,7 +98,7 @@ Deeds deedsOfRetry(const simulator::Record& record, double watchSeconds) {
   const auto key = std::find_if(pressed, lines.end(), [](const auto& line) {
     return std::holds_alternative<simulator::PostedKey>(line.entry);
   });
-  EXPECT_NEAR(key->time - pressed->time, watchSeconds + 0.1, 0.1001);
+  EXPECT_NEAR(key->time - pressed->time, watchSeconds + 0.105, 0.1051);
   return deeds;
 }
 
