@@ -330,6 +330,7 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
                                           "half-off-screen-panel",
                                           "icons",
                                           "keys-lost",
+                                          "keys-lost-window",
                                           "keys-only-in-front",
                                           "keys-reach-host",
                                           "late-panel",
