@@ -10,52 +10,51 @@
 #include "simulator/import/import.h"
 #include "simulator/import/placeholders.h"
 #include "simulator/import/printout.h"
-#include "simulator/import/seen_panel.h"
+#include "simulator/panel/panel_options.h"
 
 namespace simulator::importing {
-
-// Stands for every path that was printed.
-inline constexpr const char* folder_for_paths = "/usr/share";
 
 // Texts that are not a panel's own become placeholders unless `keepNames`.
 class Draft {
  public:
-  Draft(Pid browser, Listing listing, bool keepNames)
-      : browser_(browser), listing_(std::move(listing)), names_(keepNames) {}
+  // Without a listing the browser has one window.
+  Draft(Inspection inspection, std::optional<Listing> listing, bool keepNames)
+      : inspection_(std::move(inspection)), listing_(std::move(listing)), names_(keepNames) {}
 
-  void add(const std::vector<Dialog>& dialogs);
   ImportedScenario finish();
 
  private:
+  struct SeenPanel {
+    const Dialog* dialog = nullptr;
+    PanelShape shape = PanelShape::serviceWindow;
+    nlohmann::ordered_json json;  // what the scenario says of it
+  };
+
   void omit(const std::string& what) { omissions_.push_back(what); }
 
   // In draft_panels.cpp.
-  void addPanel(SeenPanel panel, std::optional<Pid> service);
-  void describeWords(SeenPanel& panel);
+  void addPanels();
+  void addPanel(const Dialog& dialog);
+  void describeProcesses(SeenPanel& panel);
   void describeModality(SeenPanel& panel);
-  void describeView(SeenPanel& panel);
-  void describeFrames(SeenPanel& panel);
-  void describeGoTo(SeenPanel& panel);
-  void describeMissingButtons(SeenPanel& panel);
-  void describePlaces(const SeenPanel& panel);
-  void checkRecognition(const SeenPanel& panel);
-  void omitWhatIsNotModelled(const SeenPanel& panel);
+  nlohmann::ordered_json treeOf(const Dialog& dialog);
+  void omitWhatIsNotPrinted(const SeenPanel& panel);
 
   // In draft_surroundings.cpp.
-  bool isPanels(const AppWindow& window) const;
   void addBrowserWindows();
+  void addListedWindows();
   void putOwnerLast(const SeenPanel& panel);
+  bool isInATree(const AppWindow& window) const;
   Pid freePid(Pid wanted) const;
   nlohmann::ordered_json processes(Pid finder, Pid terminal) const;
   nlohmann::ordered_json screens() const;
+  Language language();
 
-  Pid browser_;
-  Listing listing_;
+  Inspection inspection_;
+  std::optional<Listing> listing_;
   Placeholders names_;
   std::vector<std::string> omissions_;
-  std::vector<SeenPanel> panels_;  // the one in front last
-  std::optional<nlohmann::ordered_json> places_;
-  bool path_typed_ = false;
+  std::vector<SeenPanel> panels_;                      // the one in front last
   std::vector<std::pair<std::string, Rect>> windows_;  // of the browser, front to back
 };
 

@@ -3,6 +3,7 @@
 
 #include "simulator/import/draft.h"
 #include "simulator/import/frames.h"
+#include "simulator/import/panel_words.h"
 
 namespace simulator::importing {
 namespace {
@@ -15,45 +16,60 @@ constexpr int page_elements = 40;
 
 }  // namespace
 
-// Whether the window is a panel's or that of its go-to sheet.
-bool Draft::isPanels(const AppWindow& window) const {
-  const auto is = [&](const Node* node) {
-    return node != nullptr && node->frame == window.frame && node->title == window.title;
+// Whether the window is one of the windows and sheets that a panel's tree holds.
+bool Draft::isInATree(const AppWindow& window) const {
+  const auto is = [&](const PrintedElement& element) {
+    return element.role == window.role && element.frame == window.frame &&
+           element.title == window.title;
   };
   return std::ranges::any_of(panels_, [&](const SeenPanel& panel) {
-    return is(panel.goTo) || (is(panel.element) && panel.shape != PanelShape::embedded);
+    return panel.dialog->pid == window.pid && std::ranges::any_of(panel.dialog->tree, is);
   });
 }
 
-void Draft::addBrowserWindows() {
-  for (const AppWindow& window : listing_.windows) {
-    if (isPanels(window)) continue;
-    if (window.pid == browser_ && window.role == "AXWindow" && isUsable(window.frame)) {
-      windows_.emplace_back(names_.of(window.title, "window"), window.frame);
-    } else {
+void Draft::addListedWindows() {
+  bool reordered = false;
+  for (const AppWindow& window : listing_->windows) {
+    const bool browsers = window.pid == inspection_.browser && window.role == "AXWindow";
+    if (isInATree(window)) {
+      // Those of panels open last, in front of the others.
+      reordered = reordered || (browsers && !windows_.empty());
+      continue;
+    }
+    if (!browsers || !isUsable(window.frame)) {
       omit("the window at " + window.place);
+      continue;
+    }
+    windows_.emplace_back(names_.of(window.title, "window"), window.frame);
+    if (window.subrole != "AXStandardWindow" || !window.description.empty()) {
+      omit("the subrole and the description of the window at " + window.place);
     }
   }
-  const auto inWindow = [](const SeenPanel& panel) { return !panel.isWindow(); };
+  if (reordered) omit("the order of the browser's windows");
+}
+
+void Draft::addBrowserWindows() {
+  if (listing_) addListedWindows();
+  const auto inWindow = [](const SeenPanel& panel) {
+    return panel.shape == PanelShape::hostSheet || panel.shape == PanelShape::embedded;
+  };
   const auto standing = std::ranges::find_if(panels_, inWindow);
   if (standing != panels_.end()) putOwnerLast(*standing);
   if (std::ranges::count_if(panels_, inWindow) > 1) omit("which panel stands in which window");
-  if (windows_.empty()) windows_.emplace_back("", usual_window);
+  const bool known = listing_ || std::ranges::any_of(panels_, [](const SeenPanel& panel) {
+                       return panel.shape == PanelShape::hostWindow;
+                     });
+  if (windows_.empty() && !known) windows_.emplace_back("", usual_window);
 }
 
 // Sheets hang from the oldest window, which is the last.
 void Draft::putOwnerLast(const SeenPanel& panel) {
-  const Node& root = panel.dialog->root;
-  const bool rootOwns = panel.element != &root && isWindow(root);
-  const Rect& frame = panel.frame();
-  const Rect top{frame.x + frame.width / 2, frame.y, 1, 1};
+  const Rect& frame = panel.dialog->frame();
   const auto owner = std::ranges::find_if(windows_, [&](const auto& window) {
-    return rootOwns ? window.second == root.frame : isWithin(top, window.second);
+    return contains(window.second, {frame.x + frame.width / 2, frame.y});
   });
   if (owner == windows_.end()) {
-    const Rect shown = rootOwns ? root.frame : around(usual_window, frame);
-    const std::string title = rootOwns ? names_.of(root.title, "window") : "";
-    windows_.emplace_back(title, isUsable(shown) ? shown : usual_window);
+    windows_.emplace_back("", isUsable(frame) ? around(usual_window, frame) : usual_window);
   } else if (owner + 1 != windows_.end()) {
     omit("the order of the browser's windows");
     std::rotate(owner, owner + 1, windows_.end());
@@ -62,7 +78,7 @@ void Draft::putOwnerLast(const SeenPanel& panel) {
 
 Pid Draft::freePid(Pid wanted) const {
   const auto taken = [&](Pid pid) {
-    return pid == browser_ || std::ranges::any_of(panels_, [&](const SeenPanel& panel) {
+    return pid == inspection_.browser || std::ranges::any_of(panels_, [&](const SeenPanel& panel) {
              return panel.json.value("service", 0) == pid;
            });
   };
@@ -83,7 +99,7 @@ Json Draft::processes(Pid finder, Pid terminal) const {
            {"name", "Terminal"},
            {"command", "/System/Applications/Utilities/Terminal.app/Contents/MacOS/Terminal"},
            {"windows", {shell}}},
-          {{"pid", browser_},
+          {{"pid", inspection_.browser},
            {"name", "Google Chrome"},
            {"command", "/Applications/Google Chrome.app/Contents/MacOS/Google Chrome"},
            {"windows", windows}}};
@@ -93,32 +109,38 @@ Json Draft::processes(Pid finder, Pid terminal) const {
 Json Draft::screens() const {
   Rect all = usual_screen;
   for (const SeenPanel& panel : panels_) {
-    if (isUsable(panel.frame())) all = around(all, panel.frame());
+    const Rect& frame = panel.dialog->frame();
+    if (isUsable(frame)) all = around(all, frame);
   }
   for (const auto& [title, frame] : windows_) all = around(all, frame);
   const double right = all.x + all.width;
-  Json screens = Json::array({toJson({0, 0, right, bottom(all)})});
+  Json screens = Json::array({toJson({0, 0, right, all.y + all.height})});
   if (all.x < 0) screens.push_back(toJson({all.x, all.y, -all.x, all.height}));
   if (all.y < 0) screens.push_back(toJson({0, all.y, right, -all.y}));
   return screens;
 }
 
+// That of the first panel with known words.
+Language Draft::language() {
+  for (const SeenPanel& panel : panels_) {
+    if (const auto known = languageOf(panel.dialog->tree)) return *known;
+  }
+  if (!panels_.empty()) omit("the language, which is taken for English");
+  return Language::english;
+}
+
 ImportedScenario Draft::finish() {
+  addPanels();
   addBrowserWindows();
   const Pid finder = freePid(250);
   const Pid terminal = freePid(std::max(300, finder + 1));
   Json document{{"description", "What stood on a Mac, as the tool printed it."}};
-  if (!panels_.empty()) document["language"] = panels_.front().json["language"];
-  if (places_) document["places"] = *places_;
-  if (path_typed_) document["lastGoToPath"] = folder_for_paths;
+  document["language"] = languageTag(language());
   document["screens"] = screens();
   document["processes"] = processes(finder, terminal);
   document["frontmost"] = terminal;
   document["panels"] = Json::array();
-  for (SeenPanel& panel : panels_) {
-    if (panel.json["language"] == document["language"]) panel.json.erase("language");
-    document["panels"].push_back(std::move(panel.json));
-  }
+  for (SeenPanel& panel : panels_) document["panels"].push_back(std::move(panel.json));
   return {document, omissions_};
 }
 

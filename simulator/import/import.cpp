@@ -8,11 +8,10 @@ namespace simulator {
 ImportedScenario importScenario(const Printout& dialogs, const std::optional<Printout>& windows,
                                 bool keepNames) {
   using namespace importing;
-  const Inspection inspection = readInspection(dialogs);
-  const Pid browser = inspection.browser;
-  Draft draft(browser, windows ? readListing(*windows, browser) : Listing(), keepNames);
-  draft.add(inspection.dialogs);
-  return draft.finish();
+  Inspection inspection = readInspection(dialogs);
+  std::optional<Listing> listing;
+  if (windows) listing = readListing(*windows, inspection.browser);
+  return Draft(std::move(inspection), std::move(listing), keepNames).finish();
 }
 
 }  // namespace simulator

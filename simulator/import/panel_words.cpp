@@ -16,6 +16,7 @@ constexpr std::array markers{
 constexpr std::array others{&PanelTexts::open, &PanelTexts::description, &PanelTexts::search,
                             &PanelTexts::back, &PanelTexts::forward,     &PanelTexts::name,
                             &PanelTexts::go,   &PanelTexts::favourites};
+constexpr std::array browsers{&BrowserTexts::message, &BrowserTexts::select, &BrowserTexts::upload};
 
 }  // namespace
 
@@ -24,26 +25,25 @@ bool says(const std::string& text, Text which) {
                              [&](Language each) { return text == panelTexts(each).*which; });
 }
 
-bool mentions(const std::string& text, Text which) {
-  return std::ranges::any_of(languages, [&](Language each) {
-    return text.find(panelTexts(each).*which) != std::string::npos;
-  });
-}
-
 bool isThePanelsOwn(const std::string& text) {
   const auto isIt = [&](Text which) { return says(text, which); };
-  return std::ranges::any_of(markers, isIt) || std::ranges::any_of(others, isIt);
+  const auto isBrowsers = [&](std::string BrowserTexts::*which) {
+    return std::ranges::any_of(languages,
+                               [&](Language each) { return text == browserTexts(each).*which; });
+  };
+  return std::ranges::any_of(markers, isIt) || std::ranges::any_of(others, isIt) ||
+         std::ranges::any_of(browsers, isBrowsers);
 }
 
-std::optional<Language> languageOf(const std::vector<Node>& nodes) {
+std::optional<Language> languageOf(const PrintedTree& tree) {
   std::optional<Language> best;
   std::ptrdiff_t most = 0;
   for (const Language language : languages) {
     const PanelTexts& texts = panelTexts(language);
-    const auto count = std::ranges::count_if(nodes, [&](const Node& node) {
+    const auto count = std::ranges::count_if(tree, [&](const PrintedElement& element) {
       return std::ranges::any_of(markers, [&](Text which) {
         const std::string& text = texts.*which;
-        return node.title == text || node.description == text || node.value == text;
+        return element.title == text || element.description == text || element.value == text;
       });
     });
     if (count > most) best = language;

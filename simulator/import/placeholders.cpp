@@ -43,12 +43,21 @@ bool mayHoldPath(const std::string& text) {
          });
 }
 
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
 }  // namespace
+
+std::string Placeholders::ofTerm(const std::string& term, const std::string& kind) {
+  return term.starts_with("AX") && std::ranges::all_of(term, isLetter) ? term : of(term, kind);
+}
 
 std::string Placeholders::of(const std::string& text, const std::string& kind) {
   if (text.empty() || isThePanelsOwn(text) || (keep_ && !mayHoldPath(text))) return text;
   const auto [entry, isNew] = given_.try_emplace(text);
-  if (isNew) entry->second = kind + "-" + std::to_string(++counts_[kind]);
+  const std::string root = text.starts_with("/") || text.starts_with("~") ? "/" : "";
+  if (isNew) entry->second = root + kind + "-" + std::to_string(++counts_[kind]);
   return entry->second;
 }
 

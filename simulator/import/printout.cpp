@@ -5,6 +5,7 @@
 
 #include "simulator/scenario/json_object.h"
 #include "simulator/scenario/json_text.h"
+#include "simulator/scenario/printed_tree_reader.h"
 #include "simulator/scenario/scenario.h"
 
 namespace simulator {
@@ -12,7 +13,6 @@ namespace importing {
 namespace {
 
 constexpr Pid largest_pid = 99999;
-constexpr double largest_number = 1e9;  // points: listings may be very long
 constexpr std::size_t most_dialogs = 100;
 
 // Reads what every result begins with; the browser's pid.
@@ -38,36 +38,15 @@ bool readOwner(JsonObject& object, Pid browser, Pid& pid) {
   return service;
 }
 
-// A frame without position and size is printed as zeros.
-Rect readFrame(const JsonPlace& place) {
+PrintedElement readRoot(const JsonPlace& place) {
   JsonObject object(place);
-  const Rect frame{object.require("x").number(-largest_number, largest_number),
-                   object.require("y").number(-largest_number, largest_number),
-                   object.require("width").number(0, largest_number),
-                   object.require("height").number(0, largest_number)};
+  PrintedElement root;
+  root.role = object.require("role").text();
+  root.title = object.require("title").text();
+  root.description = object.require("description").text();
+  root.frame = readPrintedFrame(object.require("frame"));
   object.refuseOthers();
-  return frame;
-}
-
-// What a root and the nodes have in common.
-Node readElement(JsonObject& object) {
-  Node node;
-  node.role = object.require("role").text();
-  node.title = object.require("title").text();
-  node.description = object.require("description").text();
-  node.frame = readFrame(object.require("frame"));
-  return node;
-}
-
-Node readNode(const JsonPlace& place) {
-  JsonObject object(place);
-  Node node = readElement(object);
-  node.value = object.require("value").text();
-  for (const auto& action : object.require("actions").items()) {
-    node.actions.push_back(action.text());
-  }
-  object.refuseOthers();
-  return node;
+  return root;
 }
 
 Dialog readDialog(const JsonPlace& place, Pid browser) {
@@ -75,18 +54,9 @@ Dialog readDialog(const JsonPlace& place, Pid browser) {
   Dialog dialog;
   dialog.place = place.pointer;
   dialog.inService = readOwner(object, browser, dialog.pid);
-  JsonObject root(object.require("root"));
-  dialog.root = readElement(root);
-  root.refuseOthers();
-  dialog.recognised = object.require("chooserControlsAvailable").flag();
-  const JsonPlace nodes = object.require("nodes");
-  const auto items = nodes.items();
-  if (items.empty() || items.size() > most_nodes) {
-    nodes.refuse("expected 1 to " + std::to_string(most_nodes) + " nodes");
-  }
-  for (const auto& item : items) dialog.nodes.push_back(readNode(item));
-  dialog.nodes.erase(dialog.nodes.begin());
-  dialog.complete = items.size() < most_nodes;
+  dialog.root = readRoot(object.require("root"));
+  object.require("chooserControlsAvailable").flag();
+  dialog.tree = readPrintedTree(object.require("nodes"));
   object.refuseOthers();
   return dialog;
 }
@@ -98,8 +68,8 @@ AppWindow readWindow(const JsonPlace& place) {
   window.role = object.require("role").text();
   window.subrole = object.require("subrole").text();
   window.title = object.require("title").text();
-  object.require("description").text();
-  window.frame = readFrame(object.require("frame"));
+  window.description = object.require("description").text();
+  window.frame = readPrintedFrame(object.require("frame"));
   object.refuseOthers();
   return window;
 }

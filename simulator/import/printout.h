@@ -1,35 +1,23 @@
 // What "inspect-open-dialog" and "list-windows" of the tool printed, read strictly.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "simulator/desktop/value.h"
 #include "simulator/import/import.h"
+#include "simulator/panel/printed_tree.h"
 
 namespace simulator::importing {
-
-// The tool prints no more of a dialog.
-inline constexpr std::size_t most_nodes = 700;
-
-struct Node {
-  std::string role;
-  std::string title;
-  std::string description;
-  std::string value;
-  Rect frame;
-  std::vector<std::string> actions;
-};
 
 struct Dialog {
   std::string place;  // its JSON pointer
   Pid pid = 0;
   bool inService = false;
-  bool recognised = false;
-  Node root;
-  std::vector<Node> nodes;  // without the root
-  bool complete = true;
+  PrintedElement root;  // as it was read first: without a value and actions
+  PrintedTree tree;
+
+  const Rect& frame() const { return tree.front().frame; }
 };
 
 struct AppWindow {
@@ -38,6 +26,7 @@ struct AppWindow {
   std::string role;
   std::string subrole;
   std::string title;
+  std::string description;
   Rect frame;
 };
 

@@ -7,7 +7,7 @@ namespace simulator {
 namespace {
 
 // When the first of the panel's windows closed.
-Seconds closingTime(const OpenPanel& panel, const Desktop& desktop) {
+Seconds closingTime(const Panel& panel, const Desktop& desktop) {
   const auto& numbers = panel.windowNumbers();
   for (const RecordLine& line : desktop.record().lines()) {
     const auto* closed = std::get_if<WindowClosed>(&line.entry);
@@ -16,7 +16,7 @@ Seconds closingTime(const OpenPanel& panel, const Desktop& desktop) {
   return desktop.now();
 }
 
-bool endedByPerson(const OpenPanel& panel, const Record& record) {
+bool endedByPerson(const Panel& panel, const Record& record) {
   const PanelOutcome& outcome = panel.outcome();
   if (outcome.end == PanelOutcome::End::none) return false;
   return std::ranges::any_of(record.lines(), [&](const RecordLine& line) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simulator/panel/folder.h"
+#include "simulator/panel/panel_place.h"
 #include "simulator/panel/panel_texts.h"
 
 namespace simulator {
@@ -22,12 +23,6 @@ constexpr double sheet_height = 140;
 Rect centredIn(const Rect& panel) {
   return {panel.x + (panel.width - sheet_width) / 2, panel.y + (panel.height - sheet_height) / 3,
           sheet_width, sheet_height};
-}
-
-// The process whose accessibility tree and window the sheet stands in is the panel's.
-bool listsWindowsOf(const PanelOptions& options, Pid owner) {
-  if (options.listed == ListedWindows::hostAndService) return true;
-  return options.listed == (owner == options.host ? ListedWindows::host : ListedWindows::service);
 }
 
 }  // namespace

@@ -2,10 +2,10 @@
 #include "simulator/panel/open_panel.h"
 
 #include <algorithm>
-#include <cassert>
 
 #include "simulator/desktop/unmodelled.h"
 #include "simulator/panel/folder.h"
+#include "simulator/panel/panel_place.h"
 #include "simulator/panel/panel_texts.h"
 
 namespace simulator {
@@ -85,31 +85,14 @@ void OpenPanel::note(const std::string& milestone) {
   desktop_.noteMilestone(milestone);
 }
 
-void OpenPanel::startService() {
-  if (desktop_.findProcess(options_.service) != nullptr) return;
-  desktop_.addProcess({.pid = options_.service,
-                       .name = options_.serviceName,
-                       .command = options_.serviceCommand,
-                       .application = false,
-                       .host = options_.host});
-}
-
-// The browser's oldest window that accessibility shows, for panels that stand in one.
 Element& OpenPanel::parentOfRoot() {
   if (!isSeen()) return unseen_root_;
-  if (!isSheet(options_)) return shownIn().root;
-  const Window* oldest = nullptr;
-  for (const auto& window : desktop_.windows()) {
-    const bool shown = window->owner == options_.host && window->element != nullptr;
-    if (shown && (oldest == nullptr || window->number < oldest->number)) oldest = window.get();
-  }
-  assert(oldest != nullptr);
-  return *oldest->element;
+  return isSheet(options_) ? oldestWindowOf(desktop_, options_.host) : shownIn().root;
 }
 
 void OpenPanel::openRoot() {
   phase_ = Phase::opening;
-  startService();
+  startPanelService(desktop_, options_);
   buildRoot(elements_, parentOfRoot(), options_);
   elements_.contents = &tableOfContents();
   if (isSheet(options_) && options_.opensAtSeconds > 0) {
@@ -155,7 +138,7 @@ void OpenPanel::openWindows() {
 void OpenPanel::openWindow(Pid owner, bool listed, Element* shown) {
   Window window;
   window.owner = owner;
-  window.title = windowTitle(owner);
+  window.title = windowTitle(options_, owner, title());
   window.frame = options_.frame;
   window.listed = listed;
   if (listed && options_.windowList.listedTwice) {
@@ -169,15 +152,6 @@ void OpenPanel::openWindow(Pid owner, bool listed, Element* shown) {
 std::string OpenPanel::title() const {
   const std::string usual = isSheet(options_) ? "" : panelTexts(options_.language).open;
   return options_.title.value_or(usual);
-}
-
-// What the window list calls the windows of a process.
-// Assumed (Live.TheWindowListNamesASheetAsItsTitleSays): a sheet without a title has none there.
-// Assumed (Live.TheServicesWindowHasNoTitle): the service's second window has no title of its own.
-std::string OpenPanel::windowTitle(Pid owner) const {
-  if (owner == options_.host) return options_.hostTitle.value_or(title());
-  const bool own = options_.shape == PanelShape::serviceWindow;
-  return options_.serviceTitle.value_or(own ? title() : "");
 }
 
 // What the window list gets wrong while the panel is open.
@@ -418,7 +392,7 @@ void OpenPanel::close() {
   const bool last = --surroundings_.panelsToServe[options_.service] == 0;
   if (last && options_.serviceEnds) desktop_.terminateProcess(options_.service, false);
   note(outcome_.end == PanelOutcome::End::chosen ? "panel closed: chosen " + outcome_.path
-                                                  : "panel closed: cancelled");
+                                                 : "panel closed: cancelled");
   const bool uploads = options_.mode == PanelMode::upload;
   if (!uploads || !options_.asksAfterUpload || outcome_.end != PanelOutcome::End::chosen) return;
   question_.emplace(desktop_, options_, [this](const std::string& answer) { note(answer); });

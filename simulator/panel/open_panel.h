@@ -12,28 +12,13 @@
 #include "simulator/panel/go_to_sheet.h"
 #include "simulator/panel/keystroke.h"
 #include "simulator/panel/listing.h"
-#include "simulator/panel/panel_options.h"
+#include "simulator/panel/panel.h"
 #include "simulator/panel/panel_tree.h"
 #include "simulator/panel/upload_question.h"
 
 namespace simulator {
 
-// What came of a panel so far.
-struct PanelOutcome {
-  enum class End { none, chosen, cancelled };
-  End end = End::none;
-  std::string path;  // the chosen path, without links
-  Seconds at = 0;    // when it was chosen or cancelled
-  bool operator==(const PanelOutcome&) const = default;
-};
-
-// Something that happened to a panel, as the record says it.
-struct PanelMilestone {
-  Seconds at = 0;
-  std::string text;
-};
-
-class OpenPanel final : private GoToSheetOwner {
+class OpenPanel final : public Panel, private GoToSheetOwner {
  public:
   // The host process must exist, and for a sheet and an embedded chooser its window too. The
   // service process is started with the panel. `desktop` and `surroundings` must outlive the
@@ -42,19 +27,14 @@ class OpenPanel final : private GoToSheetOwner {
   OpenPanel(const OpenPanel&) = delete;
   OpenPanel& operator=(const OpenPanel&) = delete;
 
-  const PanelOptions& options() const { return options_; }
-  const PanelOutcome& outcome() const { return outcome_; }
-  // It was announced at some time; nothing of it existed before.
-  bool hasOpened() const { return phase_ != Phase::waiting; }
-  // It has not closed, and the process that shows it runs.
+  const PanelOptions& options() const override { return options_; }
+  const PanelOutcome& outcome() const override { return outcome_; }
+  bool hasOpened() const override { return phase_ != Phase::waiting; }
   bool alive() const override;
-  // What happened to it, in order.
-  const std::vector<PanelMilestone>& milestones() const { return milestones_; }
-  // Its windows, also those that have closed.
-  const std::vector<std::uint32_t>& windowNumbers() const { return windows_; }
+  const std::vector<PanelMilestone>& milestones() const override { return milestones_; }
+  const std::vector<std::uint32_t>& windowNumbers() const override { return windows_; }
   // Of the panel itself, as accessibility shows it; empty for none.
   std::string title() const;
-  // The folder shown at present.
   std::string folderShown() const override { return folder_; }
 
  private:
@@ -76,7 +56,6 @@ class OpenPanel final : private GoToSheetOwner {
   // Life.
   void later(Seconds delay, std::function<void()> step);
   void note(const std::string& milestone) override;
-  void startService();
   void openRoot();
   void openLists();
   void openListing();
@@ -84,7 +63,6 @@ class OpenPanel final : private GoToSheetOwner {
   void openWindows();
   ElementTable& tableOfContents();
   void openWindow(Pid owner, bool listed, Element* shown);  // `shown`: null when no tree shows it
-  std::string windowTitle(Pid owner) const;
   void scheduleListChanges();
   void closeWindow(std::uint32_t number);
   Element& parentOfRoot();

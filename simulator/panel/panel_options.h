@@ -10,6 +10,7 @@
 #include "simulator/desktop/request.h"
 #include "simulator/desktop/value.h"
 #include "simulator/panel/folder.h"
+#include "simulator/panel/printed_tree.h"
 
 namespace simulator {
 
@@ -136,6 +137,7 @@ struct PanelOptions {
   double slow = 1;             // multiplies every delay of the panel
   GoToOptions goTo;
   PanelFaults faults;
+  PrintedTree tree;  // what was printed of a panel that only stands there; empty: it is modelled
 };
 
 }  // namespace simulator

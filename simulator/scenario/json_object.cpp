@@ -72,7 +72,7 @@ JsonObject::JsonObject(const JsonPlace& place) : place_(place) {
 }
 
 std::optional<JsonPlace> JsonObject::find(const std::string& key) {
-  known_.push_back(key);
+  if (std::find(known_.begin(), known_.end(), key) == known_.end()) known_.push_back(key);
   if (!place_.value.contains(key)) return std::nullopt;
   return place_.at(key);
 }

@@ -10,6 +10,7 @@
 #include "simulator/scenario/bundled_files.h"
 #include "simulator/scenario/json_object.h"
 #include "simulator/scenario/json_text.h"
+#include "simulator/scenario/printed_tree_reader.h"
 
 namespace simulator {
 namespace {
@@ -254,16 +255,33 @@ void takeBrowsersTexts(PanelOptions& panel) {
 }
 
 void readLook(JsonObject& object, PanelOptions& panel) {
-  object.read("title", panel.title);
-  object.read("hostTitle", panel.hostTitle);
   object.read("description", panel.description);
   object.read("prompt", panel.prompt);
   object.read("message", panel.message);
-  object.read("modal", panel.modal);
   object.read("identifiers", panel.identifiers);
   object.read("searchConfirms", panel.searchConfirms);
   object.read("searchWidth", panel.searchWidth, 1, panel.frame.width);
   object.read("asksAfterUpload", panel.asksAfterUpload);
+}
+
+// Where the panel stands and which windows it has.
+void readPanelWindows(JsonObject& object, PanelOptions& panel) {
+  if (panel.shape == PanelShape::embedded) panel.listed = ListedWindows::none;
+  object.read("listed", panel.listed, listings);
+  object.read("title", panel.title);
+  object.read("hostTitle", panel.hostTitle);
+  object.read("modal", panel.modal);
+  object.read("frame", panel.frame);
+}
+
+// What only stands there has nothing to say of what it does and how it looks.
+void readTree(JsonObject& object, const JsonPlace& tree, PanelOptions& panel) {
+  if (panel.shape == PanelShape::unseen) {
+    object.place().at("shape").refuse(
+        "expected a shape that accessibility shows, as the panel has a tree");
+  }
+  panel.tree = readPrintedTree(tree);
+  object.refuseOthers();
 }
 
 PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
@@ -280,16 +298,18 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
         "expected a shape that needs no window of the host, which has none");
   }
   readService(object, panel, scenario);
+  readPanelWindows(object, panel);
+  if (const auto tree = object.find("tree")) {
+    readTree(object, *tree, panel);
+    return panel;
+  }
   panel.language = scenario.language;
   object.read("language", panel.language, languages);
   object.read("mode", panel.mode, modes);
-  if (panel.shape == PanelShape::embedded) panel.listed = ListedWindows::none;
-  object.read("listed", panel.listed, listings);
   object.read("keysReach", panel.keysReach, reaches);
   object.read("clicksReach", panel.clicksReach, clickReaches);
   object.read("elementsBelongTo", panel.elementsBelongToHost, elementOwners);
   object.read("inBothTrees", panel.inBothTrees);
-  object.read("frame", panel.frame);
   if (isChromium(process->name)) takeBrowsersTexts(panel);
   readLook(object, panel);
   object.read("opensAtSeconds", panel.opensAtSeconds, 0, longest_seconds);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "simulator/panel/panel_tree.h"
+#include "simulator/panel/printed_panel.h"
 #include "simulator/programs/programs.h"
 
 namespace simulator {
@@ -47,8 +48,9 @@ void addPage(Element& window, const Rect& frame, const std::string& title, int c
   constexpr int kinds = 4;
   for (int i = 0; i < count; ++i) {
     const Rect line{area.x + 24 + 250 * (i % kinds), area.y + 24 + 32 * (i / kinds), 240, 24};
+    const Rect whole{line.x, line.y, 250 * kinds - 10, line.height};
     const std::string text = "Item " + std::to_string(i + 1);
-    if (i % kinds == 0) card = &addElement(page, "AXGroup", line);
+    if (i % kinds == 0) card = &addElement(page, "AXGroup", whole);
     if (i % kinds == 1) addElement(*card, "AXStaticText", line, {{"AXValue", text}});
     if (i % kinds == 2) addElement(*card, "AXLink", line, {{"AXTitle", text}});
     if (i % kinds == 3) addElement(*card, "AXButton", line, {{"AXTitle", text}});
@@ -138,6 +140,17 @@ std::vector<PanelOutcome> Scene::outcomes() const {
   return result;
 }
 
+namespace {
+
+std::unique_ptr<Panel> makePanel(Scene& scene, const PanelOptions& options) {
+  if (options.tree.empty()) {
+    return std::make_unique<OpenPanel>(scene.desktop, scene.surroundings, options);
+  }
+  return std::make_unique<PrintedPanel>(scene.desktop, scene.surroundings, options);
+}
+
+}  // namespace
+
 std::unique_ptr<Scene> makeScene(const Scenario& scenario) {
   auto scene = std::make_unique<Scene>();
   const char* home = std::getenv("HOME");
@@ -146,10 +159,7 @@ std::unique_ptr<Scene> makeScene(const Scenario& scenario) {
   scene->surroundings.places = scenario.places;
   scene->surroundings.showsSystemFolders = scenario.showsSystemFolders;
   fillDesktop(scene->desktop, scenario);
-  for (const auto& options : scenario.panels) {
-    scene->panels.push_back(
-        std::make_unique<OpenPanel>(scene->desktop, scene->surroundings, options));
-  }
+  for (const auto& options : scenario.panels) scene->panels.push_back(makePanel(*scene, options));
   for (const auto& act : scenario.person) schedulePerson(scene->desktop, act);
   scene->desktop.faults() = scenario.faults;
   return scene;

@@ -14,7 +14,7 @@ namespace simulator {
 struct Scene {
   Desktop desktop;
   PanelSurroundings surroundings;
-  std::vector<std::unique_ptr<OpenPanel>> panels;  // in the scenario's order
+  std::vector<std::unique_ptr<Panel>> panels;  // in the scenario's order
 
   std::vector<PanelOutcome> outcomes() const;
 };

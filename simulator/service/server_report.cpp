@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string describe(const OpenPanel& panel) {
+std::string describe(const Panel& panel) {
   const PanelOutcome& outcome = panel.outcome();
   if (outcome.end == PanelOutcome::End::chosen) return "chosen " + outcome.path;
   if (outcome.end == PanelOutcome::End::cancelled) return "cancelled";
@@ -74,7 +74,7 @@ Json windowsJson(const Desktop& desktop) {
 }
 
 // "outcome" is "none", "chosen" or "cancelled"; "path" and "at" stand beside one that came about.
-Json outcomeJson(const OpenPanel& panel) {
+Json outcomeJson(const Panel& panel) {
   const PanelOutcome& outcome = panel.outcome();
   switch (outcome.end) {
     case PanelOutcome::End::chosen:
@@ -87,7 +87,7 @@ Json outcomeJson(const OpenPanel& panel) {
   return {{"outcome", "none"}};
 }
 
-Json panelJson(const OpenPanel& panel) {
+Json panelJson(const Panel& panel) {
   const PanelOptions& options = panel.options();
   Json json = outcomeJson(panel);
   json["host"] = options.host;

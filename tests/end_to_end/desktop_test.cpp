@@ -86,22 +86,34 @@ TEST(OnADesktop, AScenarioThatIsWrongIsRefusedWithOneLine) {
                             "\"host-window\", \"host-sheet\", \"embedded\", \"unseen\"\n");
 }
 
-TEST(OnADesktop, APanelThatWasPrintedOnOneIsImportedAndChosenOnAnother) {
+TEST(OnADesktop, APanelThatWasPrintedOnOneIsImportedAndPrintedTheSameOnAnother) {
   const TemporaryFolder folder;
-  const std::string target = folder.makeFolder("target");
-  const auto printed = [&](const std::string& command) {
-    const ProgramRun run = runOnDesktop("chinese-service-window", {command, "--pid", "812"});
-    return folder.makeFile(command, run.output);
+  const auto printed = [](const std::string& scenario, const std::string& command) {
+    return runOnDesktop(scenario, {command, "--pid", "812"}).output;
   };
-  const ProgramRun imported = runProgram({desktopPath(), "import", printed("inspect-open-dialog"),
-                                          "--windows", printed("list-windows"), "--keep-names"});
+  const std::string dialogs = printed("chinese-service-window", "inspect-open-dialog");
+  const std::string windows = printed("chinese-service-window", "list-windows");
+  const ProgramRun imported =
+      runProgram({desktopPath(), "import", folder.makeFile("dialogs", dialogs), "--windows",
+                  folder.makeFile("windows", windows), "--keep-names"});
   EXPECT_EQ(imported.exitStatus, 0);
   EXPECT_EQ(imported.errors, "");
   const std::string scenario = folder.makeFile("seen.json", imported.output);
-  const ProgramRun chosen = runOnDesktop(
-      scenario, {"choose-folder", "--strict-background", "--pid", "812", "--path", target});
-  EXPECT_EQ(chosen.exitStatus, 0);
-  EXPECT_EQ(chosen.errors, "panel 1: chosen " + target + "\n" + quietEnd);
+  EXPECT_EQ(printed(scenario, "inspect-open-dialog"), dialogs);
+  EXPECT_EQ(printed(scenario, "list-windows"), windows);
+}
+
+TEST(OnADesktop, APanelWithATreeIsNotChosen) {
+  const TemporaryFolder folder;
+  const std::string scenario = folder.makeFile("tree.json", R"({"panels": [
+      {"shape": "service-window", "tree": [
+        {"role": "AXWindow", "title": "Open", "description": "", "value": "", "actions": [],
+         "frame": {"x": 320, "y": 180, "width": 800, "height": 450}}]}]})");
+  const ProgramRun run = runOnDesktop(scenario, {"choose-folder", "--strict-background", "--pid",
+                                                 "812", "--path", folder.path(), "--timeout", "1"});
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_NE(run.errors.find("panel 1: still open\n" + std::string(quietEnd)), std::string::npos)
+      << run.errors;
 }
 
 TEST(OnADesktop, WhatIsNoPrintoutIsNotImported) {

@@ -55,19 +55,14 @@ class PanelWorld {
  public:
   explicit PanelWorld(Json panel = Json::object(), Json scenario = Json::object()) {
     if (!panel.contains("shape")) panel["shape"] = "service-window";
-    if (!panel.contains("folder")) panel["folder"] = sample.path();
-    // Everything can be tried here: what differs from these is a test's own matter.
-    if (!panel.contains("clicksReach")) panel["clicksReach"] = "both";
-    if (!panel.contains("searchConfirms")) panel["searchConfirms"] = true;
-    const bool english = !panel.contains("language") && !scenario.contains("language");
-    if (english && !panel.contains("prompt") && !panel.contains("mode")) panel["prompt"] = "Choose";
+    if (!panel.contains("tree")) describe(panel, scenario);
     if (!scenario.contains("home")) scenario["home"] = sample.path();
     scenario["panels"] = Json::array({panel});
     scene = makeScene(scenarioFromJson(scenario, "world"));
   }
 
   Desktop& desktop() { return scene->desktop; }
-  const OpenPanel& panel() const { return *scene->panels.front(); }
+  const Panel& panel() const { return *scene->panels.front(); }
   void pass(Seconds seconds) { desktop().advanceTo(desktop().now() + seconds); }
 
   void key(std::uint16_t code, std::uint64_t flags = 0, std::optional<Pid> target = service) {
@@ -146,6 +141,14 @@ class PanelWorld {
   std::unique_ptr<Scene> scene;
 
  private:
+  void describe(Json& panel, const Json& scenario) const {
+    if (!panel.contains("folder")) panel["folder"] = sample.path();
+    // Everything can be tried here: what differs from these is a test's own matter.
+    if (!panel.contains("clicksReach")) panel["clicksReach"] = "both";
+    if (!panel.contains("searchConfirms")) panel["searchConfirms"] = true;
+    const bool english = !panel.contains("language") && !scenario.contains("language");
+    if (english && !panel.contains("prompt") && !panel.contains("mode")) panel["prompt"] = "Choose";
+  }
   static void collect(Element& at, const std::string& attribute, const std::string& text,
                       std::vector<Element*>& found) {
     const Value* value = at.get(attribute);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "simulator/import/import.h"
+#include "simulator/scenario/scenario.h"
 #include "support/world.h"
 
 namespace tessarine::test {
@@ -28,14 +29,28 @@ struct Printed {
   Json browsersWindows() const { return Json::parse(windows.text)["apps"][0]; }
 };
 
-inline Printed printed(const std::string& scenario, const World::Patches& patches = {}) {
+inline Printed printed(const std::string& scenario, const World::Patches& patches = {},
+                       const std::string& pid = "812") {
   World world(scenario, patches);
-  return {{"panel.json", world.run({"inspect-open-dialog", "--pid", "812"}).output},
-          {"windows.json", world.run({"list-windows", "--pid", "812"}).output}};
+  return {{"panel.json", world.run({"inspect-open-dialog", "--pid", pid}).output},
+          {"windows.json", world.run({"list-windows", "--pid", pid}).output}};
 }
 
-inline Printed printed(const ImportedScenario& imported) {
-  return printed("no-panel", {{"", imported.document}});
+inline Printed printed(const ImportedScenario& imported, const std::string& pid = "812") {
+  return printed("no-panel", {{"", imported.document}}, pid);
+}
+
+// The panels of a scenario that comes with the desktop show names alone, as a date may be a path,
+// and no folder that others change meanwhile.
+inline World::Patches namesAlone(const std::string& scenario) {
+  World::Patches patches;
+  const auto panels = simulator::bundledScenario(scenario).panels;
+  for (std::size_t i = 0; i < panels.size(); ++i) {
+    const std::string place = "/panels/" + std::to_string(i);
+    patches.emplace_back(place + "/listColumns", 1);
+    if (panels[i].folder == "/tmp") patches.emplace_back(place + "/folder", "/usr");
+  }
+  return patches;
 }
 
 inline Json frame(double x, double y, double width, double height) {
@@ -48,9 +63,10 @@ struct Words {
   std::string value;
 };
 
-inline Json node(const std::string& role, const Json& place, const Words& words = {}) {
+inline Json node(const std::string& role, const Json& place, const Words& words = {},
+                 const Lines& actions = {}) {
   return {{"role", role},         {"title", words.title}, {"description", words.description},
-          {"value", words.value}, {"frame", place},       {"actions", Json::array()}};
+          {"value", words.value}, {"frame", place},       {"actions", actions}};
 }
 
 // A sheet with a sidebar, a list that is longer than the panel, and a prompt of its own.
@@ -65,8 +81,9 @@ inline Json fieldDialogs() {
                    node("AXScrollArea", list),
                    node("AXPopUpButton", frame(700, 160, 200, 24), {"位置：", "", "jane-secret"}),
                    node("AXCheckBox", frame(420, 600, 90, 24), {"jane", "", ""}),
-                   node("AXButton", frame(980, 590, 90, 24), {"取消", "", ""}),
-                   node("AXButton", frame(1090, 590, 90, 24), {"上传 jane", "", ""}),
+                   node("AXButton", frame(980, 590, 90, 24), {"取消", "", ""}, {"AXPress"}),
+                   node("AXButton", frame(1090, 590, 90, 24), {"上传 jane", "", ""},
+                        {"AXPress", "Name:Show jane"}),
                    node("AXOutline", bar, {"", "边栏", ""}),
                    node("AXOutline", frame(551, 190, 649, 4800), {"", "列表视图", ""}),
                    node("AXStaticText", frame(410, 194, 120, 16), {"", "", "位置"}),
@@ -83,8 +100,8 @@ inline Json fieldDialogs() {
        {{{"pid", 300},
          {"label", "primary-browser"},
          {"root", {{"role", "AXSheet"}, {"title", ""}, {"description", "打开"}, {"frame", area}}},
-         {"nodes", nodes},
-         {"chooserControlsAvailable", false}}}}};
+         {"chooserControlsAvailable", false},
+         {"nodes", nodes}}}}};
 }
 
 inline Json window(const std::string& role, const std::string& title, const Json& place) {
@@ -119,12 +136,6 @@ using Patches = std::vector<std::pair<std::string, Json>>;
 inline Json patchedWith(Json document, const Patches& patches) {
   for (const auto& [pointer, value] : patches) document[Json::json_pointer(pointer)] = value;
   return document;
-}
-
-// What is always said when the confirm button has a text of its own.
-inline std::string guess(const std::string& mode) {
-  return "whether /dialogs/0 chooses files or folders, which its buttons do not tell; taken for " +
-         mode;
 }
 
 }  // namespace tessarine::test

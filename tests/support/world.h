@@ -73,7 +73,7 @@ class World {
 
   simulator::Desktop& desktop() { return scene_->desktop; }
   const simulator::Record& record() const { return scene_->desktop.record(); }
-  simulator::OpenPanel& panel(std::size_t index = 0) { return *scene_->panels.at(index); }
+  simulator::Panel& panel(std::size_t index = 0) { return *scene_->panels.at(index); }
 
   // "chosen /usr/lib", "cancelled" or "open" for each panel, joined by ", ".
   std::string panelOutcomes() const;
