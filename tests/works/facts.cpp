@@ -108,10 +108,16 @@ std::vector<Fact> whereClicksGo() {
     facts.push_back({std::string("a panel that no tree shows; clicks: ") + reach,
                      merged(unseen, {{"clicksReach", reach}})});
   }
-  const Json overTmp{{"folder", "/tmp"}, {"sort", "date"}};
-  facts.push_back({"the same over /tmp, newest first; clicks: none", merged(unseen, overTmp)});
-  facts.push_back({"the same over /tmp, newest first; clicks: both",
-                   merged(merged(unseen, overTmp), {{"clicksReach", "both"}})});
+  // Its first row lies where the tool clicks.
+  const Json overTmp{
+      {"folder", "/tmp"},
+      {"sort", "date"},
+      {"layout", {{"list", {{"x", 160}, {"y", 92}, {"width", 640}, {"height", 250}}}}}};
+  facts.push_back(
+      {"the same over /tmp, newest first, its first row where it is expected; clicks: none",
+       merged(unseen, overTmp)});
+  facts.push_back(
+      {"the same; clicks: both", merged(merged(unseen, overTmp), {{"clicksReach", "both"}})});
   facts.push_back({"the sheet; clicks: both", merged(chinese, {{"clicksReach", "both"}})});
   return facts;
 }
