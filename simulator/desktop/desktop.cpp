@@ -125,8 +125,8 @@ void Desktop::setFrontmost(std::optional<Pid> pid) {
                         [this](const auto& window) { return belongsToFrontmost(*window); });
 }
 
-// Assumed (Live.AnApplicationOnAnotherSpaceBringsItsWindowsWhenItComesForward): the system changes
-// to the space of an application that comes forward.
+// Assumed (no test can tell: no program moves windows to another space): the system changes to the
+// space of an application that comes forward.
 void Desktop::comeBackFromOtherSpace(Process& process) {
   if (!process.on_other_space) return;
   process.on_other_space = false;

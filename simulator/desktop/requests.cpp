@@ -224,7 +224,7 @@ bool Desktop::copyFromDesktop(const Process& process, const std::string& attribu
   return true;
 }
 
-// Assumed (Live.AnApplicationOnAnotherSpaceShowsNoWindowsAmongItsChildren): what was measured of
+// Assumed (no test can tell: no program moves windows to another space): what was measured of
 // "AXWindows" holds for the children, too.
 List Desktop::childrenOnThisSpace(const Process& process) const {
   List shown;

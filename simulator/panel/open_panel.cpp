@@ -19,13 +19,13 @@ constexpr Seconds sheet_controls_delay = 0.74;
 // Assumed (Live.TheListComesWithinASecondOfThePanel): the lists are there a little before the half
 // second that was measured at most.
 constexpr Seconds lists_delay = 0.45;
-// Assumed (Live.ADoubleClickedFolderIsShownWithinHalfASecond): from a click to the folder it leads
+// Assumed (Live.ADoubleClickedFolderIsShownWithinThreeTenthsOfASecond): from a click to the folder it leads
 // to.
 constexpr Seconds navigation_delay = 0.1;
-// Assumed (Live.ThePanelsWindowIsGoneWithinHalfASecondOfTheConfirmation): from the confirmation
+// Assumed (Live.ThePanelsWindowIsGoneWithin60MillisecondsOfTheConfirmation): from the confirmation
 // until the panel's windows are gone.
 constexpr Seconds closing_delay = 0.02;
-// Assumed (Live.ANewEntryIsListedWithinASecond): a change of the folder on the disk is seen within
+// Assumed (Live.ANewEntryIsListedWithinSixTenthsOfASecond): a change of the folder on the disk is seen within
 // this time.
 constexpr Seconds follow_interval = 0.2;
 

@@ -8,7 +8,7 @@ namespace {
 
 // Measured: the menu of enclosing folders takes this long.
 constexpr Seconds menu_delay = 0.4;
-// Assumed (Live.SearchResultsAppearWithinOneAndAHalfSeconds): from the last change of the search
+// Assumed (Live.SearchResultsAppearWithinNineTenthsOfASecond): from the last change of the search
 // text to its results.
 constexpr Seconds search_delay = 0.3;
 

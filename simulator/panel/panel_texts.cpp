@@ -4,9 +4,10 @@ namespace simulator {
 namespace {
 
 // Assumed (Live.AnEnglishPanelNamesItsControlsInEnglish, Live.AnEnglishPanelHeadsItsListsInEnglish,
-// Live.AnEnglishGoToSheetAsksInEnglish): what is not in anybody's printout of a panel: the panel's
-// description (inferred by others), New Folder, the pop-up's title, the lists' headers, the text of
-// the go-to sheet. Assumed (no test can tell: current systems do not show it): `go`, also below.
+// Live.AnEnglishGoToSheetAsksInEnglish, Live.AnEnglishPanelIsDescribedAsOpen): what is not in
+// anybody's printout of a panel: the panel's description (inferred by others), New Folder, the
+// pop-up's title, the lists' headers, the text of the go-to sheet. Assumed (no test can tell:
+// current systems do not show it): `go`, also below.
 const PanelTexts english{
     .open = "Open",
     .description = "open",
@@ -30,9 +31,9 @@ const PanelTexts english{
 };
 
 // Assumed (Live.AChinesePanelNamesItsControlsInChinese, Live.AChinesePanelHeadsItsListsInChinese,
-// Live.AChinesePanelNamesItsColumnsInChinese, Live.AChinesePanelNamesItsIconsInChinese): all but
-// the words for open, choose, sidebar, list view and "go to folder". Nobody saw a description of
-// the panel.
+// Live.AChinesePanelNamesItsColumnsInChinese, Live.AChinesePanelNamesItsIconsInChinese,
+// Live.AChinesePanelHasNoDescription): all but the words for open, choose, sidebar, list view and
+// "go to folder". Nobody saw a description of the panel.
 const PanelTexts simplifiedChinese{
     .open = "打开",
     .description = "",
@@ -57,7 +58,8 @@ const PanelTexts simplifiedChinese{
 
 // Assumed (Live.AGermanPanelNamesItsControlsInGerman, Live.AGermanPanelHeadsItsListsInGerman,
 // Live.AGermanPanelNamesItsColumnsInGerman, Live.AGermanPanelNamesItsIconsInGerman,
-// Live.AGermanFilePanelOpens, Live.AGermanGoToSheetAsksInGerman): all.
+// Live.AGermanFilePanelOpens, Live.AGermanGoToSheetAsksInGerman,
+// Live.AGermanPanelHasNoDescription): all.
 const PanelTexts german{
     .open = "Öffnen",
     .description = "",

@@ -95,6 +95,13 @@ inline Element fieldOf(const Element& item) {
   return byRole(item, "AXTextField");
 }
 
+// The elements below that name a file.
+inline std::vector<Element> namingFiles(const Element& root) {
+  return elementsBelow(root, [](const Element& each) {
+    return axURLPath(each) || !fileNameAttribute(each).empty();
+  });
+}
+
 // Whether the element's URL leads to this file, by whichever of its paths.
 inline bool leadsTo(const Element& element, const std::string& path) {
   std::error_code missing;

@@ -1,23 +1,10 @@
-// Clicks into a panel: whom they are posted to, and what lies over it.
+// A person's clicks into a panel, and what lies over it.
 #include "live/by_hand.h"
 
 namespace tessarine::test {
 namespace {
 
 using Names = std::vector<std::string>;
-
-TEST_F(Live, AClickPostedToTheApplicationReachesThePanel) {
-  show({});
-  clickElement(application(), byIdentifier(panel(), "CancelButton"));
-  EXPECT_EQ(end(), "cancelled");
-}
-
-TEST_F(Live, AClickPostedToTheServiceReachesThePanel) {
-  show({});
-  if (!stage().service()) GTEST_SKIP() << "no service draws the panel";
-  clickElement(*stage().service(), byIdentifier(panel(), "CancelButton"));
-  EXPECT_EQ(end(), "cancelled");
-}
 
 TEST_F(Live, AClickOnARowSelectsIt) {
   for (const char* name : {"first", "second"}) folder().makeFolder(name);

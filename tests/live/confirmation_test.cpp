@@ -1,6 +1,5 @@
 // Choosing and cancelling, by buttons, keys and clicks.
 #include "live/by_hand.h"
-#include "platform/processes.h"
 
 namespace tessarine::test {
 namespace {
@@ -19,16 +18,6 @@ TEST_F(Live, ASelectedFolderIsChosenInsteadOfTheFolderShown) {
   EXPECT_EQ(end(), "chosen " + inner);
 }
 
-TEST_F(Live, ThePanelServiceEndsWithItsLastPanel) {
-  show({});
-  const auto service = stage().service();
-  if (!service) GTEST_SKIP() << "no service draws the panel";
-  ASSERT_NE(processCommand(*service), "");
-  tryAction("AXPress", byIdentifier(panel(), "CancelButton"));
-  ASSERT_EQ(end(), "cancelled");
-  EXPECT_TRUE(soon([&] { return processCommand(*service).empty(); }));
-}
-
 TEST_F(Live, AFilePanelConfirmsNothingWhileNothingIsSelected) {
   folder().makeFile("one.txt");
   show({.files = true});
@@ -44,15 +33,6 @@ TEST_F(Live, APressOfADisabledButtonHasNoEffect) {
   EXPECT_TRUE(tryAction("AXPress", byIdentifier(panel(), "OKButton")));
   tapKey(keyTaker(), key_escape, 0, {}, 0);
   EXPECT_EQ(end(), "cancelled");
-}
-
-TEST_F(Live, TheToolChoosesAFolderInTheBackground) {
-  const std::string wanted = folder().makeFolder("wanted");
-  show({.inFront = false});
-  const ProgramEnd run =
-      stage().runTool({"choose-folder", "--pid", std::to_string(application()), "--path", wanted});
-  EXPECT_EQ(run.exitStatus, 0) << run.output;
-  EXPECT_EQ(end(), "chosen " + wanted);
 }
 
 }  // namespace

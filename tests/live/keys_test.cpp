@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "live/by_hand.h"
+#include "live/desktop.h"
 #include "platform/files.h"
 
 namespace tessarine::test {
@@ -56,7 +57,9 @@ TEST_F(Live, ABackgroundPanelHasNoKeyboardUntilItIsClicked) {
 TEST_F(Live, TheFirstClickInABackgroundPanelGivesItsListTheKeyboard) {
   folder().makeFolder("inner");
   show({.inFront = false});
-  postMouseClick(keyTaker(), blankPoint(panel()), 1, false);
+  const Point blank = blankPoint(panel());
+  if (!uncovered(panel(), {application(), keyTaker()}, blank)) GTEST_SKIP() << "it is covered";
+  click(blank);
   press(keyTaker(), key_down);
   EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"inner"}; }));
 }

@@ -25,22 +25,6 @@ std::vector<Element> headerRows(const Element& panel) {
   return headers;
 }
 
-// The texts of each cell; a cell without a text is empty.
-std::vector<Names> cells(const Element& row) {
-  std::vector<Names> all;
-  for (const Element& cell : axChildren(row)) {
-    EXPECT_EQ(axRole(cell), "AXCell");
-    all.push_back(textsBelow(cell, "AXStaticText"));
-  }
-  return all;
-}
-
-std::vector<Element> namingFiles(const Element& root) {
-  return elementsBelow(root, [](const Element& each) {
-    return axURLPath(each) || !fileNameAttribute(each).empty();
-  });
-}
-
 TEST_F(Live, TheHeaderRowHoldsATextForEachColumnAndNamesNoFile) {
   folder().makeFolder("inner");
   show({});
@@ -49,57 +33,6 @@ TEST_F(Live, TheHeaderRowHoldsATextForEachColumnAndNamesNoFile) {
   EXPECT_EQ(textsBelow(headers.front(), "AXStaticText").size(),
             axChildren(rowNamed(panel(), "inner")).size());
   EXPECT_THAT(namingFiles(headers.front()), IsEmpty());
-}
-
-TEST_F(Live, EachRowHasACellForEachColumnAndOnlyTheFirstNamesTheFile) {
-  folder().makeFile("file.txt");
-  folder().makeFolder("inner");
-  show({});
-  for (const char* name : {"file.txt", "inner"}) {
-    const Element row = rowNamed(panel(), name);
-    const std::vector<Names> texts = cells(row);
-    ASSERT_GT(texts.size(), 1U);
-    EXPECT_THAT(texts.front(), IsEmpty());
-    for (std::size_t i = 1; i < texts.size(); ++i) EXPECT_EQ(texts[i].size(), 1U) << i;
-    EXPECT_EQ(namingFiles(row).size(), 1U);
-    EXPECT_EQ(axChildren(axChildren(row).front()).size(), 2U) << "the image and the name";
-  }
-}
-
-TEST_F(Live, ARowsFieldTellsTheFilesNameAndUrl) {
-  const std::string file = folder().makeFile("a file.txt");
-  const std::string inner = folder().makeFolder("inner");
-  show({});
-  EXPECT_EQ(fileNameAttribute(fieldOf(rowNamed(panel(), "a file.txt"))), "a file.txt");
-  EXPECT_EQ(fileNameAttribute(fieldOf(rowNamed(panel(), "inner"))), "inner");
-  EXPECT_TRUE(leadsTo(fieldOf(rowNamed(panel(), "a file.txt")), file));
-  EXPECT_TRUE(leadsTo(fieldOf(rowNamed(panel(), "inner")), inner));
-}
-
-TEST_F(Live, OpenOnARowLeadsToItsFolderAndAnswersAnError) {
-  folder().makeFolder("inner/deep");
-  show({});
-  EXPECT_EQ(answerTo("AXOpen", fieldOf(rowNamed(panel(), "inner"))), -25205);
-  EXPECT_TRUE(soon([&] { return listedNames(panel()) == Names{"deep"}; }));
-  EXPECT_EQ(outcome(), "open");
-}
-
-TEST_F(Live, OpenOnAFilesRowChoosesIt) {
-  const std::string file = folder().makeFile("file.txt");
-  show({.files = true});
-  tryAction("AXOpen", fieldOf(rowNamed(panel(), "file.txt")));
-  EXPECT_EQ(end(), "chosen " + file);
-}
-
-TEST_F(Live, TheFoldersOfTheSystemAreHidden) {
-  show({});
-  goTo(panel(), keyTaker(), "/");
-  ASSERT_TRUE(soon([&] { return !listedNames(panel()).empty(); }));
-  const Names names = listedNames(panel());
-  for (const char* hidden :
-       {"bin", "cores", "dev", "etc", "opt", "private", "sbin", "tmp", "usr", "var", "Volumes"}) {
-    EXPECT_THAT(names, Not(Contains(hidden)));
-  }
 }
 
 TEST_F(Live, AHiddenFolderIsShownWhenItsPathIsTyped) {
@@ -163,11 +96,13 @@ TEST_F(Live, AFolderPanelSelectsNoFile) {
   EXPECT_THAT(selectedNames(panel()), IsEmpty());
 }
 
-TEST_F(Live, ANewEntryIsListedWithinASecond) {
+TEST_F(Live, ANewEntryIsListedWithinSixTenthsOfASecond) {
   folder().makeFolder("first");
   show({});
   folder().makeFolder("second");
-  EXPECT_TRUE(pollUntil(1, 0.05, [&] { return listedNames(panel()) == Names{"first", "second"}; }));
+  EXPECT_TRUE(pollUntil(0.6, 0.05, [&] {
+    return listedNames(panel()) == Names{"first", "second"};
+  }));
 }
 
 TEST_F(Live, AllRowsAreMadeAnewForANewEntry) {

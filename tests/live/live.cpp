@@ -63,17 +63,20 @@ void Live::TearDown() {
 }
 
 void Live::show(const PanelSpec& spec) {
+  stage_.reset();
   stage_ = makeStage(spec, folder_.path());
   if (!spec.untilComplete) return;
   if (awaitView() != spec.view) {
     throw std::runtime_error(
-        "no panel with a list was shown; where it shows columns or icons, choose its list view "
-        "once");
+        "no panel with a list was shown; where it shows columns or icons, it does not take its "
+        "view "
+        "from the user's defaults: choose the list view in a panel once");
   }
   awaitPlace(spec);
 }
 
 bool Live::showAs(const PanelSpec& spec) {
+  stage_.reset();
   stage_ = makeStage(spec, folder_.path());
   const std::string view = awaitView();
   if (view.empty()) throw std::runtime_error("no panel was shown");

@@ -20,7 +20,8 @@
 
 namespace tessarine::test {
 
-// How the panel is shown. It is a folder panel in English unless something else is asked for.
+// How the panel is shown. It is a folder panel in English unless something else is asked for; where
+// nothing is said, the simulated panel is what its model takes for usual.
 struct PanelSpec {
   bool sheet = false;  // attached to the application's window; otherwise a window without one
   bool files = false;
@@ -29,13 +30,16 @@ struct PanelSpec {
   std::string language = "en";  // or "zh-Hans", "de"
   // "columns" or "icons" are for tests of these views, which ask `showAs`.
   std::string view = "list";
+  // What the application writes on its panel; where it is empty, the panel has its own words.
+  std::string prompt = {};
+  std::string message = {};
   // Names of disks that are there besides the folder's.
   std::vector<std::string> volumes = {};
 };
 
 struct ProgramEnd {
   int exitStatus = 0;
-  std::string output;
+  std::string output;  // what it said, its errors included
 };
 
 // A desktop with an application that shows one panel.
@@ -45,6 +49,8 @@ class Stage {
   virtual pid_t application() const = 0;
   // The process that draws the panel for the application; absent when there is none.
   virtual std::optional<pid_t> service() const = 0;
+  // The process that an element belongs to.
+  virtual pid_t processOf(const Element& element) const = 0;
   // "open", "chosen PATH" without links in the path, or "cancelled".
   virtual std::string outcome() const = 0;
   // The application ends, its panel with it.
@@ -54,7 +60,8 @@ class Stage {
 };
 
 // Why a test of another view than the list is left out.
-inline constexpr const char* no_such_view = "to run this, choose this view in a panel once";
+inline constexpr const char* no_such_view =
+    "the panel does not take its view from the user's defaults: choose this view in a panel once";
 
 // Why nothing can be shown here, or that it can.
 std::optional<std::string> reasonNotToRun();
@@ -68,9 +75,10 @@ class Live : public ::testing::Test {
   // What the panel shows at first: empty, until the test puts something into it before `show`.
   const TemporaryFolder& folder() const { return folder_; }
 
+  // An earlier panel and its application end first.
   void show(const PanelSpec& spec);
   // The same, in another view than the list: false where the panel shows itself in another one than
-  // the spec's. On a Mac all panels have the view that was chosen last.
+  // the spec's.
   bool showAs(const PanelSpec& spec);
   Stage& stage() { return *stage_; }
   pid_t application() const { return stage_->application(); }

@@ -41,10 +41,41 @@ std::vector<std::string> fixtureArguments(const PanelSpec& spec, const std::stri
   if (spec.sheet) arguments.emplace_back("--sheet");
   if (spec.files) arguments.emplace_back("--files");
   if (spec.inFront) arguments.emplace_back("--in-front");
+  if (!spec.prompt.empty()) arguments.insert(arguments.end(), {"--prompt", spec.prompt});
+  if (!spec.message.empty()) arguments.insert(arguments.end(), {"--message", spec.message});
   // What an application is told on its command line overrides the user's settings.
   arguments.insert(arguments.end(), {"-AppleLanguages", "(" + spec.language + ")"});
   return arguments;
 }
+
+// The view of the Open panels of this user while it lives; afterwards it is again what it was. The
+// setting's name is that of older systems, and nobody has tried it: where the panel takes its view
+// from elsewhere, it shows the view that a person chose last.
+class View {
+ public:
+  explicit View(const std::string& name) : before_(trimmed(defaults({"read", "-g", setting}))) {
+    const char* number = name == "columns" ? "1" : name == "list" ? "2" : "3";
+    defaults({"write", "-g", setting, "-int", number});
+  }
+  ~View() {
+    if (before_.empty()) {
+      defaults({"delete", "-g", setting});
+    } else {
+      defaults({"write", "-g", setting, "-int", before_});
+    }
+  }
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+
+ private:
+  static constexpr const char* setting = "NSNavPanelFileListModeForOpenMode2";
+
+  static std::string defaults(const std::vector<std::string>& arguments) {
+    return commandOutput("/usr/bin/defaults", arguments);
+  }
+
+  std::string before_;
+};
 
 // Empty disk images that are mounted as /Volumes/NAME while it lives.
 class Disks {
@@ -82,6 +113,7 @@ class FixtureStage final : public Stage {
  public:
   FixtureStage(const PanelSpec& spec, const std::string& folder)
       : disks_(spec.volumes),
+        view_(spec.view),
         servicesBefore_(panelServices()),
         child_(startChild(OPEN_PANEL_FIXTURE, fixtureArguments(spec, folder, reportPath()))) {
     if (!child_.child) throw std::runtime_error("the fixture did not start: " + child_.startError);
@@ -108,6 +140,12 @@ class FixtureStage final : public Stage {
     return found;
   }
 
+  pid_t processOf(const Element& element) const override {
+    pid_t pid = 0;
+    AXUIElementGetPid(element.get(), &pid);
+    return pid;
+  }
+
   std::string outcome() const override { return report().outcome; }
 
   void quit() override {
@@ -120,7 +158,8 @@ class FixtureStage final : public Stage {
   ProgramEnd runTool(const std::vector<std::string>& arguments) override {
     const StartedChild tool = startChild(TESSARINE_PROGRAM, arguments);
     if (!tool.child) throw std::runtime_error("the tool did not start: " + tool.startError);
-    const std::string output = readStandardOutput(*tool.child);
+    std::string output = readStandardOutput(*tool.child);
+    output += readStandardError(*tool.child);
     return {waitForExit(*tool.child), output};
   }
 
@@ -142,6 +181,7 @@ class FixtureStage final : public Stage {
 
   TemporaryFolder folder_;
   Disks disks_;
+  View view_;
   std::set<pid_t> servicesBefore_;
   StartedChild child_;
   bool ended_ = false;

@@ -38,7 +38,6 @@ Texts texts(const Element& root) {
 
 struct Words {
   std::string title;  // of the panel
-  std::string description;
   std::string confirm;
   std::string cancel;
   std::string newFolder;
@@ -51,7 +50,6 @@ void expectWords(const Element& panel, const Words& words) {
     return axTitle(byIdentifier(panel, identifier));
   };
   EXPECT_EQ(axTitle(panel), words.title);
-  EXPECT_EQ(axDescription(panel), words.description);
   EXPECT_EQ(titleOf("OKButton"), words.confirm);
   EXPECT_EQ(titleOf("CancelButton"), words.cancel);
   EXPECT_EQ(titleOf("NewFolderButton"), words.newFolder);
@@ -87,8 +85,7 @@ Texts textsOfGoToSheet(const std::function<std::optional<Element>()>& goToSheet,
 TEST_F(Live, AnEnglishPanelNamesItsControlsInEnglish) {
   show({});
   expectWords(panel(), {.title = "Open",
-                        .description = "open",
-                        .confirm = "Choose",
+                        .confirm = "Open",
                         .cancel = "Cancel",
                         .newFolder = "New Folder",
                         .where = "Where:",
@@ -112,8 +109,7 @@ TEST_F(Live, AnEnglishGoToSheetAsksInEnglish) {
 TEST_F(Live, AChinesePanelNamesItsControlsInChinese) {
   show({.language = "zh-Hans"});
   expectWords(panel(), {.title = "打开",
-                        .description = "打开",
-                        .confirm = "选择",
+                        .confirm = "打开",
                         .cancel = "取消",
                         .newFolder = "新建文件夹",
                         .where = "位置：",
@@ -131,8 +127,7 @@ TEST_F(Live, AChinesePanelHeadsItsListsInChinese) {
 TEST_F(Live, AGermanPanelNamesItsControlsInGerman) {
   show({.language = "de"});
   expectWords(panel(), {.title = "Öffnen",
-                        .description = "öffnen",
-                        .confirm = "Auswählen",
+                        .confirm = "Öffnen",
                         .cancel = "Abbrechen",
                         .newFolder = "Neuer Ordner",
                         .where = "Ort:",
@@ -168,6 +163,12 @@ TEST_F(Live, AGermanPanelNamesItsColumnsInGerman) {
 TEST_F(Live, AGermanPanelNamesItsIconsInGerman) {
   if (!showAs({.language = "de", .view = "icons"})) GTEST_SKIP() << no_such_view;
   EXPECT_EQ(axDescription(byIdentifier(panel(), "IconView")), "Symbolansicht");
+}
+
+TEST_F(Live, WhatTheApplicationWritesStandsOnThePanel) {
+  show({.sheet = true, .prompt = "Take", .message = "Take a folder."});
+  EXPECT_EQ(axTitle(byIdentifier(panel(), "OKButton")), "Take");
+  EXPECT_THAT(texts(panel()), Contains("Take a folder."));
 }
 
 TEST_F(Live, AGermanFilePanelOpens) {
