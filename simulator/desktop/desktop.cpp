@@ -135,8 +135,10 @@ void Desktop::comeBackFromOtherSpace(Process& process) {
   }
 }
 
-// Assumed (no test can tell: the system decides when it does so): the workspace answers as if it
-// had agreed, and System Events may do what other programs may not.
+// Assumed (Live.AnApplicationComesForwardWithin150Milliseconds): the system agrees, unless the
+// scenario says otherwise.
+// Assumed (no test can tell: the system decides when it refuses): then the workspace answers as if
+// it had agreed, and System Events may do what other programs may not.
 bool Desktop::activate(Pid pid, Origin origin) {
   record_.add(now_, ActivationAsked{pid, origin});
   const Process* process = findProcess(pid);

@@ -195,7 +195,7 @@ bool Desktop::copyFromDesktop(const Process& process, const std::string& attribu
     answered.value = frontmost_ == process.pid;
     return true;
   }
-  if (attribute == "AXChildren" && process.on_other_space) {
+  if (attribute == "AXChildren" && findProcess(applicationOf(process.pid))->on_other_space) {
     answered.value = childrenOnThisSpace(process);
     return true;
   }

@@ -34,7 +34,7 @@ inline constexpr const char* verdict_true = "true";
 
 // When the last call has ended, the desktop's time is moved on by this much before anything is
 // judged: a key or a press takes effect within a second on a panel that is not slow.
-inline constexpr Seconds settling_seconds = 2;
+inline constexpr Seconds settling_seconds = 60;
 
 // One for each call, in order:
 //   choose-folder and choose-path that succeeded are right when one panel chose their target, and

@@ -56,6 +56,8 @@ void EntryList::addName(Element& parent, std::size_t index, bool opensByAction) 
   field.set("AXURL", Url{fileUrl(shown.path, shown.directory || shown.package)});
   field.set("AXEnabled", shown.selectable);
   if (!opensByAction) return;
+  // Assumed (Live.OpenOnARowLeadsToItsFolderAndAnswersAnError): its name and its image both offer
+  // it.
   const auto open = [this, index] {
     if (opened) opened(rows_[index]);
     return ax::attributeUnsupported;  // what the platform answers although it opens the item

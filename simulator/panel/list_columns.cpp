@@ -20,7 +20,7 @@ struct Words {
 };
 
 // Assumed (no test can tell: which columns there are is as the user left them): the first four are
-// those that somebody saw, in English; the others follow in this order.
+// those that others' scripts read, in English; the others follow in this order.
 constexpr Words english{{"Name", "Date Modified", "Size", "Kind", "Date Last Opened", "Date Added",
                          "Date Created", "Tags"},
                         "Folder",

@@ -67,6 +67,8 @@ void ListView::addHeader() {
 void ListView::addRow(std::size_t index) {
   Element& row = addItem("AXRow", index);
   row.set("AXSubrole", std::string("AXOutlineRow"));
+  // Assumed (no test can tell: the tool does not use it): a row can be selected by its attribute,
+  // as in outlines that applications show.
   row.makeSettable("AXSelected", [this, index](const Value& value) {
     const bool* wanted = std::get_if<bool>(&value);
     if (wanted == nullptr) return ax::illegalArgument;

@@ -19,14 +19,14 @@ constexpr Seconds sheet_controls_delay = 0.74;
 // Assumed (Live.TheListComesWithinASecondOfThePanel): the lists are there a little before the half
 // second that was measured at most.
 constexpr Seconds lists_delay = 0.45;
-// Assumed (Live.ADoubleClickedFolderIsShownWithinThreeTenthsOfASecond): from a click to the folder it leads
-// to.
+// Assumed (Live.ADoubleClickedFolderIsShownWithinThreeTenthsOfASecond): from a click to the folder
+// it leads to.
 constexpr Seconds navigation_delay = 0.1;
 // Assumed (Live.ThePanelsWindowIsGoneWithin60MillisecondsOfTheConfirmation): from the confirmation
 // until the panel's windows are gone.
 constexpr Seconds closing_delay = 0.02;
-// Assumed (Live.ANewEntryIsListedWithinSixTenthsOfASecond): a change of the folder on the disk is seen within
-// this time.
+// Assumed (Live.ANewEntryIsListedWithinSixTenthsOfASecond): a change of the folder on the disk is
+// seen within this time.
 constexpr Seconds follow_interval = 0.2;
 
 bool isSheet(const PanelOptions& options) {
@@ -93,8 +93,8 @@ Element& OpenPanel::parentOfRoot() {
 void OpenPanel::openRoot() {
   phase_ = Phase::opening;
   startPanelService(desktop_, options_);
-  buildRoot(elements_, parentOfRoot(), options_);
   elements_.contents = &tableOfContents();
+  buildRoot(elements_, parentOfRoot(), options_);
   if (isSheet(options_) && options_.opensAtSeconds > 0) {
     elements_.root->setReadableFrom(desktop_.now() + sheet_root_delay * options_.slow);
   }
@@ -199,13 +199,15 @@ void OpenPanel::closeWindow(std::uint32_t number) {
 }
 
 void OpenPanel::openLists() {
+  if (phase_ != Phase::opening) return;
   places_ = sidebarPlaces();
   buildLists(elements_, options_, places_);
   openListing();
   attachPlaces();
   show(typedPath(options_.folder, surroundings_.home, "/").value_or("/"));
-  // Assumed (Live.ABackgroundPanelHasNoKeyboardUntilItIsClicked): a panel that opens in the
-  // background has no keyboard until something in it is clicked.
+  // Assumed (Live.ABackgroundPanelHasNoKeyboardUntilItIsClicked,
+  // Live.FocusingTheListGivesABackgroundPanelTheKeyboard): a panel that opens in the background has
+  // no keyboard until something in it is clicked or given the focus.
   if (desktop_.frontmost() == options_.host) takeKeyboard(Keyboard::list);
 }
 
@@ -221,6 +223,7 @@ void OpenPanel::openListing() {
 }
 
 void OpenPanel::openControls() {
+  if (phase_ != Phase::opening) return;
   buildControls(elements_, options_);
   attachPress(elements_.cancel, [this] {
     if (!options_.faults.cancelDoesNothing) end(PanelOutcome::End::cancelled, "");

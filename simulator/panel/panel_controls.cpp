@@ -64,6 +64,8 @@ std::vector<SidebarPlace> OpenPanel::sidebarPlaces() const {
   return places;
 }
 
+// Assumed (no test can tell: which places there are is not ours to choose): a place can be selected
+// by who sets its row's attribute.
 void OpenPanel::attachPlaces() {
   for (std::size_t i = 0; i < places_.size(); ++i) {
     elements_.places[i]->makeSettable("AXSelected",
@@ -76,8 +78,11 @@ void OpenPanel::attachPlaces() {
   }
 }
 
-// Assumed (Live.TheSearchFieldOffersNoConfirmation): nobody saw which actions the search field has,
-// so it has none unless a scenario says so.
+// Assumed (Live.TheSearchFieldOffersNoConfirmation,
+// Live.SearchResultsAppearWithinNineTenthsOfASecond,
+// Live.ASearchKeepsTheEntriesWhoseNamesContainItsText): nobody saw which actions the search field
+// has, so it has none unless a scenario says so; what is written into it is searched for as what is
+// typed; it can be given the keyboard.
 void OpenPanel::attachSearch() {
   Element& field = *elements_.search;
   field.makeSettable("AXValue", [this](const Value& value) {
@@ -114,6 +119,8 @@ void OpenPanel::editSearch() {
   });
 }
 
+// Measured: AXShowMenu opens the menu. Assumed (no test can tell: the tool does not use it): a
+// press does, too.
 void OpenPanel::attachWhere() {
   attachPress(elements_.where, [this] { openMenu(); });
   elements_.where->addAction("AXShowMenu", [this] {

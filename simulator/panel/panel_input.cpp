@@ -40,6 +40,7 @@ bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Ro
 // Reported of browsers in the background: clicks that are posted to a process have no effect.
 // Assumed (Live.AClickPostedToTheApplicationIsLost, Live.AClickPostedToTheServiceIsLost): the same
 // holds in front.
+// Assumed (Live.AClickOnARowSelectsIt): those of the session arrive as a person's do.
 bool OpenPanel::takesClicksOf(Pid pid, Route route) const {
   if (route == Route::session) return true;
   switch (options_.clicksReach) {
@@ -76,6 +77,10 @@ bool OpenPanel::takesKeysOf(Pid pid, Route route) const {
   return true;
 }
 
+// Assumed (Live.TheGoToChordPostedToTheServiceOpensTheSheetInTheBackground,
+// Live.ABackgroundPanelHasNoKeyboardUntilItIsClicked,
+// Live.ReturnConfirmsABackgroundPanelThatNobodyClicked): the chords, Escape and Return need no
+// control that has the keyboard; what moves in the list and what types does.
 void OpenPanel::pressKey(const Keystroke& stroke) {
   const PanelFaults& faults = options_.faults;
   if (phase_ != Phase::open || faults.ignoresKeys) return;
@@ -103,7 +108,7 @@ void OpenPanel::pressKey(const Keystroke& stroke) {
   }
 }
 
-// Measured with nothing selected, where it confirms.
+// Measured: it confirms, as Return does.
 // Assumed (Live.CommandDownOpensASelectedFolder): a selected folder is opened, as in the file
 // browser, also in a panel that could choose it.
 void OpenPanel::pressCommandDown() {

@@ -1,5 +1,5 @@
 // Everything that can differ between one Open panel and another. The defaults describe a folder
-// chooser in English as it was measured, which opened long ago.
+// chooser in English as the facts have it, which opened long ago.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ enum class PanelShape {
   serviceWindow,  // a window that only the panel service exposes
   hostWindow,     // a window among the browser's windows
   hostSheet,      // a sheet, child of the browser's first window
-  embedded,       // a group inside the browser's first window
+  embedded,       // a group inside the browser's first window; nobody saw it
   unseen,         // nowhere: it has its windows and takes input, and no tree shows it
 };
 
@@ -111,6 +111,8 @@ struct PanelOptions {
   bool inBothTrees = false;           // the service's tree shows it, too
   PanelMode mode = PanelMode::folders;
   Language language = Language::english;
+  // Some saw the service's window listed, others did not.
+  // Assumed (Live.TheWindowListCallsTheServiceByItsApplication): it is.
   ListedWindows listed = ListedWindows::hostAndService;
   std::optional<std::string> hostTitle;  // of its windows in the window list; absent: the panel's
   std::optional<std::string>

@@ -23,8 +23,10 @@ Element& oldestWindowOf(const Desktop& desktop, Pid application) {
   return *oldest->element;
 }
 
+// Measured: the window list calls the host's window by its title.
 // Assumed (Live.TheWindowListNamesASheetAsItsTitleSays): a sheet without a title has none there.
-// Assumed (Live.TheServicesWindowHasNoTitle): the service's second window has no title of its own.
+// Assumed (Live.TheServicesWindowHasNoTitle): the service's second window has no title of its own,
+// except where it is the very window that accessibility shows with one.
 std::string windowTitle(const PanelOptions& options, Pid owner, const std::string& title) {
   if (owner == options.host) return options.hostTitle.value_or(title);
   const bool own = options.shape == PanelShape::serviceWindow;

@@ -141,9 +141,11 @@ void buildRoot(PanelElements& elements, Element& parent, const PanelOptions& opt
   }
   if (options.message) {
     const Rect area = content(options);
-    addElement(root, "AXStaticText",
-               {area.x + margin, area.y, area.width - 2 * margin, message_height},
-               {{"AXValue", *options.message}});
+    // Assumed (no test can tell: it takes a browser): it is a text above the lists, there as soon
+    // as the panel is.
+    Element& text = root.addChild("AXStaticText", *elements.contents);
+    text.setFrame({area.x + margin, area.y, area.width - 2 * margin, message_height});
+    text.set("AXValue", *options.message);
   }
   if (!options.identifiers) removeIdentifiers(root);
 }

@@ -227,6 +227,8 @@ void readService(JsonObject& object, PanelOptions& panel, const Scenario& scenar
   if (taken || processWith(scenario, panel.service) != nullptr) {
     object.require("service").refuse("expected a pid that no other process has");
   }
+  // Measured in English.
+  // Assumed (Live.TheWindowListCallsTheServiceByItsApplication): in other languages, too.
   panel.serviceName =
       "Open and Save Panel Service (" + processWith(scenario, panel.host)->name + ")";
   object.read("serviceName", panel.serviceName);
@@ -236,6 +238,7 @@ void readService(JsonObject& object, PanelOptions& panel, const Scenario& scenar
 }
 
 // The browsers whose panels are Chromium's.
+// Assumed (no test can tell: it takes that browser): Microsoft Edge has the same texts.
 bool isChromium(const std::string& name) {
   const auto& names = {"Chromium", "Google Chrome", "Google Chrome Dev", "Microsoft Edge"};
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -284,6 +287,15 @@ void readTree(JsonObject& object, const JsonPlace& tree, PanelOptions& panel) {
   object.refuseOthers();
 }
 
+// A twin needs a root in another tree.
+void readInBothTrees(JsonObject& object, PanelOptions& panel) {
+  object.read("inBothTrees", panel.inBothTrees);
+  const bool inHost = panel.shape != PanelShape::serviceWindow && panel.shape != PanelShape::unseen;
+  if (panel.inBothTrees && !inHost) {
+    object.require("inBothTrees").refuse("expected a shape that stands in the host's tree");
+  }
+}
+
 PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   JsonObject object(place);
   PanelOptions panel;
@@ -309,7 +321,7 @@ PanelOptions readPanel(const JsonPlace& place, const Scenario& scenario) {
   object.read("keysReach", panel.keysReach, reaches);
   object.read("clicksReach", panel.clicksReach, clickReaches);
   object.read("elementsBelongTo", panel.elementsBelongToHost, elementOwners);
-  object.read("inBothTrees", panel.inBothTrees);
+  readInBothTrees(object, panel);
   if (isChromium(process->name)) takeBrowsersTexts(panel);
   readLook(object, panel);
   object.read("opensAtSeconds", panel.opensAtSeconds, 0, longest_seconds);

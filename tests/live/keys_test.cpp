@@ -64,6 +64,20 @@ TEST_F(Live, TheFirstClickInABackgroundPanelGivesItsListTheKeyboard) {
   EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"inner"}; }));
 }
 
+TEST_F(Live, FocusingTheListGivesABackgroundPanelTheKeyboard) {
+  folder().makeFolder("inner");
+  show({.inFront = false});
+  setTrue(byIdentifier(panel(), "ListView"), "AXFocused");
+  press(keyTaker(), key_down);
+  EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"inner"}; }));
+}
+
+TEST_F(Live, ReturnConfirmsABackgroundPanelThatNobodyClicked) {
+  show({.inFront = false});
+  press(keyTaker(), key_return);
+  EXPECT_EQ(end(), "chosen " + folder().path());
+}
+
 TEST_F(Live, CommandDownOpensASelectedFolder) {
   folder().makeFolder("inner/deep");
   show({});

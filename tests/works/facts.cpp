@@ -207,7 +207,7 @@ std::vector<Fact> whatIsNotPermitted() {
 
 const std::vector<FactGroup>& factGroups() {
   static const std::vector<FactGroup> groups{
-      {"As it was measured", asMeasured()},
+      {"Where the panel stands", asMeasured()},
       {"Who takes the keys (Chinese)", whoTakesKeys()},
       {"Where clicks go (Chinese)", whereClicksGo()},
       {"What the window list and `ps` name (Chinese)", whatTheWindowListNames()},
