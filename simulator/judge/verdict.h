@@ -18,6 +18,7 @@
 // the call before. What happens in the time of a click-point, type-text or press-key was asked for,
 // also where another call overlaps it: by whose event a panel ended cannot be told. What a
 // program of the caller's own does to a panel cannot be told from a call's late effect either.
+// What a browser asks after an upload is not the panel's: a choice that it declines is a choice.
 // A person's clicks are held against no call (see panel_fate.h); an application that a person ends
 // only spoils a success.
 #pragma once
@@ -33,7 +34,8 @@ namespace simulator {
 inline constexpr const char* verdict_true = "true";
 
 // When the last call has ended, the desktop's time is moved on by this much before anything is
-// judged: a key or a press takes effect within a second on a panel that is not slow.
+// judged. A key or a press takes effect within a second, on a slow panel or with a busy process
+// later; after a minute nothing is under way that a scenario does not stretch on purpose.
 inline constexpr Seconds settling_seconds = 60;
 
 // One for each call, in order:

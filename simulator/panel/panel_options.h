@@ -114,9 +114,10 @@ struct PanelOptions {
   // Some saw the service's window listed, others did not.
   // Assumed (Live.TheWindowListCallsTheServiceByItsApplication): it is.
   ListedWindows listed = ListedWindows::hostAndService;
-  std::optional<std::string> hostTitle;  // of its windows in the window list; absent: the panel's
-  std::optional<std::string>
-      serviceTitle;  // own title, and none of the service's unless it shows it
+  // What the window list calls the two windows; absent: the panel's title where the window is the
+  // panel or its host's, and nothing.
+  std::optional<std::string> hostTitle;
+  std::optional<std::string> serviceTitle;
   KeysReach keysReach = KeysReach::service;
   ClicksReach clicksReach = ClicksReach::none;
   std::string folder = "/usr";             // the folder shown first

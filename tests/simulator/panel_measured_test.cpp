@@ -126,6 +126,31 @@ TEST(PanelOptions, APanelInBothTreesIsOnePanel) {
   EXPECT_EQ(world.read(twin, "AXChildren").error, ax::invalidElement);
 }
 
+TEST(PanelOptions, APanelThatOnlyTheServiceOrNobodyShowsHasNoTwin) {
+  for (const char* shape : {"service-window", "unseen"}) {
+    try {
+      scenarioWith({{"shape", shape}, {"inBothTrees", true}});
+      ADD_FAILURE() << "it was accepted";
+    } catch (const ScenarioError& error) {
+      EXPECT_STREQ(error.what(),
+                   "measured: /panels/0/inBothTrees: expected a shape that stands in the host's "
+                   "tree");
+    }
+  }
+}
+
+// Its controls came after its end and opened it again.
+TEST(PanelOptions, APanelThatEndsWhileItOpensStaysEnded) {
+  PanelWorld world(
+      Json{{"opensAtSeconds", 1}, {"slow", 10}, {"faults", {{"closesLateBySeconds", 20}}}});
+  world.desktop().advanceTo(3);
+  EXPECT_EQ(world.perform(world.one("AXSubrole", "AXCloseButton"), "AXPress"), ax::success);
+  EXPECT_EQ(world.panel().outcome().end, PanelOutcome::End::cancelled);
+  world.desktop().advanceTo(15);
+  EXPECT_TRUE(world.all("AXIdentifier", "OKButton").empty());
+  EXPECT_EQ(world.panel().outcome().at, 3.1);
+}
+
 TEST(PanelOptions, OldPanelsHaveNoIdentifiers) {
   PanelWorld world(Json{{"identifiers", false}, {"goTo", {{"generation", "new"}}}});
   world.key(key::g, command | shift);
