@@ -15,7 +15,8 @@ using nlohmann::ordered_json;
 std::string filePanelScenario(const TemporaryFolder& folder) {
   return folder.makeFile("file-panel.json",
                          R"({"lastGoToPath": "/usr/share/doc",
-                             "panels": [{"shape": "service-window", "mode": "files"}]})");
+                             "panels": [{"shape": "service-window", "mode": "files",
+                                         "clicksReach": "service"}]})");
 }
 
 // The nodes of the only dialog.
@@ -103,8 +104,9 @@ TEST(Session, ChooseFolderWalksFromThePlaceThatHoldsTheFolder) {
   const std::string target = folder.makeFolder("projects/target");
   const ordered_json place{
       {"label", "projects"}, {"path", folder.path() + "/projects"}, {"urlKnown", true}};
-  const ordered_json scenario{
-      {"language", "zh-Hans"}, {"places", {place}}, {"panels", {{{"shape", "service-window"}}}}};
+  const ordered_json scenario{{"language", "zh-Hans"},
+                              {"places", {place}},
+                              {"panels", {{{"shape", "service-window"}, {"clicksReach", "both"}}}}};
   const ServedDesktop desktop(folder.makeFile("places.json", scenario.dump()));
   const ordered_json result = desktop.run({"choose-folder", "--pid", "812", "--path", target});
   EXPECT_EQ(result["strategy"], "hierarchy");

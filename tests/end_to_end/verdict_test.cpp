@@ -180,13 +180,13 @@ TEST(StateOfADesktop, TellsOfItsCallsAndTheirVerdicts) {
 TEST(StateOfADesktop, TellsWhoseEachPanelIsAndWhatHappenedToIt) {
   const TemporaryFolder folder;
   const ServedDesktop desktop(folder.makeFile("two.json", R"({"panels": [
-      {"shape": "service-window"},
-      {"shape": "host-sheet", "language": "de", "service": 950, "title": "Pick",
+      {"shape": "service-window", "language": "zh-Hans"},
+      {"shape": "host-sheet", "language": "de", "service": 950,
        "opensAtSeconds": 3600}]})"));
   desktop.run({"close", "--pid", "812"});
   ordered_json panels = desktop.state()["panels"];
   EXPECT_EQ(panels[1], ordered_json::parse(R"({"outcome": "none", "host": 812, "service": 950,
-      "title": "Pick", "windows": [], "milestones": []})"));
+      "title": "", "windows": [], "milestones": []})"));
   const double at = panels[0]["at"];
   EXPECT_GT(at, 0);
   EXPECT_EQ(panels[0]["milestones"].size(), 4U);
@@ -195,7 +195,7 @@ TEST(StateOfADesktop, TellsWhoseEachPanelIsAndWhatHappenedToIt) {
   panels[0].erase("at");
   panels[0].erase("milestones");
   EXPECT_EQ(panels[0], ordered_json::parse(R"({"outcome": "cancelled", "host": 812,
-      "service": 900, "title": "Open", "windows": [103, 104]})"));
+      "service": 900, "title": "打开", "windows": [103, 104]})"));
 }
 
 // The helper that the tool starts talks to the same desktop.

@@ -44,7 +44,8 @@ ProgramRun runWithFaults(const std::string& faults, const std::vector<std::strin
   const TemporaryFolder folder;
   const std::string scenario = folder.makeFile(
       "hanging.json", R"({"panels": [{"shape": "service-window"}], "requestTimeoutSeconds": 3600,
-                          "faults": )" + faults + "}");
+                          "faults": )" +
+                          faults + "}");
   std::vector<std::string> commandLine{desktopPath(), "run", scenario, "--", toolPath()};
   commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
   commandLine.insert(commandLine.end(), {"--pid", "812"});
