@@ -1,4 +1,4 @@
-// The column view. On a Mac the panel shows it once it has been chosen in a panel.
+// The column view. Nobody has seen whether a panel on a Mac takes it from the user's defaults.
 #include <gmock/gmock.h>
 
 #include "live/by_hand.h"

@@ -2,8 +2,9 @@
 // own shows it (fixture/main.mm); elsewhere it stands on the simulated desktop, whose model takes
 // for granted what these tests say. A Mac has the last word.
 //
-// On a Mac these tests take the foreground, type, click and move the pointer: nobody else should
-// use the machine meanwhile. Points are screen points, origin at the top left of the main display.
+// On a Mac these tests take the foreground, type, click, move the pointer and set the view of this
+// user's Open panels, which they put back: nobody else should use the machine meanwhile. Points are
+// screen points, origin at the top left of the main display.
 #pragma once
 
 #include <gtest/gtest.h>
