@@ -16,10 +16,15 @@ bool isBlank(char c) {
   return c == ' ' || c == '\t' || c == '\n';
 }
 
-// As in "Macintosh HD:Users".
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// As in "Macintosh HD:Users", and not as in a time of the day.
 bool hasColonWithinWord(const std::string& text) {
   for (std::size_t i = 1; i + 1 < text.size(); ++i) {
-    if (text[i] == ':' && !isBlank(text[i - 1]) && !isBlank(text[i + 1])) return true;
+    const bool time = isDigit(text[i - 1]) && isDigit(text[i + 1]);
+    if (text[i] == ':' && !time && !isBlank(text[i - 1]) && !isBlank(text[i + 1])) return true;
   }
   return false;
 }

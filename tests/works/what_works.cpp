@@ -178,36 +178,43 @@ Cell tried(const Fact& fact, const Way& way) {
 
 constexpr const char* beginning = R"(# What works where
 
-Every way of calling the tool, tried on simulated desktops that have the facts about the Open panel which
-decide most: those that were measured on Macs, and both sides of those on which reports disagree. Nobody has
-tried any of this on a Mac. [What each fact is based on](scenarios.md).
+Every way of calling the tool, tried on simulated desktops that have the facts about the Open
+panel which decide most: those that people measured on Macs, and both sides of those on which
+reports disagree. Nobody has tried any of this on a Mac.
+[What each fact is based on](scenarios.md).
 
 In each trial a panel shows the folder `start`, and the tool is asked for `start/target` or
 `start/report.txt` in it, unless the row says otherwise. A cell says what came of it:
 
 - **right**: the panel chose just that; `close`: it was cancelled.
-- “…”: an error, of which the first words stand here, and the panel chose nothing. “closed: 0” is no error of
-  the command, which says that it closed nothing.
-- **wrong**: the command reported success, and a panel chose something else or nothing, or another panel ended, too.
+- “…”: an error, of which the first words stand here, and the panel chose nothing. “closed: 0”
+  is no error of the command, which says that it closed nothing.
+- **wrong**: the command reported success, and a panel chose something else or nothing, or
+  another panel ended, too.
 - **unreported**: the command reported an error, and the panel chose all the same.
 
-Then the seconds that it took, and what it disturbed: `mouse`, mouse events were posted; `session`, events went
-to the whole session; `front`, another application came to the front, if only for a while.
+Then the seconds that it took, and what it disturbed: `mouse`, mouse events were posted;
+`session`, events went to the whole session; `front`, another application came to the front, if
+only for a while.
 
-**Where it can be relied on.** Where keys reach the process that accessibility shows the panel in: a panel that
-its service alone exposes, with keys to the service; a sheet or a window of the browser that takes keys from the
-browser. In Chinese, or with a prompt that the tool knows. There each way of choosing works in the
-background, also in columns, with icons, with slow requests and with an awkward name. Where keys
-posted to a process do not arrive, `--temporary-foreground` still works on panels that it recognises.
+**Where it can be relied on.** Where keys reach the process that accessibility shows the panel
+in: a panel that its service alone exposes, with keys to the service; a sheet or a window of the
+browser that takes keys from the browser. In Chinese, or with a prompt that the tool knows.
+There each way of choosing works in the background, also in columns, with icons, with slow
+requests and with an awkward name; in a folder of thousands of entries the strict way and
+`choose-path` alone end in time. Where keys posted to a process do not arrive,
+`--temporary-foreground` still works on Chinese panels, as long as the system lets the browser
+come forward.
 
-**Where it fails honestly.** On Chromium's sheets as they were measured, in the background: the keys go to the browser, which drops
-them, or, in English and German, the sheet is not recognised at all. Without Accessibility, without the helper, on another space. It takes up to the watchdog's time, and without
-`--strict-background` it clicks meanwhile.
+**Where it fails honestly.** On Chromium's own sheets in the background: the keys go to the
+browser, which drops them, or, in English and German, the sheet is not recognised at all. Without Accessibility, without the helper, on another space. It takes up to the
+watchdog's time, and without `--strict-background` it clicks meanwhile.
 
-**Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost but the
-Choose button answers, the panel chooses the folder that it showed before. The strict way knows folders by
-their names alone. Without a listed window of the panel it takes a panel for closed that is open. Clicks that arrive where the tool did not aim
-choose something else. With two browsers of one name, `close` cancels the panels of both.
+**Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost
+but the Choose button answers, the panel chooses the folder that it showed before. The strict
+way knows folders by their names alone. Without a listed window of the panel it takes a panel
+for closed that is open. Clicks that arrive where the tool did not aim choose something else.
+With two browsers of one name, `close` cancels the panels of both.
 )";
 
 using Totals = std::map<std::string, std::map<Kind, int>>;
