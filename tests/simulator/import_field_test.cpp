@@ -217,10 +217,10 @@ TEST(Import, APanelThatBothProcessesShowStandsInBothTrees) {
     const Json& panels = imported.document["panels"];
     EXPECT_EQ(panels[0]["shape"], shape);
     EXPECT_EQ(panels[0]["service"], 250);
-    EXPECT_EQ(panels[0]["listed"], "host");
+    EXPECT_EQ(panels[0].value("listed", ""), "host");
     EXPECT_EQ(panels[1]["shape"], "service-window");
     EXPECT_EQ(panels[1]["service"], 250);
-    EXPECT_EQ(panels[1]["listed"], "service");
+    EXPECT_EQ(panels[1].value("listed", ""), "service");
     EXPECT_EQ(printed(imported, "300").allDialogs().size(), 2U);
   };
   expectBoth(dialogs, "host-sheet");

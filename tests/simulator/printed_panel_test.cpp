@@ -198,7 +198,7 @@ TEST(PrintedPanel, ItTakesTheKeysFromAPanelBehindIt) {
 }
 
 TEST(PrintedPanel, ItsServiceOutlivesAnotherPanelOfIt) {
-  const Json front{{"shape", "service-window"}, {"folder", "/usr"}};
+  const Json front{{"shape", "service-window"}, {"serviceEnds", true}};
   const Json behind{{"shape", "service-window"}, {"tree", dialog()}};
   const auto scene = makeScene(scenarioFromJson({{"panels", {behind, front}}}, "world"));
   scene->desktop.postKey({key::escape, true, 0, {}}, service, Origin::tool);

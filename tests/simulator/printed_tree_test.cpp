@@ -213,11 +213,15 @@ TEST(PrintedTree, ParentsComeInTheOrderOfTheirChildren) {
             (Parents{0, 0, 0, 0, 1}));
 }
 
+// The window and the group lie around the rows, their lists do not.
 TEST(PrintedTree, ARowStandsInAListAlsoWhereItIsScrolledAway) {
-  EXPECT_EQ(recoverParents({at("AXWindow", whole), at("AXOutline", left), at("AXOutline", right),
-                            at("AXGroup", whole), at("AXRow", {0, 380, 200, 20}),
-                            at("AXRow", {0, 900, 200, 20}), at("AXRow", {200, -900, 200, 20})}),
-            (Parents{0, 0, 0, 0, 1, 1, 2}));
+  const Rect lowLeft{0, 0, 200, 100};
+  const Rect lowRight{200, 0, 200, 100};
+  EXPECT_EQ(recoverParents({at("AXWindow", whole), at("AXOutline", lowLeft),
+                            at("AXOutline", lowRight), at("AXGroup", whole),
+                            at("AXRow", {0, 80, 200, 20}), at("AXRow", {0, 200, 200, 20}),
+                            at("AXRow", {0, 900, 200, 20}), at("AXRow", {200, 300, 200, 20})}),
+            (Parents{0, 0, 0, 0, 1, 1, 1, 2}));
 }
 
 TEST(PrintedTree, ACellStandsInARowAndAMenuItemInAMenu) {
