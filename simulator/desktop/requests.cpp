@@ -153,8 +153,8 @@ Reply Desktop::answer(const Request& request) {
 
 // Why no element answers, or success when one does.
 std::int32_t Desktop::refusal(ElementId id) const {
-  // M: without trust macOS 26 answers -25204. A process that does not answer in time looks the same
-  // to who waited for it.
+  // Measured: without trust macOS 26 answers -25204. A process that does not answer in time looks
+  // the same to who waited for it.
   if (faults_.untrusted || faults_.silent_processes.contains(id.pid)) return ax::cannotComplete;
   if (busyUntil(id.pid) > now_ + rounding) return ax::cannotComplete;
   // So does an element that is not there yet when the asker's patience ends.

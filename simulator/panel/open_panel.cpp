@@ -108,8 +108,9 @@ void OpenPanel::openRoot() {
   note("panel opened");
 }
 
-// Inferred by others: what stands in the panel is the service's, which draws it, also where the
-// host's tree shows it.
+// Inferred by others.
+// Assumed (Live.WhatStandsInThePanelBelongsToTheService): what stands in the panel is the
+// service's, which draws it, also where the host's tree shows it.
 ElementTable& OpenPanel::tableOfContents() {
   if (!isSeen()) return unseen_table_;
   const Pid owner = options_.elementsBelongToHost && options_.shape != PanelShape::serviceWindow

@@ -33,8 +33,7 @@ class OpenPanel final : public Panel, private GoToSheetOwner {
   bool alive() const override;
   const std::vector<PanelMilestone>& milestones() const override { return milestones_; }
   const std::vector<std::uint32_t>& windowNumbers() const override { return windows_; }
-  // Of the panel itself, as accessibility shows it; empty for none.
-  std::string title() const;
+  std::string title() const override;
   std::string folderShown() const override { return folder_; }
 
  private:

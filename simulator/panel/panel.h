@@ -39,6 +39,8 @@ class Panel {
   // Its windows, also those that have closed.
   virtual const std::vector<std::uint32_t>& windowNumbers() const = 0;
   // The folder shown at present; empty when nobody knows.
+  // As accessibility shows it; empty for none.
+  virtual std::string title() const = 0;
   virtual std::string folderShown() const = 0;
 };
 

@@ -141,8 +141,8 @@ void buildRoot(PanelElements& elements, Element& parent, const PanelOptions& opt
   }
   if (options.message) {
     const Rect area = content(options);
-    // Assumed (no test can tell: it takes a browser): it is a text above the lists, there as soon
-    // as the panel is.
+    // Assumed (Live.WhatTheApplicationWritesStandsOnThePanel): it is a text above the lists, there
+    // as soon as the panel is.
     Element& text = root.addChild("AXStaticText", *elements.contents);
     text.setFrame({area.x + margin, area.y, area.width - 2 * margin, message_height});
     text.set("AXValue", *options.message);
@@ -150,8 +150,9 @@ void buildRoot(PanelElements& elements, Element& parent, const PanelOptions& opt
   if (!options.identifiers) removeIdentifiers(root);
 }
 
-// Assumed (no test can tell: one report saw the panel there and says no more): it is a window
-// there, whatever it is in the host's tree.
+// One measurement found the panel there and says no more.
+// Assumed (Live.TheServicesOwnTreeDoesNotShowThePanel): by default it is not.
+// Assumed (no test can tell: that one would have to fail first): it is a window there.
 void buildTwin(PanelElements& elements, Element& application, const PanelOptions& options) {
   Element& twin = addElement(application, "AXWindow", options.frame,
                              {{"AXIdentifier", std::string("open-panel")},

@@ -25,6 +25,7 @@ class PrintedPanel final : public Panel {
   bool alive() const override;
   const std::vector<PanelMilestone>& milestones() const override { return milestones_; }
   const std::vector<std::uint32_t>& windowNumbers() const override { return windows_; }
+  std::string title() const override { return options_.tree.front().title; }
   std::string folderShown() const override { return ""; }
 
  private:

@@ -87,19 +87,12 @@ Json outcomeJson(const Panel& panel) {
   return {{"outcome", "none"}};
 }
 
-// A sheet has a title only when it is given one.
-std::string titleOf(const PanelOptions& options) {
-  const bool sheet =
-      options.shape == PanelShape::hostSheet || options.shape == PanelShape::embedded;
-  return options.title.value_or(sheet ? "" : panelTexts(options.language).open);
-}
-
 Json panelJson(const Panel& panel) {
   const PanelOptions& options = panel.options();
   Json json = outcomeJson(panel);
   json["host"] = options.host;
   json["service"] = options.service;
-  json["title"] = titleOf(options);
+  json["title"] = panel.title();
   json["windows"] = panel.windowNumbers();
   json["milestones"] = Json::array();
   for (const PanelMilestone& milestone : panel.milestones()) {

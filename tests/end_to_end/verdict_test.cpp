@@ -129,7 +129,7 @@ TEST(VerdictOfARun, KnowsWhatEndedInNoCallsTime) {
 TEST(VerdictOfARun, WaitsForWhatIsUnderWayWithoutTakingTime) {
   const TemporaryFolder folder;
   const std::string scenario = folder.makeFile("late.json", R"({"lastGoToPath": "/usr/share",
-      "panels": [{"shape": "service-window", "slow": 2, "goTo": {"openAtStart": true},
+      "panels": [{"shape": "service-window", "slow": 10, "goTo": {"openAtStart": true},
                   "faults": {"goToReturnConfirms": true}}]})");
   const ProgramRun run =
       runDesktop({scenario}, toolCall({"press-key", "--pid", "900", "--key", "return"}));

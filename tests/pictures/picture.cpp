@@ -177,6 +177,7 @@ std::vector<Point> openButtonPoints() {
 }
 
 // The folder that the panel shows, and the places of its sidebar, with the same names everywhere.
+// Rows have one cell: dates would differ.
 World::Patches fixedTree(const TemporaryFolder& folder) {
   for (const char* name : {"extension/icons", "extension/scripts", "Documents", "Downloads"}) {
     folder.makeFolder(name);
@@ -187,6 +188,7 @@ World::Patches fixedTree(const TemporaryFolder& folder) {
     return nlohmann::ordered_json{{"label", name}, {"path", folder.path() + "/" + name}};
   };
   return {{"/panels/0/folder", folder.path() + "/extension"},
+          {"/panels/0/listColumns", 1},
           {"/places", {place("Documents"), place("Downloads")}}};
 }
 

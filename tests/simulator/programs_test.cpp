@@ -281,6 +281,9 @@ TEST_F(ProgramsTest, EachProgramTakesWhatItsPriceSays) {
   EXPECT_DOUBLE_EQ(took, 1.5);
   run("/bin/ps", {"-axo", "pid=,command="});
   EXPECT_DOUBLE_EQ(took, 2);
+  desktop.prices().snapshot = 4;
+  snapshot("4321", "/no/such/image.png");
+  EXPECT_DOUBLE_EQ(took, 4);
 }
 
 TEST_F(ProgramsTest, AScriptWithoutTrustMayNotType) {

@@ -372,6 +372,32 @@ TEST(BundledScenarios, AreTheseAndEachStartsAsDescribed) {
   EXPECT_THROW(bundledScenario("no-such"), ScenarioError);
 }
 
+// The option that each of these is about.
+TEST(BundledScenarios, HoldTheFactThatTheyAreNamedFor) {
+  const auto panel = [](const std::string& name) { return bundledScenario(name).panels.front(); };
+  EXPECT_EQ(panel("chromium-english").prompt, "Select");
+  EXPECT_EQ(panel("chromium-chinese").prompt, "选择");
+  EXPECT_EQ(panel("columns").view, PanelView::columns);
+  EXPECT_EQ(panel("icons").view, PanelView::icons);
+  EXPECT_EQ(panel("keys-lost").keysReach, KeysReach::nobody);
+  EXPECT_EQ(panel("keys-lost-window").keysReach, KeysReach::nobody);
+  EXPECT_EQ(panel("keys-only-in-front").keysReach, KeysReach::serviceWhileHostFrontmost);
+  EXPECT_EQ(panel("clicks-lost").clicksReach, ClicksReach::none);
+  EXPECT_EQ(panel("clicks-at-the-corner").clicksReach, ClicksReach::windowCorner);
+  EXPECT_EQ(panel("folder-upload").mode, PanelMode::upload);
+  EXPECT_TRUE(panel("folder-upload").asksAfterUpload);
+  EXPECT_EQ(bundledScenario("slow-requests").prices.request, 0.002);
+  EXPECT_EQ(bundledScenario("busy-browser").faults.busy.at(0).to, 8);
+  EXPECT_EQ(bundledScenario("french-keyboard").keyboardLayout, KeyboardLayout::azerty);
+  EXPECT_EQ(bundledScenario("two-browsers").panels.at(1).host, 813);
+  const auto browser = [](const std::string& name) {
+    return bundledScenario(name).processes.back();
+  };
+  EXPECT_TRUE(browser("other-space").onOtherSpace);
+  EXPECT_TRUE(browser("address-bar").windows.at(0).addressFocused);
+  EXPECT_EQ(browser("address-bar").windows.at(0).address, "");
+}
+
 // Opens the go-to sheet, goes to /usr/bin and confirms; gives the record's bytes.
 std::string playedThrough(const std::string& name) {
   const auto scene = makeScene(bundledScenario(name));

@@ -31,9 +31,8 @@ bool isPosted(const RecordEntry& entry) {
 
 constexpr simulator::Prices prices;
 
-// What the tool itself spent on the entry.
+// What the tool itself spent on the entry. An event costs next to nothing.
 double priceOf(const RecordEntry& entry) {
-  if (isPosted(entry)) return prices.event;
   const auto* request = std::get_if<AccessibilityRequest>(&entry);
   if (request == nullptr) return 0;
   const bool press = request->verb == Verb::perform && request->name == "AXPress";
@@ -88,10 +87,12 @@ std::vector<std::string> transcript(const simulator::Record& record) {
   return lines;
 }
 
+// In whole milliseconds: what events cost is no sleep.
 std::vector<std::string> sleepLengths(const simulator::Record& record) {
   std::set<double> lengths;
   forEachStep(record, [&](const RecordEntry&, double sleep) {
-    if (sleep > 1e-7) lengths.insert(std::round(sleep * 1e6) / 1e6);
+    const double milliseconds = std::round(sleep * 1000);
+    if (milliseconds > 0) lengths.insert(milliseconds / 1000);
   });
   std::vector<std::string> texts;
   for (const double length : lengths) texts.push_back(seconds("%g", length));

@@ -12,6 +12,7 @@ Json merged(Json base, const Json& more) {
 
 const Json english = Json::object();
 const Json chinese{{"language", "zh-Hans"}};
+const Json withKeys{{"language", "zh-Hans"}, {"keysReach", "host"}};
 const Json inService{{"shape", "service-window"}, {"language", "zh-Hans"}};
 const Json inWindow{{"shape", "host-window"}, {"language", "zh-Hans"}};
 const Json englishWindow{{"shape", "service-window"}};
@@ -80,6 +81,10 @@ std::vector<Fact> asMeasured() {
       {"a panel of an old system, English",
        {{"shape", "host-window"}, {"identifiers", false}, {"goTo", {{"generation", "old"}}}}},
       {"a panel that no tree shows", unseen},
+      {"the sheet's contents are the browser's elements, Chinese",
+       merged(chinese, {{"elementsBelongTo", "host"}})},
+      {"a folder upload, Chinese; the window that the service alone exposes",
+       merged(inService, {{"mode", "upload"}})},
   };
 }
 
@@ -118,6 +123,8 @@ std::vector<Fact> whereClicksGo() {
        merged(unseen, overTmp)});
   facts.push_back(
       {"the same; clicks: both", merged(merged(unseen, overTmp), {{"clicksReach", "both"}})});
+  facts.push_back(
+      {"the service's window; clicks: both", merged(inService, {{"clicksReach", "both"}})});
   facts.push_back({"the sheet; clicks: both", merged(chinese, {{"clicksReach", "both"}})});
   return facts;
 }
@@ -174,16 +181,21 @@ std::vector<Fact> whatStandsAround() {
        "large/report.txt"},
       {"a browser that is busy from 0.3 s to 4 s", inService, busyUntil(4)},
       {"a browser that is busy from 0.3 s to 30 s", inService, busyUntil(30)},
-      {"the sheet; a browser that is busy from 0.3 s to 4 s", chinese, busyUntil(4)},
+      {"the sheet, keys reach the browser, which is busy from 0.3 s to 4 s", withKeys,
+       busyUntil(4)},
       {"a panel under load, six times as slow", merged(inService, {{"slow", 6}})},
-      {"the sheet; another space", chinese, onOtherSpace()},
+      {"the sheet, keys reach the browser; another space", withKeys, onOtherSpace()},
       {"two browsers of one name", inService, twoBrowsers()},
-      {"the sheet; two browsers of one name", chinese, twoBrowsers()},
-      {"the sheet; an empty address bar that has the keyboard", chinese, addressBar("")},
-      {"the sheet; an address bar with text that has the keyboard", chinese,
-       addressBar("example.com")},
-      {"the sheet; a French keyboard layout", chinese, {{"keyboardLayout", "azerty"}}},
-      {"the sheet; activation is refused", chinese, faults({{"activationRefused", true}})},
+      {"the sheet, keys reach the browser; two browsers of one name", withKeys, twoBrowsers()},
+      {"the sheet, keys reach the browser; an empty address bar that has the keyboard", withKeys,
+       addressBar("")},
+      {"the sheet, keys reach the browser; an address bar with text that has the keyboard",
+       withKeys, addressBar("example.com")},
+      {"the sheet, keys reach the browser; a French keyboard layout",
+       withKeys,
+       {{"keyboardLayout", "azerty"}}},
+      {"the sheet, keys reach the browser; activation is refused", withKeys,
+       faults({{"activationRefused", true}})},
   };
 }
 

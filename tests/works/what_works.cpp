@@ -203,18 +203,21 @@ browser that takes keys from the browser. In Chinese, or with a prompt that the 
 There each way of choosing works in the background, also in columns, with icons, with slow
 requests and with an awkward name; in a folder of thousands of entries the strict way and
 `choose-path` alone end in time. Where keys posted to a process do not arrive,
-`--temporary-foreground` still works on Chinese panels, as long as the system lets the browser
-come forward.
+`--temporary-foreground` still works on the Chinese sheets and windows, unless both the workspace
+and System Events refuse to bring the browser forward.
 
 **Where it fails honestly.** On Chromium's own sheets in the background: the keys go to the
-browser, which drops them, or, in English and German, the sheet is not recognised at all. Without Accessibility, without the helper, on another space. It takes up to the
-watchdog's time, and without `--strict-background` it clicks meanwhile.
+browser, which drops them; in English and German the sheet is not recognised at all, in front
+neither. Without Accessibility, without the helper, in the background on another space. It takes
+up to the watchdog's time, and without `--strict-background` it clicks meanwhile.
 
 **Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost
 but the Choose button answers, the panel chooses the folder that it showed before. The strict
-way knows folders by their names alone. Without a listed window of the panel it takes a panel
-for closed that is open. Clicks that arrive where the tool did not aim choose something else.
-With two browsers of one name, `close` cancels the panels of both.
+way knows folders by their names alone. Where no window of the panel is listed, a panel that is
+open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of the go-to sheet is chosen for what was typed. With
+two browsers of one name, `close` cancels the panels of both. And it chooses, but reports an
+error, where the panel is slow, where the go-to sheet's Return confirms, or where the other
+browser's panel stays open.
 )";
 
 using Totals = std::map<std::string, std::map<Kind, int>>;
@@ -330,7 +333,10 @@ int check(const std::string& file, const std::string& readme) {
     std::cerr << file << ":\n- " << expected << "\n+ " << line << '\n';
     ++differences;
   }
-  if (std::getline(written, expected)) ++differences;
+  if (std::getline(written, expected)) {
+    std::cerr << file << ": goes on with\n- " << expected << '\n';
+    ++differences;
+  }
   return differences == 0 ? 0 : 1;
 }
 
