@@ -180,8 +180,8 @@ constexpr const char* beginning = R"(# What works where
 
 Every way of calling the tool, tried on simulated desktops that have the facts about the Open
 panel which decide most: those that people measured on Macs, and both sides of those on which
-reports disagree. Nobody has tried any of this on a Mac.
-[What each fact is based on](scenarios.md).
+reports disagree. Nobody has tried any of this on a Mac. [What each fact is based
+on](scenarios.md).
 
 In each trial a panel shows the folder `start`, and the tool is asked for `start/target` or
 `start/report.txt` in it, unless the row says otherwise. A cell says what came of it:
@@ -203,8 +203,8 @@ browser that takes keys from the browser. In Chinese, or with a prompt that the 
 There each way of choosing works in the background, also in columns, with icons, with slow
 requests and with an awkward name; in a folder of thousands of entries the strict way and
 `choose-path` alone end in time. Where keys posted to a process do not arrive,
-`--temporary-foreground` still works on the Chinese sheets and windows, unless both the workspace
-and System Events refuse to bring the browser forward.
+`--temporary-foreground` still works on the Chinese sheets and windows, unless both the
+workspace and System Events refuse to bring the browser forward.
 
 **Where it fails honestly.** On Chromium's own sheets in the background: the keys go to the
 browser, which drops them; in English and German the sheet is not recognised at all, in front
@@ -214,10 +214,10 @@ up to the watchdog's time, and without `--strict-background` it clicks meanwhile
 **Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost
 but the Choose button answers, the panel chooses the folder that it showed before. The strict
 way knows folders by their names alone. Where no window of the panel is listed, a panel that is
-open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of the go-to sheet is chosen for what was typed. With
-two browsers of one name, `close` cancels the panels of both. And it chooses, but reports an
-error, where the panel is slow, where the go-to sheet's Return confirms, or where the other
-browser's panel stays open.
+open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of
+the go-to sheet is chosen for what was typed. With two browsers of one name, `close` cancels the
+panels of both. And it chooses, but reports an error, where the panel is slow, where the go-to
+sheet's Return confirms, or where the other browser's panel stays open.
 )";
 
 using Totals = std::map<std::string, std::map<Kind, int>>;
