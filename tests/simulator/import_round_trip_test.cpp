@@ -52,7 +52,14 @@ TEST_P(RoundTrip, PrintsTheSameDialogsToTheByte) {
   expectTheSameAgain(before, omitted != omissions.end() ? omitted->second : Lines{});
 }
 
-INSTANTIATE_TEST_SUITE_P(Bundled, RoundTrip, ::testing::ValuesIn(simulator::bundledScenarioNames()),
+// All but one: a browser that answers nobody cannot be printed whole.
+std::vector<std::string> answeringScenarios() {
+  std::vector<std::string> names = simulator::bundledScenarioNames();
+  std::erase(names, "busy-browser");
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Bundled, RoundTrip, ::testing::ValuesIn(answeringScenarios()),
                          [](auto& instance) {
                            std::string name = instance.param;
                            std::replace(name.begin(), name.end(), '-', '_');
