@@ -79,7 +79,7 @@ class Live : public ::testing::Test {
   // An earlier panel and its application end first.
   void show(const PanelSpec& spec);
   // The same, in another view than the list: false where the panel shows itself in another one than
-  // the spec's.
+  // the one that was asked for.
   bool showAs(const PanelSpec& spec);
   Stage& stage() { return *stage_; }
   pid_t application() const { return stage_->application(); }
