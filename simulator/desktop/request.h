@@ -48,6 +48,12 @@ struct PerformAction {
 };
 
 // --- Input. Posting never fails and never says whether anything received the event. ---
+// Modifier flags, from CoreGraphics/CGEventTypes.h.
+inline constexpr std::uint64_t shift_flag = 0x20000;
+inline constexpr std::uint64_t control_flag = 0x40000;
+inline constexpr std::uint64_t option_flag = 0x80000;
+inline constexpr std::uint64_t command_flag = 0x100000;
+
 struct KeyEvent {
   std::uint16_t keyCode = 0;
   bool down = true;

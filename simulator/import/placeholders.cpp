@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "simulator/desktop/text.h"
 #include "simulator/import/panel_words.h"
 
 namespace simulator::importing {
@@ -14,10 +15,6 @@ constexpr std::array separators{"/", "\\", "~", "／", "∕", "⁄", "▸", "›
 
 bool isBlank(char c) {
   return c == ' ' || c == '\t' || c == '\n';
-}
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // As in "Macintosh HD:Users", and not as in a time of the day.

@@ -1,5 +1,6 @@
 #include "simulator/panel/folder.h"
 
+#include <fnmatch.h>
 #include <utf8proc.h>
 
 #include <algorithm>
@@ -8,6 +9,8 @@
 #include <cstdlib>
 #include <iterator>
 #include <string_view>
+
+#include "simulator/desktop/text.h"
 
 namespace simulator {
 namespace {
@@ -43,10 +46,6 @@ constexpr std::array<std::string_view, 22> package_extensions{
     "kext",     "mdimporter",  "mpkg",      "pkg",    "photoslibrary", "plugin",
     "prefpane", "qlgenerator", "rtfd",      "saver",  "scptd",         "service",
     "wdgt",     "workflow",    "xcodeproj", "xpc"};
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 // Takes the digits at `position` without their leading zeros.
 std::string_view takeNumber(const std::string& text, std::size_t& position) {
@@ -85,10 +84,32 @@ bool hasPackageExtension(const std::string& name) {
   return dot != name.npos && isOneOf(package_extensions, folded(name.substr(dot + 1)));
 }
 
+// Whether the paths agree as far as the shorter one goes.
+bool liesOnTheWay(const fs::path& path, const fs::path& pattern) {
+  auto name = path.begin();
+  for (const fs::path& expected : pattern) {
+    if (name == path.end() || expected.empty()) return true;  // empty: after a slash at the end
+    if (fnmatch(expected.c_str(), name->c_str(), 0) != 0) return false;
+    ++name;
+  }
+  return true;
+}
+
+bool isListed(const fs::path& path, const ListedEntries& listed) {
+  const std::string name = path.filename().string();
+  if (name.starts_with(".")) return false;
+  if (!listed.systemFolders && path.parent_path() == "/" && isOneOf(hidden_in_root, name)) {
+    return false;
+  }
+  return !listed.only ||
+         std::any_of(listed.only->begin(), listed.only->end(),
+                     [&](const std::string& pattern) { return liesOnTheWay(path, pattern); });
+}
+
 }  // namespace
 
 std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder order,
-                                        bool showsSystemFolders) {
+                                        const ListedEntries& listed) {
   struct Keyed {
     std::string key;
     fs::file_time_type modified;  // of no interest when ordered by name
@@ -97,9 +118,8 @@ std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder ord
   std::vector<Keyed> found;
   std::error_code ignored;
   for (const auto& item : fs::directory_iterator(folder, ignored)) {
+    if (!isListed(item.path(), listed)) continue;
     const std::string name = item.path().filename().string();
-    if (name.starts_with(".")) continue;
-    if (folder == "/" && !showsSystemFolders && isOneOf(hidden_in_root, name)) continue;
     std::error_code broken;  // a link that leads nowhere is no folder and the oldest
     fs::file_time_type modified;
     if (order == SortOrder::date) modified = item.last_write_time(broken);

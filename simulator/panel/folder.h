@@ -20,10 +20,17 @@ enum class SortOrder {
   date,  // by modification time, the newest first; of the same time by name
 };
 
-// The visible entries: no name that begins with a dot and, unless `showsSystemFolders`, none of the
-// folders of "/" that a Mac hides. A folder that cannot be read has none.
+// Which entries panels list, besides that no name begins with a dot.
+struct ListedEntries {
+  bool systemFolders = false;  // those of "/" that a Mac hides
+  // Absent: all. Otherwise what these paths name, what lies below it and the folders that lead
+  // there; "*" in a path stands for any part of a name.
+  std::optional<std::vector<std::string>> only;
+};
+
+// The visible entries. A folder that cannot be read has none.
 std::vector<FolderEntry> visibleEntries(const std::string& folder, SortOrder order,
-                                        bool showsSystemFolders);
+                                        const ListedEntries& listed);
 
 // Tells one state of a folder from another. The count of all entries finds what happened within
 // one tick of the clock that stamps folders.

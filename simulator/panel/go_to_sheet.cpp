@@ -13,7 +13,7 @@ namespace {
 // the sheet is gone.
 constexpr Seconds sheet_delay = 0.13;
 constexpr Seconds field_delay = 0.33;
-constexpr Seconds closing_delay = 0.35;
+constexpr Seconds sheet_closing_delay = 0.35;
 
 // Assumed (Live.TheGoToSheetLiesOnThePanel): in points, where all of it is on the panel and beside
 // it there is panel to click.
@@ -198,7 +198,7 @@ void GoToSheet::confirm() {
 void GoToSheet::close(const std::optional<std::string>& path) {
   phase_ = Phase::closing;
   ++turn_;
-  later(closing_delay, [this, path] {
+  later(sheet_closing_delay, [this, path] {
     abandon();
     owner_.note("go-to sheet closed");
     owner_.goToSheetClosed(path);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "simulator/desktop/desktop.h"
+#include "simulator/panel/folder.h"
 #include "simulator/panel/keystroke.h"
 #include "simulator/panel/panel_options.h"
 #include "simulator/panel/panel_tree.h"
@@ -21,7 +22,7 @@ struct PanelSurroundings {
   std::string home = "/";
   std::optional<std::vector<SidebarPlace>> places;  // absent: the usual ones
   std::string lastGoToPath;          // prefills the next go-to sheet of any application
-  bool showsSystemFolders = false;   // in lists of "/", those that a Mac hides
+  ListedEntries listed;
   std::map<Pid, int> panelsToServe;  // panels that are open or will be, by their service
 };
 

@@ -7,11 +7,6 @@
 namespace simulator {
 namespace {
 
-constexpr std::uint64_t shift_flag = 0x20000;
-constexpr std::uint64_t control_flag = 0x40000;
-constexpr std::uint64_t option_flag = 0x80000;
-constexpr std::uint64_t command_flag = 0x100000;
-
 // Assumed (Live.ControlCharactersTypeNothing): control characters type nothing.
 std::string withoutControls(std::string text) {
   std::erase_if(text, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; });

@@ -21,15 +21,15 @@ struct Words {
 
 // Assumed (no test can tell: which columns there are is as the user left them): the first four are
 // those that others' scripts read, in English; the others follow in this order.
-constexpr Words english{{"Name", "Date Modified", "Size", "Kind", "Date Last Opened", "Date Added",
-                         "Date Created", "Tags"},
-                        "Folder",
-                        "Application",
-                        "Package",
-                        "Document",
-                        " byte",
-                        " bytes"};
-constexpr Words chinese{
+constexpr Words english_words{{"Name", "Date Modified", "Size", "Kind", "Date Last Opened",
+                               "Date Added", "Date Created", "Tags"},
+                              "Folder",
+                              "Application",
+                              "Package",
+                              "Document",
+                              " byte",
+                              " bytes"};
+constexpr Words chinese_words{
     {"名称", "修改日期", "大小", "种类", "上次打开日期", "添加日期", "创建日期", "标签"},
     "文件夹",
     "应用程序",
@@ -37,25 +37,25 @@ constexpr Words chinese{
     "文稿",
     "字节",
     "字节"};
-constexpr Words german{{"Name", "Änderungsdatum", "Größe", "Art", "Zuletzt geöffnet",
-                        "Hinzugefügt am", "Erstellungsdatum", "Tags"},
-                       "Ordner",
-                       "Programm",
-                       "Paket",
-                       "Dokument",
-                       " Byte",
-                       " Byte"};
+constexpr Words german_words{{"Name", "Änderungsdatum", "Größe", "Art", "Zuletzt geöffnet",
+                              "Hinzugefügt am", "Erstellungsdatum", "Tags"},
+                             "Ordner",
+                             "Programm",
+                             "Paket",
+                             "Dokument",
+                             " Byte",
+                             " Byte"};
 
 const Words& words(Language language) {
   switch (language) {
     case Language::simplifiedChinese:
-      return chinese;
+      return chinese_words;
     case Language::german:
-      return german;
+      return german_words;
     case Language::english:
       break;
   }
-  return english;
+  return english_words;
 }
 
 template <typename... Values>

@@ -24,7 +24,7 @@ constexpr Seconds lists_delay = 0.45;
 constexpr Seconds navigation_delay = 0.1;
 // Assumed (Live.ThePanelsWindowIsGoneWithin60MillisecondsOfTheConfirmation): from the confirmation
 // until the panel's windows are gone.
-constexpr Seconds closing_delay = 0.02;
+constexpr Seconds panel_closing_delay = 0.02;
 // Assumed (Live.ANewEntryIsListedWithinSixTenthsOfASecond): a change of the folder on the disk is
 // seen within this time.
 constexpr Seconds follow_interval = 0.2;
@@ -312,8 +312,7 @@ std::vector<FolderState> OpenPanel::folderStates() const {
 // folder shown whose names contain its text.
 std::vector<Listing::Row> OpenPanel::rowsOf(const std::string& folder) const {
   std::vector<Listing::Row> rows;
-  for (const auto& entry :
-       visibleEntries(folder, options_.sort, surroundings_.showsSystemFolders)) {
+  for (const auto& entry : visibleEntries(folder, options_.sort, surroundings_.listed)) {
     const std::string path = pathWithin(folder, entry.name);
     const std::string name = desktop_.displayName(path);
     if (folder == folder_ && name.find(search_.text) == std::string::npos) continue;
@@ -371,7 +370,7 @@ void OpenPanel::end(PanelOutcome::End how, const std::string& path) {
   } else {
     note("cancelled");
   }
-  later(closing_delay + options_.faults.closesLateBySeconds / options_.slow, [this] { close(); });
+  later(panel_closing_delay + options_.faults.closesLateBySeconds / options_.slow, [this] { close(); });
 }
 
 void OpenPanel::close() {

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "simulator/desktop/request.h"
+#include "simulator/desktop/text.h"
 #include "simulator/desktop/unmodelled.h"
 
 namespace simulator {
@@ -15,8 +17,10 @@ struct Modifier {
   std::string_view name;
   std::uint64_t flag;  // of CGEventFlags
 };
-constexpr Modifier modifiers[] = {
-    {"command", 0x100000}, {"shift", 0x20000}, {"option", 0x80000}, {"control", 0x40000}};
+constexpr Modifier modifiers[] = {{"command", command_flag},
+                                  {"shift", shift_flag},
+                                  {"option", option_flag},
+                                  {"control", control_flag}};
 
 struct Token {
   enum class Kind { word, number, text, mark, lineEnd, scriptEnd };
@@ -31,9 +35,6 @@ struct Token {
                     ": syntax error: " + problem + " (-2741)");
 }
 
-bool isDigit(char letter) {
-  return std::isdigit(static_cast<unsigned char>(letter)) != 0;
-}
 bool isWordPart(char letter) {
   return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '_';
 }

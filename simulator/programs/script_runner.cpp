@@ -16,8 +16,6 @@ namespace {
 // application takes to come forward.
 constexpr Seconds coming_forward_margin = 0.01;
 
-constexpr std::uint64_t shift_flag = 0x20000;
-
 // One step of a run: does it and returns how long until the next. It may end the run.
 using Step = std::function<Seconds()>;
 

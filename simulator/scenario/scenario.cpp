@@ -464,6 +464,12 @@ void readVolume(const JsonPlace& place, Scenario& scenario) {
   object.refuseOthers();
 }
 
+std::string readPattern(const JsonPlace& place) {
+  const std::string path = place.text();
+  if (!path.starts_with("/")) place.refuse("expected a path from / on");
+  return path;
+}
+
 SidebarPlace readSidebarPlace(const JsonPlace& place) {
   JsonObject object(place);
   SidebarPlace result;
@@ -493,7 +499,11 @@ Scenario scenarioFromJson(const nlohmann::ordered_json& document, const std::str
     for (const auto& item : places->items()) scenario.places->push_back(readSidebarPlace(item));
   }
   object.read("lastGoToPath", scenario.lastGoToPath);
-  object.read("showsSystemFolders", scenario.showsSystemFolders);
+  object.read("showsSystemFolders", scenario.listed.systemFolders);
+  if (const auto only = object.find("listsOnly")) {
+    scenario.listed.only.emplace();
+    for (const auto& item : only->items()) scenario.listed.only->push_back(readPattern(item));
+  }
   object.read("keyboardLayout", scenario.keyboardLayout, layouts);
   object.read("requestTimeoutSeconds", scenario.requestTimeoutSeconds, 0.01, longest_seconds);
   if (const auto prices = object.find("prices")) scenario.prices = readPrices(*prices);

@@ -63,7 +63,7 @@ struct Scenario {
   KeyboardLayout keyboardLayout = KeyboardLayout::us;
   Seconds requestTimeoutSeconds = 6;
   Prices prices;
-  bool showsSystemFolders = false;  // the folders of "/" that a Mac hides
+  ListedEntries listed;
   std::vector<Rect> screens{{0, 0, 1440, 900}};
   std::optional<Pid> frontmost = 300;
   std::vector<ScenarioProcess> processes;

@@ -9,8 +9,8 @@
 namespace simulator {
 namespace {
 
-constexpr double title_bar_height = 28;
-constexpr double tool_bar_height = 52;
+constexpr double window_bar_height = 28;
+constexpr double browser_bar_height = 52;
 
 void addTitleBar(Element& window, const Rect& frame) {
   int position = 0;
@@ -23,7 +23,7 @@ void addTitleBar(Element& window, const Rect& frame) {
 // With buttons and the address bar, which is the result.
 Element& addToolBar(Element& window, const ScenarioWindow& options) {
   const Rect& frame = options.frame;
-  const Rect bar{frame.x, frame.y + title_bar_height, frame.width, tool_bar_height};
+  const Rect bar{frame.x, frame.y + window_bar_height, frame.width, browser_bar_height};
   Element& toolbar = addElement(window, "AXToolbar", bar);
   double x = bar.x + 8;
   for (const char* description : {"Back", "Forward", "Reload"}) {
@@ -40,7 +40,7 @@ Element& addToolBar(Element& window, const ScenarioWindow& options) {
 
 // A page of `count` elements: a heading for each card, with a text, a link and a button below it.
 void addPage(Element& window, const Rect& frame, const std::string& title, int count) {
-  const double bars = title_bar_height + tool_bar_height;
+  const double bars = window_bar_height + browser_bar_height;
   const Rect area{frame.x, frame.y + bars, frame.width, frame.height - bars};
   Element& page = addElement(addElement(addElement(window, "AXGroup", area), "AXScrollArea", area),
                              "AXWebArea", area, {{"AXTitle", title}});
@@ -157,7 +157,7 @@ std::unique_ptr<Scene> makeScene(const Scenario& scenario) {
   scene->surroundings.home = scenario.home.value_or(home != nullptr ? home : "/");
   scene->surroundings.lastGoToPath = scenario.lastGoToPath;
   scene->surroundings.places = scenario.places;
-  scene->surroundings.showsSystemFolders = scenario.showsSystemFolders;
+  scene->surroundings.listed = scenario.listed;
   fillDesktop(scene->desktop, scenario);
   for (const auto& options : scenario.panels) scene->panels.push_back(makePanel(*scene, options));
   for (const auto& act : scenario.person) schedulePerson(scene->desktop, act);

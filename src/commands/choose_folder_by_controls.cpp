@@ -19,7 +19,7 @@ namespace tessarine {
 namespace {
 
 constexpr double beforeStabilizingSeconds = 0.3;
-constexpr double afterReturnSeconds = 0.1;
+constexpr double afterConfirmingReturnSeconds = 0.1;
 
 // Best effort: the verification that follows decides.
 void stabilize(const DialogRef& dialog, const std::string& targetPath, double timeoutSeconds) {
@@ -46,7 +46,7 @@ std::string navigate(const DialogRef& dialog, std::int32_t primaryPid,
 void confirm(const DialogRef& dialog, const std::string& targetPath) {
   const Element& root = dialog.node.element;
   const auto button = findButton(root, tables().chooseButtonTitles);
-  if (!button) return pressReturn(dialog.pid, afterReturnSeconds);
+  if (!button) return pressReturn(dialog.pid, afterConfirmingReturnSeconds);
   if (!chooserReached(root, targetPath)) {
     throw ToolError::actionFailed("chooser did not reach target folder before pressing choose: " +
                                   targetPath);

@@ -21,9 +21,9 @@ namespace tessarine {
 namespace {
 
 constexpr double scriptCloseSeconds = 1.2;
-constexpr double sheetAppearSeconds = 0.35;
-constexpr double typingPauseSeconds = 0.05;
-constexpr double afterReturnSeconds = 0.45;
+constexpr double blindSheetSeconds = 0.35;
+constexpr double blindTypingPauseSeconds = 0.05;
+constexpr double afterTypedReturnSeconds = 0.45;
 constexpr double settleSeconds = 0.35;
 constexpr double typedCloseSeconds = 0.7;
 constexpr double clickCloseSeconds = 0.8;
@@ -74,10 +74,10 @@ std::string listText(const std::vector<std::string>& items) {
 void typePath(const PanelWindowRef& panel, std::int32_t eventPid, const std::string& path) {
   clickPanelContent(panel, eventPid, false);
   openGoToFolderSheet(eventPid);
-  sleepSeconds(sheetAppearSeconds);
+  sleepSeconds(blindSheetSeconds);
   selectAllAndDelete(eventPid);
-  typeUnicodeText(eventPid, path, typingPauseSeconds);
-  pressReturn(eventPid, afterReturnSeconds);
+  typeUnicodeText(eventPid, path, blindTypingPauseSeconds);
+  pressReturn(eventPid, afterTypedReturnSeconds);
   sleepSeconds(settleSeconds);
 }
 

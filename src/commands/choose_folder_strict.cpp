@@ -20,13 +20,13 @@
 namespace tessarine {
 namespace {
 
-constexpr double shortestSearchSeconds = 0.5;
-constexpr double longestSearchSeconds = 4.0;
+constexpr double shortestStrictSearchSeconds = 0.5;
+constexpr double longestStrictSearchSeconds = 4.0;
 constexpr double longestStepSeconds = 2.0;
-constexpr double sheetAppearSeconds = 0.25;
-constexpr double afterReturnSeconds = 0.25;
+constexpr double strictSheetSeconds = 0.25;
+constexpr double afterStrictReturnSeconds = 0.25;
 constexpr double verifyPollSeconds = 0.1;
-constexpr double closePollSeconds = 0.12;
+constexpr double strictClosePollSeconds = 0.12;
 
 // What every step after the search works with.
 struct StrictChoice {
@@ -54,10 +54,10 @@ void goToFolder(const StrictChoice& choice) {
     return;
   } else {
     openGoToFolderSheet(dialog.pid);
-    sleepSeconds(sheetAppearSeconds);
+    sleepSeconds(strictSheetSeconds);
     setGoToFolderPathAX(dialog.app, dialog.pid, choice.targetPath);
   }
-  tapKey(dialog.pid, keyCodeReturn, noModifiers, {}, afterReturnSeconds);
+  tapKey(dialog.pid, keyCodeReturn, noModifiers, {}, afterStrictReturnSeconds);
 }
 
 void verifyFolderShown(const StrictChoice& choice) {
@@ -81,7 +81,7 @@ void pressChoose(const StrictChoice& choice) {
 }
 
 void waitForClose(const StrictChoice& choice) {
-  waitUntil(choice.stepSeconds, closePollSeconds, [&] {
+  waitUntil(choice.stepSeconds, strictClosePollSeconds, [&] {
     return dialogNodes(choice.dialog.app).empty() &&
            openDialogs(choice.primaryPid, true, choice.eventPIDs).empty();
   });
@@ -105,7 +105,7 @@ Result chooseFolderByStrictAX(std::int32_t primaryPid, const std::string& target
                               const std::vector<std::string>& components,
                               const std::string& basename) {
   const double searchSeconds =
-      std::min(std::max(shortestSearchSeconds, timeoutSeconds), longestSearchSeconds);
+      std::min(std::max(shortestStrictSearchSeconds, timeoutSeconds), longestStrictSearchSeconds);
   const auto eventPIDs = eventPIDsFor(primaryPid);
   const DialogRef dialog = waitForStrictOpenDialog(primaryPid, eventPIDs, searchSeconds);
   const StrictChoice choice{primaryPid, eventPIDs, dialog, targetPath,

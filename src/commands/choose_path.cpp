@@ -17,14 +17,14 @@
 namespace tessarine {
 namespace {
 
-constexpr double afterNavigationSeconds = 0.3;
-constexpr double afterReturnSeconds = 0.1;
+constexpr double beforeFolderReturnSeconds = 0.3;
+constexpr double afterFolderReturnSeconds = 0.1;
 
 Result chooseFolderInDialog(const DialogRef& dialog, const std::string& path,
                             double timeoutSeconds) {
   navigateByGoToFolder(dialog.pid, path);
-  sleepSeconds(afterNavigationSeconds);
-  if (!pressChooseButton(dialog.node.element)) pressReturn(dialog.pid, afterReturnSeconds);
+  sleepSeconds(beforeFolderReturnSeconds);
+  if (!pressChooseButton(dialog.node.element)) pressReturn(dialog.pid, afterFolderReturnSeconds);
   waitForDialogClose(dialog, timeoutSeconds);
   return withOwner(pathResult(path, "directory", "go-to-folder"), dialog.pid, dialog.label);
 }

@@ -14,7 +14,7 @@
 namespace tessarine {
 namespace {
 
-constexpr double longestSearchSeconds = 3.0;
+constexpr double longestDialogSearchSeconds = 3.0;
 constexpr double confirmCloseSeconds = 1.0;
 
 }  // namespace
@@ -22,7 +22,7 @@ constexpr double confirmCloseSeconds = 1.0;
 Result choosePathByGoToFolderAX(std::int32_t primaryPid, const std::string& targetPath,
                                 double timeoutSeconds) {
   const DialogRef dialog =
-      waitForOpenDialog(primaryPid, std::min(timeoutSeconds, longestSearchSeconds), true, {});
+      waitForOpenDialog(primaryPid, std::min(timeoutSeconds, longestDialogSearchSeconds), true, {});
   navigateByGoToFolderAX(dialog.app, dialog.pid, primaryPid, targetPath);
   if (waitForPanelClose(primaryPid, confirmCloseSeconds) || chooserIsGone(dialog.app)) {
     return goToFolderAXResult(targetPath, dialog, "confirm");

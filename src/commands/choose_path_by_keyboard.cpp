@@ -18,14 +18,14 @@
 namespace tessarine {
 namespace {
 
-constexpr double longestPanelSeconds = 2.0;
-constexpr double afterNavigationSeconds = 0.35;
-constexpr double afterReturnSeconds = 0.2;
+constexpr double longestKeyboardPanelSeconds = 2.0;
+constexpr double beforeFileReturnSeconds = 0.35;
+constexpr double afterFileReturnSeconds = 0.2;
 
 // The browser, then the owners of captured panel windows, once one is on screen.
 std::vector<std::int32_t> waitForEventPIDs(std::int32_t primaryPid, double timeoutSeconds) {
   const auto owners =
-      waitForBackgroundOpenPanel(primaryPid, std::min(timeoutSeconds, longestPanelSeconds));
+      waitForBackgroundOpenPanel(primaryPid, std::min(timeoutSeconds, longestKeyboardPanelSeconds));
   std::vector<std::int32_t> pids{primaryPid};
   pids.insert(pids.end(), owners.begin(), owners.end());
   return uniquePIDs(pids);
@@ -34,9 +34,9 @@ std::vector<std::int32_t> waitForEventPIDs(std::int32_t primaryPid, double timeo
 void typePathAt(std::int32_t pid, std::int32_t primaryPid, const std::string& path) {
   clickBackgroundPanelWindow(primaryPid, pid);
   navigateByGoToFolder(pid, path);
-  sleepSeconds(afterNavigationSeconds);
-  pressReturn(pid, afterReturnSeconds);
-  pressReturn(pid, afterReturnSeconds);
+  sleepSeconds(beforeFileReturnSeconds);
+  pressReturn(pid, afterFileReturnSeconds);
+  pressReturn(pid, afterFileReturnSeconds);
 }
 
 // [812, 913]

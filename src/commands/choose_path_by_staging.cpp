@@ -15,8 +15,8 @@
 namespace tessarine {
 namespace {
 
-constexpr double longestPanelSeconds = 2.0;
-constexpr double longestCloseSeconds = 3.0;
+constexpr double longestStagingPanelSeconds = 2.0;
+constexpr double longestStagingCloseSeconds = 3.0;
 constexpr double afterStagingSeconds = 0.25;
 constexpr double afterRowClickSeconds = 0.22;
 constexpr double secondsAhead = 3600;
@@ -81,7 +81,7 @@ std::string fileExtension(const std::string& path) {
 
 Result choosePathByTmpStagingMouse(std::int32_t primaryPid, const std::string& targetPath,
                                    double timeoutSeconds, const std::string& waitError) {
-  waitForBackgroundOpenPanel(primaryPid, std::min(timeoutSeconds, longestPanelSeconds));
+  waitForBackgroundOpenPanel(primaryPid, std::min(timeoutSeconds, longestStagingPanelSeconds));
   const std::string stagedPath = stagedTmpCopy(targetPath);
   sleepSeconds(afterStagingSeconds);
   const auto panel = largestPanelWindow(primaryPid);
@@ -89,7 +89,8 @@ Result choosePathByTmpStagingMouse(std::int32_t primaryPid, const std::string& t
     throw ToolError::notFound("background open panel window not found after staging tmp file");
   }
   const Staging staging{primaryPid, panel->pid > 0 ? panel->pid : primaryPid, *panel,
-                        firstRowPoint(panel->frame), std::min(timeoutSeconds, longestCloseSeconds)};
+                        firstRowPoint(panel->frame),
+                        std::min(timeoutSeconds, longestStagingCloseSeconds)};
   if (const auto button = closeByOpenButton(staging)) {
     Result result =
         stagingResult(staging, "tmp-staging-first-row-mouse", targetPath, waitError, stagedPath);

@@ -21,7 +21,7 @@ namespace {
 
 constexpr double escapePauseSeconds = 0.08;
 constexpr double cancelPauseSeconds = 0.1;
-constexpr double closeSeconds = 0.8;
+constexpr double panelCloseSeconds = 0.8;
 constexpr double strictEscapeSeconds = 1.8;
 
 using PanelWindows = std::vector<PanelWindowRef>;
@@ -60,10 +60,10 @@ int closeCapturedFirst(std::int32_t primaryPid) {
   const PanelWindows tracked = orderedBackgroundPanelWindows(primaryPid);
   if (tracked.empty()) return pressCancelButtons(primaryPid, false);
   tapEscape(escapePIDs(tracked, primaryPid));
-  if (waitForTrackedPanelClose(primaryPid, tracked, closeSeconds)) return 1;
+  if (waitForTrackedPanelClose(primaryPid, tracked, panelCloseSeconds)) return 1;
   clickPanelContent(tracked.front(), primaryPid, false);
   tapEscape(primaryPid);
-  return waitForTrackedPanelClose(primaryPid, tracked, closeSeconds) ? 1 : 0;
+  return waitForTrackedPanelClose(primaryPid, tracked, panelCloseSeconds) ? 1 : 0;
 }
 
 // Escape to every process concerned, then a click into the panel and Escape to the browser; whether
@@ -86,7 +86,7 @@ bool closeByEvents(std::int32_t primaryPid, const PanelWindows& windows) {
 
 int closeByCancelFirst(std::int32_t primaryPid) {
   const bool pressed = pressCancelButtons(primaryPid, true) > 0;
-  if (pressed && waitForCapturedPanelClose(primaryPid, closeSeconds)) return 1;
+  if (pressed && waitForCapturedPanelClose(primaryPid, panelCloseSeconds)) return 1;
   const PanelWindows windows = orderedBackgroundPanelWindows(primaryPid);
   if (!pressed && windows.empty()) return 0;
   if (closeByEvents(primaryPid, windows)) return 1;

@@ -12,7 +12,7 @@
 namespace tessarine {
 namespace {
 
-constexpr double longestCloseSeconds = 4.0;
+constexpr double longestDialogCloseSeconds = 4.0;
 constexpr double retryPauseSeconds = 0.15;
 
 }  // namespace
@@ -28,7 +28,7 @@ bool pressChooseButton(const Element& root) {
 }
 
 double closeSeconds(double timeoutSeconds) {
-  return std::min(timeoutSeconds, longestCloseSeconds);
+  return std::min(timeoutSeconds, longestDialogCloseSeconds);
 }
 
 void waitForDialogClose(const DialogRef& dialog, double timeoutSeconds) {

@@ -30,7 +30,7 @@ constexpr std::array<NamedKey, 5> namedKeys{{
     {"cmd-shift-g", "command-shift-g", keyCodeG, commandShiftFlags, 0.15},
 }};
 
-constexpr double typingPauseSeconds = 0.02;
+constexpr double directTypingPauseSeconds = 0.02;
 
 }  // namespace
 
@@ -41,7 +41,7 @@ Result clickPoint(std::int32_t pid, double x, double y) {
 }
 
 Result typeTextCommand(std::int32_t pid, const std::string& text) {
-  typeUnicodeText(pid, text, typingPauseSeconds);
+  typeUnicodeText(pid, text, directTypingPauseSeconds);
   return {{"ok", true}, {"command", "type-text"}, {"textLength", characterCount(text)}};
 }
 

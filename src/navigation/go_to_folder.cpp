@@ -23,8 +23,8 @@ constexpr double confirmPauseSeconds = 0.2;
 constexpr double sheetOpeningSeconds = 0.15;
 // The sheet's field takes keys only after it has slid in.
 constexpr double beforeTypingSeconds = 0.2;
-constexpr double typingPauseSeconds = 0.02;
-constexpr double afterNavigationSeconds = 0.25;
+constexpr double pathTypingPauseSeconds = 0.02;
+constexpr double afterTypedPathSeconds = 0.25;
 constexpr double beforeWritingSeconds = 0.25;
 constexpr double globalAttemptSeconds = 2.5;
 
@@ -70,8 +70,8 @@ void navigateByGoToFolder(std::int32_t pid, const std::string& path) {
   openGoToFolderSheet(pid);
   sleepSeconds(beforeTypingSeconds);
   selectAllAndDelete(pid);
-  typeUnicodeText(pid, path, typingPauseSeconds);
-  tapKey(pid, keyCodeReturn, noModifiers, {}, afterNavigationSeconds);
+  typeUnicodeText(pid, path, pathTypingPauseSeconds);
+  tapKey(pid, keyCodeReturn, noModifiers, {}, afterTypedPathSeconds);
 }
 
 void navigateByGoToFolderAX(const Element& root, std::int32_t pid,
@@ -86,7 +86,7 @@ void navigateByGoToFolderAX(const Element& root, std::int32_t pid,
     if (!foregroundOwnerPid || !frontmostPid || frontmostPid != foregroundOwnerPid) throw;
     retryThroughSession(root, pid, path);
   }
-  tapKey(pid, keyCodeReturn, noModifiers, {}, afterNavigationSeconds);
+  tapKey(pid, keyCodeReturn, noModifiers, {}, afterTypedPathSeconds);
 }
 
 void setGoToFolderPathAX(const Element& root, std::int32_t pid, const std::string& path,

@@ -10,7 +10,7 @@
 #include "panels/capture.h"
 #include "support/capture_helper_program.h"
 
-namespace tessarine::test {
+namespace tessarine::test::exchange {
 namespace {
 
 // Draws windows from a seed.
@@ -143,4 +143,4 @@ TEST(Exchange, AnUntitledSheetIsNotListedWithoutAnyPermission) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::exchange

@@ -4,7 +4,7 @@
 #include "capture-helper/helper_desktop.h"
 #include "platform/accessibility.h"
 
-namespace tessarine::test {
+namespace tessarine::test::list {
 namespace {
 
 Outcome lines(const std::string& text) {
@@ -255,4 +255,4 @@ TEST(WithheldTitles, LeaveTheDefaultAnswerLimitBehind) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::list

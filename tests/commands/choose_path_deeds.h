@@ -9,14 +9,6 @@
 
 namespace tessarine::test {
 
-using Deeds = std::vector<std::string>;
-
-inline Deeds joined(std::initializer_list<Deeds> parts) {
-  Deeds all;
-  for (const Deeds& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
-
 // The transcript without the pause before its first line, which is part of the search for a panel.
 inline Deeds deedsAfterSearch(const simulator::Record& record) {
   Deeds deeds = transcript(record);

@@ -7,7 +7,7 @@
 #include "core/tables.h"
 #include "support/world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::listings {
 namespace {
 
 using Node = simulator::Element;
@@ -352,4 +352,4 @@ TEST(Listings, LeaveTheDesktopAsItIs) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::listings

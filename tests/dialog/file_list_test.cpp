@@ -6,7 +6,7 @@
 #include "dialog/traversal.h"
 #include "dialog/tree.h"
 
-namespace tessarine::test {
+namespace tessarine::test::file_list {
 namespace {
 
 using Names = std::vector<std::string>;
@@ -402,4 +402,4 @@ TEST(FileList, LooksForPlacesEightLevelsBelowTheSidebar) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::file_list

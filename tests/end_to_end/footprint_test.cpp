@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <future>
 #include <sstream>
 
 #include "end_to_end/program_run.h"
@@ -58,15 +59,18 @@ TEST(Footprint, EveryCommandStaysBelowEightMebibytes) {
 }
 
 TEST(Footprint, TheLargestTreeOfEveryScenarioStaysBelowEightMebibytes) {
-  const TemporaryFolder folder;
   std::istringstream listing(runProgram({desktopPath(), "list"}).output);
-  std::size_t scenarios = 0;
-  for (std::string line; std::getline(listing, line); ++scenarios) {
+  std::vector<std::pair<std::string, std::future<long>>> peaks;
+  for (std::string line; std::getline(listing, line);) {
     const std::string scenario = line.substr(0, line.find(' '));
-    EXPECT_LE(peakKilobytesOnDesktop(scenario, {"inspect-open-dialog"}, folder), mostKilobytes)
-        << scenario;
+    // All at once: they spend most of their time waiting for their desktops.
+    peaks.emplace_back(scenario, std::async(std::launch::async, [scenario] {
+                         const TemporaryFolder folder;
+                         return peakKilobytesOnDesktop(scenario, {"inspect-open-dialog"}, folder);
+                       }));
   }
-  EXPECT_GE(scenarios, 12U);
+  EXPECT_GE(peaks.size(), 12U);
+  for (auto& [scenario, peak] : peaks) EXPECT_LE(peak.get(), mostKilobytes) << scenario;
 }
 
 }  // namespace

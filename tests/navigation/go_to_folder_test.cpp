@@ -7,7 +7,7 @@
 #include "support/transcript.h"
 #include "support/world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::go_to_folder {
 namespace {
 
 namespace ax = simulator::ax;
@@ -194,4 +194,4 @@ TEST(SetGoToFolderPath, LooksNotOnceWhenThereIsNoTime) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::go_to_folder

@@ -124,7 +124,7 @@ TEST(OpenRow, FailsWithoutEventsWhenNoActionSucceeds) {
 
 TEST(OpenRow, SucceedsWithoutEventsWhenOneActionOfAnyPartDoes) {
   for (const char* description : {"列表视图", "list"}) {
-    for (const std::size_t opened : {0, 1, 2}) {
+    for (const std::size_t opened : {0U, 1U, 2U}) {
       Entry entry(description);
       const std::vector<Node*> parts{&entry.label, &entry.row, &entry.cell};
       offer(*parts[opened], {"AXConfirm"});

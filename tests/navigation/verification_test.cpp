@@ -4,7 +4,7 @@
 
 #include "support/world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::verification {
 namespace {
 
 using Node = simulator::Element;
@@ -160,4 +160,4 @@ TEST(ChooserReached, ByWhatIsShownOrSelected) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::verification

@@ -5,7 +5,7 @@
 #include "panels/reported_desktop.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::panel_clicks {
 namespace {
 
 using ::testing::ElementsAre;
@@ -173,4 +173,4 @@ TEST(ClickBackgroundPanelWindow, DoesNothingWithoutAPanelOnTheScreen) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::panel_clicks

@@ -9,7 +9,7 @@
 #include "platform/files.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::panel_close {
 namespace {
 
 using ::testing::ElementsAre;
@@ -232,4 +232,4 @@ TEST(PanelCloseWaits, LookNotOnceWhenThereIsNoTime) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::panel_close

@@ -4,7 +4,7 @@
 #include "platform/accessibility.h"
 #include "support/world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::cf_values {
 namespace {
 
 std::string roundTrip(std::string_view text) {
@@ -94,4 +94,4 @@ TEST(CfValues, OnlyATextOfTheFileSchemeIsAFileLocation) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::cf_values

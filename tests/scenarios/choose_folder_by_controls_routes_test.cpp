@@ -9,7 +9,7 @@
 #include "support/foreground_story.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::choose_folder_by_controls_routes {
 namespace {
 
 using ::testing::Contains;
@@ -372,4 +372,4 @@ TEST(ChooseFolderControlsRoutes, WaitsTwiceAsLongAsTheTimeoutWhereThatIsLess) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::choose_folder_by_controls_routes

@@ -10,7 +10,7 @@
 #include "scenarios/folder_routes.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::choose_folder_by_events_routes {
 namespace {
 
 using ::testing::Contains;
@@ -335,4 +335,4 @@ TEST(ChooseFolderEventsRoutes, AsksSystemEventsForNothingInTheBackground) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::choose_folder_by_events_routes

@@ -7,7 +7,7 @@
 #include "support/foreground_story.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::choose_folder_routes {
 namespace {
 
 using ::testing::ElementsAre;
@@ -196,4 +196,4 @@ TEST(ChooseFolderRoutes, GivesTheForegroundBackWhenTheBrowserHasQuit) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::choose_folder_routes

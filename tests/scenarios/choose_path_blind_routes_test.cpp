@@ -9,7 +9,7 @@
 #include "commands/choose_path_deeds.h"
 #include "scenarios/path_routes.h"
 
-namespace tessarine::test {
+namespace tessarine::test::choose_path_blind_routes {
 namespace {
 
 using ::testing::AllOf;
@@ -291,4 +291,4 @@ TEST(ChoosePathOfAFolder, LooksForNoEmbeddedChooser) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::choose_path_blind_routes

@@ -8,7 +8,7 @@
 #include "scenarios/path_routes.h"
 #include "support/folder_world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::choose_path_routes {
 namespace {
 
 using ::testing::ElementsAre;
@@ -169,4 +169,4 @@ TEST(ChoosePath, FailsBeforeAnythingForWhatDoesNotExist) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::choose_path_routes

@@ -5,7 +5,7 @@
 #include "support/transcript.h"
 #include "support/world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::close_routes {
 namespace {
 
 using ::testing::ElementsAre;
@@ -248,4 +248,4 @@ TEST(Close, WatchesTheCapturedWindowsEvery120Milliseconds) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::close_routes

@@ -2,41 +2,54 @@
 #include <algorithm>
 
 #include "simulator/scenario/scenario.h"
+#include "support/temporary_folder.h"
 #include "support/world.h"
 
 namespace tessarine::test {
 namespace {
 
-class Determinism : public ::testing::TestWithParam<std::string> {};
+class Determinism : public ::testing::TestWithParam<std::string> {
+ protected:
+  Determinism() {
+    for (int i = 0; i < 20; ++i) files_.makeFile("start/file " + std::to_string(i));
+    for (int i = 0; i < 20; ++i) files_.makeFolder("start/folder " + std::to_string(i));
+    target_ = files_.makeFolder("start/target/inner");
+  }
 
-// Panels show the machine's real directories, and none may change between two runs: a panel over
-// the temporary folder shows another one instead.
-World::Patches withoutChangingFolders(const std::string& scenario) {
-  const char* folder = "/panels/0/folder";
-  const auto document = simulator::bundledScenario(scenario).document;
-  const nlohmann::ordered_json::json_pointer place(folder);
-  if (document.value(place, "") != "/tmp") return {};
-  return {{folder, "/usr/share"}};
-}
+  // What happened, and what the program said.
+  std::string everythingOf(const std::vector<std::string>& options) const {
+    World world(GetParam(), overTheFolder());
+    std::vector<std::string> arguments{"choose-folder", "--pid", std::to_string(browserPid),
+                                       "--path", target_};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const Outcome outcome = world.run(arguments);
+    return world.record().toText() + std::to_string(outcome.exitStatus) + outcome.output +
+           outcome.errors + world.panelOutcomes();
+  }
 
-// What happened, and what the program said.
-std::string everythingOf(const std::string& scenario, const std::vector<std::string>& arguments) {
-  World world(scenario, withoutChangingFolders(scenario));
-  const Outcome outcome = world.run(arguments);
-  return world.record().toText() + std::to_string(outcome.exitStatus) + outcome.output +
-         outcome.errors + world.panelOutcomes();
-}
+ private:
+  // Nobody else changes what the panels show.
+  World::Patches overTheFolder() const {
+    World::Patches patches{{"/home", files_.path()}, {"/listsOnly", {files_.path()}}};
+    const auto document = simulator::bundledScenario(GetParam()).document;
+    for (std::size_t i = 0; i < document.value("panels", nlohmann::ordered_json::array()).size();
+         ++i) {
+      patches.emplace_back("/panels/" + std::to_string(i) + "/folder", files_.path() + "/start");
+    }
+    return patches;
+  }
+
+  TemporaryFolder files_;
+  std::string target_;
+};
 
 TEST_P(Determinism, TwoRunsAreTheSameToTheByte) {
-  const std::vector<std::string> choose{"choose-folder", "--pid", std::to_string(browserPid),
-                                        "--path", "/usr/lib"};
-  std::vector<std::string> chooseStrictly = choose;
-  chooseStrictly.push_back("--strict-background");
-  for (const auto& arguments : {choose, chooseStrictly}) {
-    const std::string first = everythingOf(GetParam(), arguments);
+  for (const std::vector<std::string>& options :
+       {std::vector<std::string>{}, std::vector<std::string>{"--strict-background"}}) {
+    const std::string first = everythingOf(options);
     EXPECT_NE(first.find("accessibility"), std::string::npos);
     // Without the texts, which are long.
-    EXPECT_TRUE(everythingOf(GetParam(), arguments) == first);
+    EXPECT_TRUE(everythingOf(options) == first);
   }
 }
 

@@ -8,7 +8,7 @@
 #include "simulator/frameworks/faults.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::error_codes {
 namespace {
 
 using ::testing::IsEmpty;
@@ -352,4 +352,4 @@ TEST(EventErrors, APanelThatOnlyEventsReachStays) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::error_codes

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/folder_world.h"
+#include "support/transcript.h"
 
 namespace tessarine::test {
 
@@ -34,10 +35,6 @@ inline FolderRun runChooseFolder(World& world, const std::string& path,
 
 inline FolderRun choose(FolderWorld& world, const std::vector<std::string>& options = {}) {
   return runChooseFolder(world.world, world.target, options);
-}
-
-inline Outcome failed(const std::string& message) {
-  return {1, "", message + "\n"};
 }
 
 inline std::string strategyResult(const std::string& path, const std::string& strategy,
@@ -101,7 +98,6 @@ inline std::string notClosed(const std::string& attempts, const std::string& wai
 }
 
 // What was done, after the seconds slept before each.
-using Deeds = std::vector<std::string>;
 
 // The click into the panel, the sheet, the path and Return.
 inline Deeds typed(const std::string& path, const std::string& pid, const std::string& pause) {
@@ -121,12 +117,6 @@ inline Deeds typed(const std::string& path, const std::string& pid, const std::s
   deeds.push_back("0.050 key 36 down -> " + pid);
   deeds.push_back("0.020 key 36 up -> " + pid);
   return deeds;
-}
-
-inline Deeds joined(std::initializer_list<Deeds> parts) {
-  Deeds all;
-  for (const Deeds& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
 }
 
 // --- Patches of a scenario. ---

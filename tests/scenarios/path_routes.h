@@ -14,9 +14,6 @@ using Json = nlohmann::ordered_json;
 inline Outcome chosen(const Json& result) {
   return {0, result.dump(2) + "\n", ""};
 }
-inline Outcome failed(const std::string& message) {
-  return {1, "", message + "\n"};
-}
 
 inline std::vector<std::string> choosePath(const std::string& path,
                                            const std::vector<std::string>& options = {}) {

@@ -4,7 +4,7 @@
 #include "support/folder_world.h"
 #include "support/transcript.h"
 
-namespace tessarine::test {
+namespace tessarine::test::strict_choose_folder {
 namespace {
 
 using ::testing::Contains;
@@ -229,4 +229,4 @@ TEST(StrictChooseFolder, ANameInTheListThatLooksLikeAPath) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::strict_choose_folder

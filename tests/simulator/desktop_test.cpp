@@ -3,13 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "simulator/desktop/text.h"
 
-namespace simulator {
+namespace simulator::desktop {
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -690,4 +692,4 @@ TEST(TextTest, EncodingsConvertBothWaysAndReplaceWhatIsMalformed) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::desktop

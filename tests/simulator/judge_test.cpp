@@ -12,7 +12,7 @@
 #include "support/temporary_folder.h"
 #include "support/world.h"
 
-namespace simulator {
+namespace simulator::judge {
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -492,4 +492,4 @@ TEST(JudgedRun, OfTheWatchdogsEndIsTrueWhileThePanelIsOpen) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::judge

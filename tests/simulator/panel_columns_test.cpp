@@ -3,7 +3,7 @@
 
 #include "tests/simulator/panel_world.h"
 
-namespace simulator {
+namespace simulator::panel_columns {
 namespace {
 
 // A panel of columns over the sample folder, which is a place of the sidebar.
@@ -299,4 +299,4 @@ TEST(PanelColumns, FilesOfAFolderPanelCannotBeSelected) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::panel_columns

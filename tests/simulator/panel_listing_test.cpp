@@ -216,6 +216,21 @@ TEST(PanelListing, TheFoldersOfTheSystemAreShownOnRequest) {
   EXPECT_EQ(std::count(names.begin(), names.end(), "usr"), 1);
 }
 
+TEST(PanelListing, OnlyWhatTheScenarioNamesIsListedWithWhatLeadsThereAndLiesBelow) {
+  const Sample folder;
+  for (const char* name : {"way/there/below", "way/aside", "copy-1", "copy-2", "other"}) {
+    fs::create_directories(folder.path(name));
+  }
+  const Json only{folder.path("way/there/"), folder.path("copy-*")};
+  const auto shown = [&](const std::string& name) {
+    return PanelWorld(Json{{"folder", folder.path(name)}}, {{"listsOnly", only}}).shownNames();
+  };
+  EXPECT_EQ(shown(""), (Texts{"copy-1", "copy-2", "way"}));
+  EXPECT_EQ(shown("way"), (Texts{"there"}));
+  EXPECT_EQ(shown("way/there"), (Texts{"below"}));
+  EXPECT_EQ(shown("other"), Texts{});
+}
+
 TEST(PanelListing, AHiddenFolderIsReachedByItsPath) {
   PanelWorld world(Json{{"folder", "/"}});
   world.key(key::g, command | shift);
@@ -286,7 +301,7 @@ TEST(PanelPackages, AreDirectoriesWithOneOfTheirEndings) {
   }
   std::ofstream(folder.path("F.pkg")) << "x";
   Texts packages;
-  for (const auto& entry : visibleEntries(folder.path(), SortOrder::name, false)) {
+  for (const auto& entry : visibleEntries(folder.path(), SortOrder::name, {})) {
     if (entry.package) packages.push_back(entry.name);
   }
   EXPECT_EQ(packages, (Texts{"A.app", "B.PrefPane", "C.photoslibrary"}));

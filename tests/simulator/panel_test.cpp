@@ -14,7 +14,7 @@
 #include "simulator/panel/panel_texts.h"
 #include "tests/simulator/panel_world.h"
 
-namespace simulator {
+namespace simulator::panel {
 namespace {
 
 // One line for each element, without what stands in the sidebar and in a page.
@@ -904,7 +904,7 @@ TEST(PanelFolder, ListsVisibleEntriesAsTheFileBrowserOrdersThem) {
   std::ofstream(sample.path("file2.txt")) << "x";
   fs::create_directory_symlink(sample.path("Alpha"), sample.path("link"));
   Texts names;
-  for (const auto& entry : visibleEntries(sample.path(), SortOrder::name, false)) {
+  for (const auto& entry : visibleEntries(sample.path(), SortOrder::name, {})) {
     names.push_back(entry.name + (entry.directory ? "/" : ""));
   }
   EXPECT_EQ(names, (Texts{"Alpha/", "beta/", "file 9.txt", "file2.txt", "file10.txt", "link/"}));
@@ -915,4 +915,4 @@ TEST(PanelFolder, ListsVisibleEntriesAsTheFileBrowserOrdersThem) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::panel

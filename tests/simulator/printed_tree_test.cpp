@@ -12,7 +12,7 @@
 #include "support/temporary_folder.h"
 #include "tests/simulator/printouts.h"
 
-namespace tessarine::test {
+namespace tessarine::test::printed_tree {
 namespace {
 
 using simulator::Element;
@@ -310,4 +310,4 @@ TEST(PrintedTree, IsAlwaysOneThatAWalkMeetsInTheSameOrder) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::printed_tree

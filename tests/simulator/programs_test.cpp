@@ -12,7 +12,7 @@
 
 #include "simulator/desktop/text.h"
 
-namespace simulator {
+namespace simulator::programs {
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -331,4 +331,4 @@ TEST_F(ProgramsDeathTest, ASnapshotOfAnotherKindNamesItself) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::programs

@@ -12,7 +12,7 @@
 #include "simulator/desktop/text.h"
 #include "simulator/scenario/scene.h"
 
-namespace simulator {
+namespace simulator::scenario {
 namespace {
 
 std::string mistake(const std::string& text) {
@@ -42,8 +42,9 @@ TEST(ScenarioMistake, UnknownKey) {
       "folder/wrong.json: /screens/0/depth: no such key; expected one of x, y, width, height");
   EXPECT_EQ(mistake(R"({"pa/nels": []})"),
             "folder/wrong.json: /pa~1nels: no such key; expected one of description, language, "
-            "home, volume, volumes, places, lastGoToPath, showsSystemFolders, keyboardLayout, "
-            "requestTimeoutSeconds, prices, screens, processes, frontmost, panels, person, faults");
+            "home, volume, volumes, places, lastGoToPath, showsSystemFolders, listsOnly, "
+            "keyboardLayout, requestTimeoutSeconds, prices, screens, processes, frontmost, panels, "
+            "person, faults");
 }
 
 TEST(ScenarioMistake, WrongType) {
@@ -51,6 +52,9 @@ TEST(ScenarioMistake, WrongType) {
   EXPECT_EQ(mistake(R"({"volume": 1})"), "folder/wrong.json: /volume: expected a text");
   EXPECT_EQ(mistake(R"({"showsSystemFolders": 1})"),
             "folder/wrong.json: /showsSystemFolders: expected true or false");
+  EXPECT_EQ(mistake(R"({"listsOnly": "/tmp"})"), "folder/wrong.json: /listsOnly: expected a list");
+  EXPECT_EQ(mistake(R"({"listsOnly": ["/", "tmp"]})"),
+            "folder/wrong.json: /listsOnly/1: expected a path from / on");
   EXPECT_EQ(mistake(R"({"panels": {}})"), "folder/wrong.json: /panels: expected a list");
   EXPECT_EQ(mistake(R"({"panels": [7]})"), "folder/wrong.json: /panels/0: expected an object");
   EXPECT_EQ(panelMistake(R"(, "goTo": {"comboBox": 1})"),
@@ -422,4 +426,4 @@ TEST(BundledScenarios, PlayedTwiceGiveTheSameRecord) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::scenario

@@ -16,7 +16,7 @@
 #include "simulator/frameworks/ledger.h"
 #include "simulator/seams/virtual/virtual_world.h"
 
-namespace simulator {
+namespace simulator::seams {
 namespace {
 
 constexpr Pid browser = 501;
@@ -218,4 +218,4 @@ TEST_F(VirtualWorldDeathTest, WithoutADesktopTheProgramEndsWithALine) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::seams

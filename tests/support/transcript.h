@@ -1,6 +1,7 @@
 // What the tool did on a desktop, and how long it slept in between.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,15 @@ namespace tessarine::test {
 // AXFocused of AXTextField in 900", "0.120 set AXValue of AXTextField in 900: /usr", "0.100 AXPress
 // of AXButton in 900". Time that passed in requests and in programs is no sleep.
 std::vector<std::string> transcript(const simulator::Record& record);
+
+// Lines of a transcript, and several pieces of one as a whole.
+using Deeds = std::vector<std::string>;
+
+inline Deeds joined(std::initializer_list<Deeds> parts) {
+  Deeds all;
+  for (const Deeds& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
 
 // The different lengths of the tool's sleeps in ascending order, to the microsecond: "0.15".
 std::vector<std::string> sleepLengths(const simulator::Record& record);

@@ -34,6 +34,11 @@ struct Outcome {
 };
 void PrintTo(const Outcome& outcome, std::ostream* stream);
 
+// What a command ends in that failed with the message.
+inline Outcome failed(const std::string& message) {
+  return {1, "", message + "\n"};
+}
+
 // Attaches a desktop for as long as it lives and sets the process-wide tables up afresh.
 class AttachedDesktop {
  public:
