@@ -370,7 +370,8 @@ void OpenPanel::end(PanelOutcome::End how, const std::string& path) {
   } else {
     note("cancelled");
   }
-  later(panel_closing_delay + options_.faults.closesLateBySeconds / options_.slow, [this] { close(); });
+  later(panel_closing_delay + options_.faults.closesLateBySeconds / options_.slow,
+        [this] { close(); });
 }
 
 void OpenPanel::close() {

@@ -140,8 +140,8 @@ std::string firstWords(const std::string& message) {
   return line.substr(0, line.rfind(' ', longest)) + " …";
 }
 
-// What was chosen below the trial's folder is named from there on; the rest may be a copy, whose name
-// is another one each time.
+// What was chosen below the trial's folder is named from there on; the rest may be a copy, whose
+// name is another one each time.
 std::string withShortPath(const std::string& verdict) {
   const auto at = verdict.find('/');
   if (at == std::string::npos) return verdict;
