@@ -67,6 +67,13 @@ AXUIElementRef AXUIElementCreateApplication(pid_t pid) {
   return simulator::make<AXUIElementRef>(ElementId{pid, 0}, __func__);
 }
 
+// Every element carries it: nobody is asked.
+AXError AXUIElementGetPid(AXUIElementRef element, pid_t* pid) {
+  if (!pid) simulator::refuse(__func__, "was given no out-parameter");
+  *pid = elementOf(element, __func__).pid;
+  return kAXErrorSuccess;
+}
+
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                       CFTypeRef* value) {
   return handOut(desktopLink().ask(simulator::CopyAttribute{
