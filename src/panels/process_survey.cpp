@@ -78,7 +78,9 @@ std::set<std::string> namesOf(const ProcessSurvey& survey, std::int32_t pid) {
 // Also a process that is called by the bare name, so that none is overlooked.
 bool anotherHasName(const ProcessSurvey& survey, std::int32_t pid, const std::string& name) {
   const auto isCalled = [&](const ListedProcess& process) {
-    return process.pid != pid && (bundleName(process.command) == name || process.command == name);
+    const std::string& command = process.command;
+    const bool bare = command == name || command.starts_with(name + " -");
+    return process.pid != pid && (bare || bundleName(command) == name);
   };
   const auto ownsWindow = [&](const PanelWindowRef& window) {
     return window.pid != pid && window.app == name;
@@ -185,8 +187,7 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
   for (const PanelWindowRef& window : windowsOf(survey)) {
     if (!rectsEqual(window.frame, frame)) continue;
     if (window.pid == primaryPid) return false;
-    another =
-        another || std::find(services.begin(), services.end(), window.pid) == services.end();
+    another = another || std::find(services.begin(), services.end(), window.pid) == services.end();
   }
   return another;
 }

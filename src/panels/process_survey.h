@@ -34,8 +34,8 @@ ProcessSurvey surveyProcesses();
 // The same windows, afresh.
 std::optional<std::vector<PanelWindowRef>> listedWindows();
 
-// The name of the application that a command line starts: NAME in ".../NAME.app/Contents/MacOS/...",
-// of a helper process its own; empty for any other command line.
+// The name of the application that a command line starts: NAME in
+// ".../NAME.app/Contents/MacOS/...", of a helper process its own; empty for any other command line.
 std::string bundleName(const std::string& command);
 
 // What people call the process: its bundle's name, else the owner's name of its windows; empty when
