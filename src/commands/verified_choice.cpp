@@ -152,13 +152,17 @@ std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t prima
 
 PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Target& target,
                      double deadline) {
-  PanelChoice choice{found.root, found.parts, target};
-  choice.keyPids = keyPidsFor(found, primaryPid);
-  choice.keysAreSafe = [survey = found.survey, services = found.services, primaryPid] {
+  const auto isAlone = [survey = found.survey, services = found.services, primaryPid] {
     return openPanels(survey, primaryPid, services).size() == 1;
   };
-  choice.deadline = deadline;
-  return choice;
+  return {.panel = found.root,
+          .parts = found.parts,
+          .target = target,
+          .isFolderPanel = false,
+          .keyPids = keyPidsFor(found, primaryPid),
+          .keysAreSafe = isAlone,
+          .deadline = deadline,
+          .sheetTaker = {}};
 }
 
 // --- The panel's kind. ---
