@@ -7,6 +7,7 @@
 #include "simulator/desktop/text.h"
 #include "simulator/frameworks/desktop_link.h"
 #include "simulator/frameworks/faults.h"
+#include "simulator/frameworks/messaging_timeout.h"
 #include "simulator/frameworks/object.h"
 
 using simulator::desktopLink;
@@ -46,6 +47,14 @@ AXError handOut(const Reply& reply, Reference* out, const char* creator) {
 }
 
 }  // namespace
+
+float simulator::messagingTimeout() {
+  return messaging_timeout;
+}
+
+void simulator::setMessagingTimeout(float seconds) {
+  messaging_timeout = seconds;
+}
 
 AXUIElementRef AXUIElementCreateSystemWide() {
   return simulator::make<AXUIElementRef>(system_wide, __func__);

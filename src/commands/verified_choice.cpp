@@ -295,30 +295,31 @@ void refuseOtherSight(PanelChoice& choice, const PanelSight& before) {
 // --- Closing. ---
 
 struct Closing {
-  std::vector<std::uint32_t> windowNumbers;  // of the windows at the panel's place, by the list
+  std::vector<PanelWindowRef> windows;  // listed at the panel's place before it was confirmed
   double seconds = 0;
 };
 
-std::vector<std::uint32_t> windowsOfPanel(const PanelChoice& choice) {
-  std::vector<std::uint32_t> numbers;
+std::vector<PanelWindowRef> windowsOfPanel(const PanelChoice& choice) {
   const auto windows = listedWindows();
-  if (!windows) return numbers;
-  for (const auto& window : windowsAt(*windows, choice.keyPids, axFrame(choice.panel.element))) {
-    numbers.push_back(window.windowID);
-  }
-  return numbers;
+  if (!windows) return {};
+  return windowsAt(*windows, choice.keyPids, axFrame(choice.panel.element));
 }
 
-// The first of the numbers that is listed still; a list that cannot be had lists them all.
-std::optional<std::uint32_t> listedStill(const std::vector<std::uint32_t>& numbers) {
-  if (numbers.empty()) return {};
-  const auto windows = listedWindows();
-  if (!windows) return numbers.front();
-  for (const std::uint32_t number : numbers) {
-    const bool listed =
-        std::any_of(windows->begin(), windows->end(),
-                    [&](const PanelWindowRef& window) { return window.windowID == number; });
-    if (listed) return number;
+bool isListed(const std::vector<PanelWindowRef>& windows, std::uint32_t number) {
+  return std::any_of(windows.begin(), windows.end(),
+                     [&](const PanelWindowRef& window) { return window.windowID == number; });
+}
+
+// The panel's window that is listed still: one of a process none of whose windows at the panel's
+// place has left, as another panel of it may stand there, too. A list that cannot be had lists all.
+std::optional<std::uint32_t> listedStill(const std::vector<PanelWindowRef>& before) {
+  if (before.empty()) return {};
+  const auto now = listedWindows().value_or(before);
+  for (const PanelWindowRef& window : before) {
+    const bool stays = std::all_of(before.begin(), before.end(), [&](const PanelWindowRef& other) {
+      return other.pid != window.pid || isListed(now, other.windowID);
+    });
+    if (stays) return window.windowID;
   }
   return {};
 }
@@ -329,14 +330,14 @@ void waitForVerifiedClose(const PanelChoice& choice, const Closing& closing,
                               [&] { return isGone(choice.panel.element); });
   if (!gone) {
     throw notVerified("the panel did not close within " + formatDouble(closing.seconds) +
-                      "s after it was confirmed");
+                      "s after it was confirmed: what it will choose is unknown");
   }
   std::optional<std::uint32_t> listed;
   pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
-            [&] { return !(listed = listedStill(closing.windowNumbers)); });
+            [&] { return !(listed = listedStill(closing.windows)); });
   if (listed) {
     throw notVerified("the panel is gone, but its window " + std::to_string(*listed) +
-                      " is still listed");
+                      " is still listed: what it chose is unknown");
   }
   if (!isRunningProcess(primaryPid)) {
     throw notVerified("the browser " + std::to_string(primaryPid) +

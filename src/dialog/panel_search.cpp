@@ -128,7 +128,7 @@ std::optional<Element> embeddedRoot(const Element& app, const Elements& windows)
 
 bool holdsControls(const Element& root) {
   const PanelParts parts = panelParts(root);
-  return parts.complete() && parts.cancelButton;
+  return parts.listing && (parts.confirmButton || parts.cancelButton);
 }
 
 // The pids of the elements, each once, in order.
