@@ -7,6 +7,7 @@
 #include "simulator/desktop/text.h"
 #include "simulator/frameworks/desktop_link.h"
 #include "simulator/frameworks/faults.h"
+#include "simulator/frameworks/messaging_timeout.h"
 #include "simulator/frameworks/object.h"
 
 using simulator::desktopLink;
@@ -47,6 +48,14 @@ AXError handOut(const Reply& reply, Reference* out, const char* creator) {
 
 }  // namespace
 
+float simulator::messagingTimeout() {
+  return messaging_timeout;
+}
+
+void simulator::setMessagingTimeout(float seconds) {
+  messaging_timeout = seconds;
+}
+
 AXUIElementRef AXUIElementCreateSystemWide() {
   return simulator::make<AXUIElementRef>(system_wide, __func__);
 }
@@ -65,6 +74,13 @@ AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds) {
 
 AXUIElementRef AXUIElementCreateApplication(pid_t pid) {
   return simulator::make<AXUIElementRef>(ElementId{pid, 0}, __func__);
+}
+
+// Every element carries it: nobody is asked.
+AXError AXUIElementGetPid(AXUIElementRef element, pid_t* pid) {
+  if (!pid) simulator::refuse(__func__, "was given no out-parameter");
+  *pid = elementOf(element, __func__).pid;
+  return kAXErrorSuccess;
 }
 
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,

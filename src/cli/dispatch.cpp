@@ -8,6 +8,7 @@
 #include "commands/close.h"
 #include "commands/direct_input.h"
 #include "commands/listings.h"
+#include "commands/verified_choice.h"
 #include "platform/foreground.h"
 
 namespace tessarine {
@@ -26,6 +27,9 @@ Result runClose(const Options& options) {
 }
 
 Result runChooseFolder(const Options& options) {
+  if (options.verify) {
+    return chooseFolderVerified(options.pid, options.path.value(), options.timeoutSeconds);
+  }
   const bool backgroundOnly = isBackgroundOnly(options);
   return withBackgroundFrontmostPreserved(backgroundOnly, [&] {
     return withTemporaryForeground(options.pid, options.temporaryForeground, [&] {
@@ -34,6 +38,11 @@ Result runChooseFolder(const Options& options) {
                           backgroundOnly);
     });
   });
+}
+
+Result runChoosePath(const Options& options) {
+  const auto choose = options.verify ? choosePathVerified : choosePath;
+  return choose(options.pid, options.path.value(), options.timeoutSeconds);
 }
 
 }  // namespace
@@ -45,7 +54,7 @@ Result run(const Options& options) {
     case CommandKind::chooseFolder:
       return runChooseFolder(options);
     case CommandKind::choosePath:
-      return choosePath(options.pid, options.path.value(), options.timeoutSeconds);
+      return runChoosePath(options);
     case CommandKind::clickPoint:
       return clickPoint(options.pid, options.x.value(), options.y.value());
     case CommandKind::typeText:

@@ -61,11 +61,12 @@ struct FlagOption {
   bool Options::*flag;
 };
 
-constexpr std::array<FlagOption, 4> flagOptions{{
+constexpr std::array<FlagOption, 5> flagOptions{{
     {"--quiet", &Options::quiet},
     {"--prefer-background-panel", &Options::preferBackgroundPanel},
     {"--strict-background", &Options::strictBackground},
     {"--temporary-foreground", &Options::temporaryForeground},
+    {"--verify", &Options::verify},
 }};
 
 template <class Table>

@@ -39,6 +39,7 @@ struct Options {
   bool preferBackgroundPanel = false;
   bool strictBackground = false;
   bool temporaryForeground = false;
+  bool verify = false;
   std::set<std::uint32_t> excludedWindowIDs;
 };
 

@@ -40,16 +40,6 @@ void readField(const std::string& field, PanelWindowRef& window) {
   }
 }
 
-PanelWindowRef parseWindow(const std::string& line) {
-  const auto fields = splitDroppingEmpty(line, '\t');
-  PanelWindowRef window;
-  if (fields.empty()) return window;
-  window.windowID = parseUInt32(fields.front()).value_or(0);
-  std::for_each(fields.begin() + 1, fields.end(),
-                [&](const std::string& field) { readField(field, window); });
-  return window;
-}
-
 bool isOpenPanelOf(const ExpectedOwner& owner, const PanelWindowRef& window) {
   if (!tables().openDialogTitles.contains(window.title)) return false;
   if (window.windowID != 0 && tables().excludedPanelWindowIDs.contains(window.windowID)) {
@@ -88,6 +78,16 @@ std::optional<Rect> parseCaptureFrame(const std::string& text) {
   return Rect{numbers[0], numbers[1], numbers[2], numbers[3]};
 }
 
+PanelWindowRef parseCaptureLine(const std::string& line) {
+  const auto fields = splitDroppingEmpty(line, '\t');
+  PanelWindowRef window;
+  if (fields.empty()) return window;
+  window.windowID = parseUInt32(fields.front()).value_or(0);
+  std::for_each(fields.begin() + 1, fields.end(),
+                [&](const std::string& field) { readField(field, window); });
+  return window;
+}
+
 std::vector<PanelWindowRef> backgroundOpenPanelWindows(std::int32_t primaryPid) {
   const std::string browserName = browserDisplayName(primaryPid);
   const ExpectedOwner owner{primaryPid, browserName, panelServiceName(browserName)};
@@ -95,7 +95,7 @@ std::vector<PanelWindowRef> backgroundOpenPanelWindows(std::int32_t primaryPid) 
 
   std::vector<PanelWindowRef> distinct;
   for (const std::string& line : splitDroppingEmpty(listing, '\n')) {
-    const PanelWindowRef window = parseWindow(line);
+    const PanelWindowRef window = parseCaptureLine(line);
     if (isOpenPanelOf(owner, window)) appendUnlessRepeated(distinct, window, panelWindowMatches);
   }
 

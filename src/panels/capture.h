@@ -23,6 +23,9 @@ namespace tessarine {
 // empty pieces are ignored. Absent for anything else, blanks included.
 std::optional<Rect> parseCaptureFrame(const std::string& text);
 
+// One line of the helper; what it does not say or cannot be read stays as in a new record.
+PanelWindowRef parseCaptureLine(const std::string& line);
+
 // The windows that are an Open panel of the browser or of its panel service: the title is an Open
 // title, the number is not excluded, the owner fits, the frame is larger than 10 by 10. Repeats
 // (the same number, or the same process and frame) are dropped. In the helper's order.

@@ -45,8 +45,43 @@ int setValue(const Element& element, const std::string& attribute, CFTypeRef val
   return AXUIElementSetAttributeValue(element.get(), makeCfString(attribute).get(), value);
 }
 
-int performAction(const std::string& action, const Element& element) {
-  return AXUIElementPerformAction(element.get(), makeCfString(action).get());
+// The value, null when the element answered that it has none. Throws Unanswered.
+CfRef<CFTypeRef> answeredValue(const Element& element, const std::string& attribute) {
+  CFTypeRef value = nullptr;
+  const auto name = makeCfString(attribute);
+  const AXError error = AXUIElementCopyAttributeValue(element.get(), name.get(), &value);
+  if (error == kAXErrorSuccess) return CfRef<CFTypeRef>::adopt(value);
+  if (error == kAXErrorInvalidUIElement) throw Unanswered(true);
+  if (error == kAXErrorCannotComplete || error == kAXErrorAPIDisabled) throw Unanswered(false);
+  return {};
+}
+
+std::optional<std::vector<Element>> elementsIn(CFTypeRef value) {
+  if (value == nullptr || CFGetTypeID(value) != CFArrayGetTypeID()) return {};
+  std::vector<Element> elements;
+  for (CFTypeRef member : listMembers(value)) {
+    if (!isElement(member)) return {};
+    elements.push_back(sharedElement(member));
+  }
+  return elements;
+}
+
+std::optional<Rect> frameOf(CFTypeRef position, CFTypeRef size) {
+  if (position == nullptr || size == nullptr) return {};
+  CGPoint origin{};
+  CGSize extent{};
+  const bool readable = readGeometry(position, kAXValueTypeCGPoint, &origin) &&
+                        readGeometry(size, kAXValueTypeCGSize, &extent);
+  if (!readable) return {};
+  return Rect{origin.x, origin.y, extent.width, extent.height};
+}
+
+std::optional<std::string> locationIn(CFTypeRef value) {
+  if (const auto path = locationPath(value)) return standardizedLocationPath(*path);
+  const auto text = textValue(value);
+  if (!text) return {};
+  const auto path = fileLocationPath(*text);
+  return path ? standardizedLocationPath(*path) : *text;
 }
 
 }  // namespace
@@ -71,13 +106,7 @@ std::optional<Element> axElementAttribute(const Element& element, const std::str
 }
 
 std::vector<Element> axElements(const Element& element, const std::string& attribute) {
-  const auto value = axValue(element, attribute);
-  std::vector<Element> elements;
-  for (CFTypeRef member : listMembers(value.get())) {
-    if (!isElement(member)) return {};
-    elements.push_back(sharedElement(member));
-  }
-  return elements;
+  return elementsIn(axValue(element, attribute).get()).value_or(std::vector<Element>{});
 }
 
 bool axIsTrue(const Element& element, const std::string& attribute) {
@@ -135,22 +164,61 @@ std::vector<std::string> axActions(const Element& element) {
 Rect axFrame(const Element& element) {
   const auto position = axValue(element, "AXPosition");
   const auto size = axValue(element, "AXSize");
-  if (!position || !size) return {};
-  CGPoint origin{};
-  CGSize extent{};
-  const bool readable = readGeometry(position.get(), kAXValueTypeCGPoint, &origin) &&
-                        readGeometry(size.get(), kAXValueTypeCGSize, &extent);
-  if (!readable) return {};
-  return {origin.x, origin.y, extent.width, extent.height};
+  return frameOf(position.get(), size.get()).value_or(Rect{});
 }
 
 std::optional<std::string> axURLPath(const Element& element) {
-  const auto value = axValue(element, "AXURL");
-  if (const auto path = locationPath(value.get())) return standardizedLocationPath(*path);
-  const auto text = textValue(value.get());
-  if (!text) return {};
-  const auto path = fileLocationPath(*text);
-  return path ? standardizedLocationPath(*path) : *text;
+  return locationIn(axValue(element, "AXURL").get());
+}
+
+std::optional<std::string> readText(const Element& element, const std::string& attribute) {
+  return textValue(answeredValue(element, attribute).get());
+}
+
+std::optional<bool> readFlag(const Element& element, const std::string& attribute) {
+  const auto value = answeredValue(element, attribute);
+  if (!value || CFGetTypeID(value.get()) != CFBooleanGetTypeID()) return {};
+  return isTrue(value.get());
+}
+
+std::optional<Element> readElement(const Element& element, const std::string& attribute) {
+  const auto value = answeredValue(element, attribute);
+  if (!value || !isElement(value.get())) return {};
+  return sharedElement(value.get());
+}
+
+std::optional<std::vector<Element>> readElements(const Element& element,
+                                                 const std::string& attribute) {
+  return elementsIn(answeredValue(element, attribute).get());
+}
+
+std::optional<Rect> readFrame(const Element& element) {
+  const auto position = answeredValue(element, "AXPosition");
+  const auto size = answeredValue(element, "AXSize");
+  return frameOf(position.get(), size.get());
+}
+
+std::optional<std::string> readLocation(const Element& element) {
+  const auto path = locationIn(answeredValue(element, "AXURL").get());
+  return path && path->starts_with('/') ? path : std::nullopt;
+}
+
+bool isGone(const Element& element) {
+  try {
+    answeredValue(element, "AXRole");
+    return false;
+  } catch (const Unanswered& unanswered) {
+    return unanswered.gone();
+  }
+}
+
+bool answersNow(const Element& element) {
+  try {
+    answeredValue(element, "AXRole");
+    return true;
+  } catch (const Unanswered& unanswered) {
+    return unanswered.gone();
+  }
 }
 
 std::vector<Element> focusedAndMainWindows(const Element& app) {
@@ -183,6 +251,10 @@ int setElements(const Element& element, const std::string& attribute,
   return setValue(element, attribute, list.get());
 }
 
+int performAction(const std::string& action, const Element& element) {
+  return AXUIElementPerformAction(element.get(), makeCfString(action).get());
+}
+
 void perform(const std::string& action, const Element& element) {
   const int code = performAction(action, element);
   if (code != kAXErrorSuccess) {
@@ -192,6 +264,17 @@ void perform(const std::string& action, const Element& element) {
 
 bool tryAction(const std::string& action, const Element& element) {
   return performAction(action, element) == kAXErrorSuccess;
+}
+
+std::optional<std::int32_t> elementPid(const Element& element) {
+  pid_t pid = 0;
+  if (AXUIElementGetPid(element.get(), &pid) != kAXErrorSuccess) return {};
+  return pid;
+}
+
+void setMessagingTimeout(double seconds) {
+  const auto everything = CfRef<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
+  AXUIElementSetMessagingTimeout(everything.get(), static_cast<float>(seconds));
 }
 
 }  // namespace tessarine

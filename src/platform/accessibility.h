@@ -3,9 +3,11 @@
 // Every read is a synchronous request to the element's process and may block for as long as the
 // platform's messaging time-out. Readers never fail: a missing attribute and a failed request read
 // as empty, and so does a value of another type, except in axParent. Only `perform` reports
-// failure.
+// failure, and the reads whose failure counts do.
 #pragma once
 
+#include <cstdint>
+#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,6 +55,38 @@ Rect axFrame(const Element& element);
 // has no path, as in "mailto:x"), of a text that is a file location; any other text unchanged.
 std::optional<std::string> axURLPath(const Element& element);
 
+// --- Reads whose failure counts. ---
+//
+// Each is absent when the element answered that it has no such attribute or no value, and when the
+// value is of another type; when nobody answered it throws Unanswered.
+
+class Unanswered : public std::exception {
+ public:
+  explicit Unanswered(bool gone) : gone_(gone) {}
+  // Whether the element is no more (-25202: removed, or its process has ended); otherwise its
+  // process does not answer now (-25204: busy or hung) or may not be asked (-25211).
+  bool gone() const { return gone_; }
+  const char* what() const noexcept override { return "an element does not answer"; }
+
+ private:
+  bool gone_;
+};
+
+std::optional<std::string> readText(const Element& element, const std::string& attribute);
+std::optional<bool> readFlag(const Element& element, const std::string& attribute);
+std::optional<Element> readElement(const Element& element, const std::string& attribute);
+std::optional<std::vector<Element>> readElements(const Element& element,
+                                                 const std::string& attribute);
+// As axFrame; absent when position or size is.
+std::optional<Rect> readFrame(const Element& element);
+// The path that "AXURL" names, as axURLPath has it; absent for a location without a path.
+std::optional<std::string> readLocation(const Element& element);
+
+// Whether the element is no more. One that does not answer now is not gone.
+bool isGone(const Element& element);
+// Whether the element's process answers now, be it that the element is gone.
+bool answersNow(const Element& element);
+
 // --- Windows of an application. ---
 
 // The focused window, then the main one unless it is the same.
@@ -68,9 +102,22 @@ int setTrue(const Element& element, const std::string& attribute);
 int setElements(const Element& element, const std::string& attribute,
                 const std::vector<Element>& elements);
 
+// The same for an action.
+int performAction(const std::string& action, const Element& element);
+
 // Throws ToolError actionFailed "AX action " + action + " failed: " + the platform's error code.
 void perform(const std::string& action, const Element& element);
 // Whether the action succeeded.
 bool tryAction(const std::string& action, const Element& element);
+
+// --- Processes. ---
+
+// The process that an element belongs to, which need not be the one in whose tree it was found.
+// Asks nobody. Absent when the platform does not tell.
+std::optional<std::int32_t> elementPid(const Element& element);
+
+// How long each request of this program waits for its answer from now on; 0 s: as long as the
+// platform has it (about 6 s).
+void setMessagingTimeout(double seconds);
 
 }  // namespace tessarine

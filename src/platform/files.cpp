@@ -16,6 +16,19 @@ namespace tessarine {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+bool isRefusal(int error) {
+  return error == EACCES || error == EPERM;
+}
+
+// The system's error code, 0 when it told.
+int readStatus(const std::string& path, struct stat& status) {
+  return stat(path.c_str(), &status) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
 std::string standardizedPath(const std::string& path) {
   std::error_code failed;
   std::string standardized = fs::absolute(path.empty() ? "." : path, failed).lexically_normal();
@@ -52,6 +65,30 @@ bool isDirectory(const std::string& path) {
 
 bool isExecutableFile(const std::string& path) {
   return access(path.c_str(), X_OK) == 0;
+}
+
+std::optional<std::string> canonicalPath(const std::string& path) {
+  std::error_code failed;
+  const fs::path canonical = fs::canonical(path, failed);
+  if (!failed) return canonical.string();
+  const fs::path parent = fs::path(path).parent_path();
+  if (!isRefusal(failed.value()) || parent.empty() || parent == path) return {};
+  const auto folder = canonicalPath(parent);
+  if (!folder) return {};
+  return appendingComponent(*folder, lastPathComponent(path));
+}
+
+bool sameFile(const std::string& left, const std::string& right) {
+  struct stat leftStatus {};
+  struct stat rightStatus {};
+  const int leftError = readStatus(left, leftStatus);
+  const int rightError = readStatus(right, rightStatus);
+  if (leftError == 0 && rightError == 0) {
+    return leftStatus.st_dev == rightStatus.st_dev && leftStatus.st_ino == rightStatus.st_ino;
+  }
+  if (!isRefusal(leftError) || !isRefusal(rightError)) return false;
+  const auto leftPath = canonicalPath(left);
+  return leftPath && leftPath == canonicalPath(right);
 }
 
 void removeFile(const std::string& path) {

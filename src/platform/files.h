@@ -1,6 +1,7 @@
 // The file system and the environment, and paths as this program writes them.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,16 @@ std::string appendingComponent(const std::string& path, const std::string& compo
 bool fileExists(const std::string& path);
 bool isDirectory(const std::string& path);
 bool isExecutableFile(const std::string& path);
+
+// The absolute path without links and "." and ".." components of what is there. Below a folder that
+// this program may not search the rest of the path stays as it is. Absent when nothing is there or
+// it cannot be told.
+std::optional<std::string> canonicalPath(const std::string& path);
+
+// Whether both paths lead to the same file or folder: by device and inode, links followed. Where
+// the system refuses to say (EACCES, EPERM) the canonical paths are compared. Nothing is the same
+// as what does not exist.
+bool sameFile(const std::string& left, const std::string& right);
 
 // Removes the file if it is there; a failure is ignored.
 void removeFile(const std::string& path);

@@ -11,6 +11,7 @@ namespace tessarine {
 namespace {
 
 constexpr double scriptPollSeconds = 0.02;
+constexpr double programPollSeconds = 0.005;
 
 std::string& programPath() {
   static std::string path;
@@ -62,6 +63,25 @@ std::string commandOutput(const std::string& path, const std::vector<std::string
   const std::string output = readStandardOutput(*started.child);
   waitForExit(*started.child);
   return isUtf8(output) ? output : std::string();
+}
+
+std::optional<std::string> commandOutputWithin(const std::string& path,
+                                               const std::vector<std::string>& arguments,
+                                               double timeoutSeconds) {
+  const StartedChild started = startChild(path, arguments);
+  if (!started.child) return {};
+  const double deadline = currentTime() + timeoutSeconds;
+  while (isRunning(*started.child)) {
+    if (!(currentTime() < deadline)) {
+      terminate(*started.child);
+      return {};
+    }
+    sleepSeconds(programPollSeconds);
+  }
+  if (waitForExit(*started.child) != 0) return {};
+  std::string output = readStandardOutput(*started.child);
+  if (!isUtf8(output)) return {};
+  return output;
 }
 
 bool commandSucceeded(const std::string& path, const std::vector<std::string>& arguments) {

@@ -3,10 +3,11 @@
 //
 // Programs are started directly, never through a shell. Every call blocks until its child has
 // exited, without a time limit, except runAppleScript, which at its limit sends the script SIGTERM
-// and throws; nobody waits for that script to end.
+// and throws, and commandOutputWithin; nobody waits for what they ended.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,13 @@ std::string helperExecutable(const std::string& name);
 // Standard output as it stands; empty when the program does not start or its output is not UTF-8.
 // The exit status is ignored.
 std::string commandOutput(const std::string& path, const std::vector<std::string>& arguments);
+
+// Standard output of a program that has exited with status 0 within the time; absent for any other,
+// and when its output is not UTF-8. At the limit it is sent SIGTERM. One that prints more than a
+// pipe holds (64 KiB) does not end.
+std::optional<std::string> commandOutputWithin(const std::string& path,
+                                               const std::vector<std::string>& arguments,
+                                               double timeoutSeconds);
 
 // Whether the program started and exited with status 0. Its output is not read.
 bool commandSucceeded(const std::string& path, const std::vector<std::string>& arguments);

@@ -58,6 +58,8 @@ static_assert(sizeof(CFRange) == 16 && offsetof(CFRange, length) == 8);
 // --- Constants. ---
 
 static_assert(kAXErrorSuccess == 0);
+static_assert(kAXErrorInvalidUIElement == -25202 && kAXErrorCannotComplete == -25204);
+static_assert(kAXErrorAPIDisabled == -25211);
 static_assert(kAXValueTypeCGPoint == 1 && kAXValueTypeCGSize == 2);
 static_assert(kCFURLPOSIXPathStyle == 0);
 static_assert(kCGHIDEventTap == 0);
@@ -103,6 +105,10 @@ static_assert(hasSignature<decltype(CFURLCopyScheme), CFStringRef(CFURLRef)>);
 
 static_assert(hasSignature<decltype(AXUIElementGetTypeID), CFTypeID()>);
 static_assert(hasSignature<decltype(AXUIElementCreateApplication), AXUIElementRef(pid_t)>);
+static_assert(hasSignature<decltype(AXUIElementCreateSystemWide), AXUIElementRef()>);
+static_assert(
+    hasSignature<decltype(AXUIElementSetMessagingTimeout), AXError(AXUIElementRef, float)>);
+static_assert(hasSignature<decltype(AXUIElementGetPid), AXError(AXUIElementRef, pid_t*)>);
 static_assert(hasSignature<decltype(AXUIElementCopyAttributeValue),
                            AXError(AXUIElementRef, CFStringRef, CFTypeRef*)>);
 static_assert(hasSignature<decltype(AXUIElementSetAttributeValue),

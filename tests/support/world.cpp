@@ -9,6 +9,7 @@
 #include "core/tables.h"
 #include "core/text.h"
 #include "simulator/frameworks/ledger.h"
+#include "simulator/frameworks/messaging_timeout.h"
 #include "simulator/judge/verdict.h"
 #include "simulator/seams/virtual/virtual_world.h"
 #include "support/capture_helper_program.h"
@@ -22,6 +23,7 @@ void PrintTo(const Outcome& outcome, std::ostream* stream) {
 
 AttachedDesktop::AttachedDesktop(simulator::Desktop& desktop) {
   simulator::ledger::reset();
+  simulator::setMessagingTimeout(0);
   simulator::attachDesktop(&desktop);
   initializeTables();
 }

@@ -8,7 +8,12 @@
 #include "CoreFoundation/CoreFoundation.h"
 #include "CoreGraphics/CoreGraphics.h"
 
-enum AXError : std::int32_t { kAXErrorSuccess = 0 };
+enum AXError : std::int32_t {
+  kAXErrorSuccess = 0,
+  kAXErrorInvalidUIElement = -25202,
+  kAXErrorCannotComplete = -25204,
+  kAXErrorAPIDisabled = -25211,
+};
 enum AXValueType : std::uint32_t { kAXValueTypeCGPoint = 1, kAXValueTypeCGSize = 2 };
 
 extern "C" {
@@ -18,6 +23,7 @@ using AXValueRef = const struct __AXValue*;
 
 CFTypeID AXUIElementGetTypeID();
 AXUIElementRef AXUIElementCreateApplication(pid_t pid);
+AXError AXUIElementGetPid(AXUIElementRef element, pid_t* pid);
 AXUIElementRef AXUIElementCreateSystemWide();
 // Only for the system-wide element: how long every request of this process waits. 0: the default.
 AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds);

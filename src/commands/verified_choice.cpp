@@ -1,0 +1,465 @@
+#include "commands/verified_choice.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <vector>
+
+#include "commands/folder_result.h"
+#include "commands/path_result.h"
+#include "core/numbers.h"
+#include "core/text.h"
+#include "core/tool_error.h"
+#include "dialog/panel_parts.h"
+#include "dialog/panel_search.h"
+#include "dialog/panel_sight.h"
+#include "navigation/accessible_walk.h"
+#include "navigation/go_to_sheet.h"
+#include "navigation/panel_choice.h"
+#include "navigation/path_analysis.h"
+#include "panels/candidates.h"
+#include "panels/process_survey.h"
+#include "platform/accessibility.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/foreground.h"
+#include "platform/processes.h"
+#include "platform/wait.h"
+
+namespace tessarine {
+namespace {
+
+// The watchdog's times (cli/watchdog.h), and how long before it everything has to end: time for the
+// last requests and for closing the go-to sheet.
+constexpr double watchdogMarginSeconds = 8.0;
+constexpr double shortestWatchdogSeconds = 12.0;
+constexpr double reserveSeconds = 4.0;
+constexpr double tidySeconds = 2.0;
+// A process that is busy for longer is asked again.
+constexpr double answerSeconds = 1.5;
+
+constexpr double searchPollSeconds = 0.15;
+// How long a panel may take to enable its button while nothing is selected: measured 1.3 s.
+constexpr double readySeconds = 1.5;
+constexpr double kindPollSeconds = 0.1;
+// Measured: a folder is readable when the go-to sheet is gone.
+constexpr double landingSeconds = 1.2;
+// Measured: 0.41 s after the go-to sheet's Return.
+constexpr double enabledSeconds = 2.5;
+constexpr double confirmPollSeconds = 0.05;
+constexpr double closePollSeconds = 0.1;
+constexpr double closeSeconds = 2.0;
+// A press that went unanswered may land later, one that failed otherwise hardly does.
+constexpr double unansweredCloseSeconds = 6.0;
+constexpr double failedCloseSeconds = 1.0;
+constexpr double windowLeavesSeconds = 4.0;
+
+// On one line, as file names may hold line breaks.
+ToolError notVerified(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
+      ' ');
+  return ToolError::actionFailed("not verified: " + text);
+}
+
+std::string processText(const ProcessSurvey& survey, std::int32_t pid) {
+  const std::string name = processName(survey, pid);
+  return (name.empty() ? "process" : name) + " " + std::to_string(pid);
+}
+
+double deadlineFor(double startTime, double timeoutSeconds) {
+  const double watchdog = std::max(shortestWatchdogSeconds, timeoutSeconds + watchdogMarginSeconds);
+  return startTime + watchdog - reserveSeconds;
+}
+
+Target targetAt(const std::string& targetPath) {
+  const std::string path = canonicalPath(targetPath).value_or(targetPath);
+  return {path, isDirectory(path), {lastPathComponent(path), fileManagerDisplayName(path)}};
+}
+
+// --- The browser and its panel. ---
+
+struct FoundPanel {
+  PanelRoot root;
+  PanelParts parts;
+  ProcessSurvey survey;
+  std::vector<std::int32_t> services;  // that are the browser's
+};
+
+// What the search has seen last, for the error when its time is up.
+struct SearchState {
+  std::optional<FoundPanel> found;
+  bool answered = false;
+  ProcessSurvey survey;
+};
+
+bool isRunningProcess(std::int32_t pid) {
+  return applicationState(pid) == ApplicationState::running || !processCommand(pid).empty();
+}
+
+// One look; whether the panel is there with its controls. Throws when there are several.
+bool searchPanel(std::int32_t primaryPid, SearchState& state) {
+  state.survey = surveyProcesses();
+  const auto services = panelServicesOf(state.survey, primaryPid);
+  try {
+    const auto panels = openPanels(state.survey, primaryPid, services);
+    state.answered = true;
+    state.found.reset();
+    if (panels.size() > 1) {
+      throw notVerified(std::to_string(panels.size()) + " panels are open (" +
+                        panelCounts(state.survey, panels) + ")");
+    }
+    if (panels.empty()) return false;
+    state.found = FoundPanel{panels.front(), {}, state.survey, services};
+    state.found->parts = panelParts(panels.front().element);
+    return state.found->parts.complete();
+  } catch (const Unanswered&) {
+    return false;
+  }
+}
+
+FoundPanel findPanel(std::int32_t primaryPid, double timeoutSeconds, double deadline) {
+  SearchState state;
+  const Condition look = [&] { return searchPanel(primaryPid, state); };
+  const double seconds = std::min(timeoutSeconds, deadline - currentTime());
+  if (look() || pollUntil(seconds, searchPollSeconds, look)) return *state.found;
+  const std::string browser = processText(state.survey, primaryPid);
+  if (!state.answered) throw notVerified(browser + " does not answer");
+  if (!state.found) {
+    throw notVerified("no open panel of " + browser + " was found within " +
+                      formatDouble(timeoutSeconds) + "s");
+  }
+  const std::string where = processText(state.survey, state.found->root.owner.pid);
+  throw notVerified(
+      "the panel (" + where + ") " +
+      (state.found->parts.listing ? "has no confirm button" : "shows no list of entries"));
+}
+
+// The process of the controls, the service that stands where the panel does or is the only one that
+// is the browser's, the process in whose tree the panel stands, the browser.
+std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t primaryPid) {
+  std::vector<std::int32_t> pids{elementPid(*found.parts.confirmButton).value_or(0)};
+  const Rect frame = axFrame(found.root.element);
+  const auto windows = found.survey.windows.value_or(std::vector<PanelWindowRef>{});
+  for (const std::int32_t service : found.services) {
+    const bool only = found.services.size() == 1;
+    if (only || !windowsAt(windows, {service}, frame).empty()) pids.push_back(service);
+  }
+  pids.push_back(found.root.owner.pid);
+  pids.push_back(primaryPid);
+  return uniquePIDs(pids);
+}
+
+PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Target& target,
+                     double deadline) {
+  const auto isAlone = [survey = found.survey, services = found.services, primaryPid] {
+    return openPanels(survey, primaryPid, services).size() == 1;
+  };
+  return {.panel = found.root,
+          .parts = found.parts,
+          .target = target,
+          .isFolderPanel = false,
+          .keyPids = keyPidsFor(found, primaryPid),
+          .keysAreSafe = isAlone,
+          .deadline = deadline,
+          .sheetTaker = {}};
+}
+
+// --- The panel's kind. ---
+
+enum class PanelKind { unknown, folders, files };
+
+// While nothing is selected and no sheet is open the confirm button tells.
+PanelKind kindSeen(PanelChoice& choice) {
+  if (choice.parts.newFolderButton) return PanelKind::folders;
+  const auto sight = glance(choice);
+  if (!sight || !sight->selectionKnown || !sight->selection.empty()) return PanelKind::unknown;
+  PanelKind kind = PanelKind::unknown;
+  holds(choice, [&] {
+    if (goToSheetOf(choice.panel.element)) return false;
+    const auto enabled = readFlag(*choice.parts.confirmButton, "AXEnabled");
+    if (enabled) kind = *enabled ? PanelKind::folders : PanelKind::files;
+    return true;
+  });
+  return kind;
+}
+
+void refuseOtherKind(PanelChoice& choice) {
+  PanelKind kind = kindSeen(choice);
+  const auto staysDisabled = [&] {
+    const Condition isReady = [&] { return (kind = kindSeen(choice)) != PanelKind::files; };
+    return !pollUntil(withinDeadline(choice, readySeconds), kindPollSeconds, isReady);
+  };
+  if (kind == PanelKind::files && choice.target.isFolder && staysDisabled()) {
+    throw notVerified("a folder for a file panel: " + choice.target.path);
+  }
+  if (kind == PanelKind::folders && !choice.target.isFolder) {
+    throw notVerified("a file for a folder panel: " + choice.target.path);
+  }
+  choice.isFolderPanel = kind == PanelKind::folders;
+}
+
+// --- Getting there. ---
+
+bool showsNothing(PanelChoice& choice) {
+  const auto sight = glance(choice);
+  return sight && !sight->hasLocatedEntries && sight->selection.empty();
+}
+
+// A folder without entries is shown in its parent, and selected there.
+bool selectsEmptyTarget(PanelChoice& choice) {
+  const std::string& path = choice.target.path;
+  if (!choice.target.isFolder || path == "/" || !showsNothing(choice)) return false;
+  const std::string parent = parentDirectory(path);
+  return goThroughSheet(choice, parent).empty() && showsWithin(choice, parent, landingSeconds) &&
+         takeTargetEntry(choice).empty();
+}
+
+// Why the panel did not get there; empty when it did.
+std::string goByItself(PanelChoice& choice, const std::string& sheetProblem) {
+  const std::string problem = walkToTarget(choice);
+  return problem.empty() || sheetProblem.empty() ? problem : sheetProblem + "; " + problem;
+}
+
+std::string moveToTarget(PanelChoice& choice) {
+  if (proofWithin(choice, 0)) {
+    closeGoToSheet(choice);
+    return {};
+  }
+  const std::string problem = goThroughSheet(choice, choice.target.path);
+  if (!problem.empty()) return goByItself(choice, problem);
+  if (proofWithin(choice, landingSeconds) || selectsEmptyTarget(choice)) return {};
+  return goByItself(choice, "the go-to sheet led elsewhere");
+}
+
+// --- Confirming. ---
+
+bool confirmIsEnabled(PanelChoice& choice) {
+  return choice.parts.confirmButton && holds(choice, [&] {
+           return readFlag(*choice.parts.confirmButton, "AXEnabled").value_or(true);
+         });
+}
+
+std::string sightText(PanelChoice& choice) {
+  const auto sight = glance(choice);
+  return sight ? describe(*sight) : "what cannot be read now";
+}
+
+// What was seen, and that it was so still when the button was about to be pressed.
+struct ProvenSight {
+  PanelSight sight;
+  Proof proof;
+};
+
+std::optional<ProvenSight> lookForTheLastTime(PanelChoice& choice) {
+  if (!confirmIsEnabled(choice)) return {};
+  const auto sight = glance(choice);
+  const auto proof = sight ? proofOf(*sight, choice.target) : std::nullopt;
+  if (!proof || !confirmIsEnabled(choice)) return {};
+  // Without a list that names its selection there is nothing to look at again.
+  const bool same =
+      !sight->list || holds(choice, [&] { return stillAsSeen(*sight, choice.parts); });
+  if (!same) return {};
+  return ProvenSight{*sight, *proof};
+}
+
+ProvenSight waitUntilProven(PanelChoice& choice, const std::string& problem) {
+  std::optional<ProvenSight> proven;
+  const Condition look = [&] { return (proven = lookForTheLastTime(choice)).has_value(); };
+  const double seconds = problem.empty() ? enabledSeconds : 0;
+  if (look() || pollUntil(withinDeadline(choice, seconds), confirmPollSeconds, look)) {
+    return *proven;
+  }
+  if (proofWithin(choice, 0)) {
+    throw notVerified("the panel shows " + choice.target.path +
+                      ", but its confirm button is disabled");
+  }
+  const std::string why = problem.empty() ? "" : " (" + problem + ")";
+  throw notVerified("the panel shows " + sightText(choice) + ", not " + choice.target.path + why);
+}
+
+// The panel may still be read for a moment after the press landed, which took a while: whoever
+// changed what it shows meanwhile has changed what it chose.
+void refuseOtherSight(PanelChoice& choice, const PanelSight& before) {
+  try {
+    if (stillAsSeen(before, choice.parts)) return;
+    const PanelSight after = lookAt(choice.parts);
+    if (!after.selectionKnown || proofOf(after, choice.target)) return;
+    throw notVerified("the panel showed " + describe(after) + ", not " + choice.target.path +
+                      ", when it was confirmed: what it chose is unknown");
+  } catch (const Unanswered&) {
+    return;  // it is closing
+  }
+}
+
+// --- Closing. ---
+
+struct Closing {
+  std::vector<PanelWindowRef> windows;  // listed at the panel's place before it was confirmed
+  double seconds = 0;
+};
+
+std::vector<PanelWindowRef> windowsOfPanel(const PanelChoice& choice) {
+  const auto windows = listedWindows();
+  if (!windows) return {};
+  return windowsAt(*windows, choice.keyPids, axFrame(choice.panel.element));
+}
+
+bool isListed(const std::vector<PanelWindowRef>& windows, std::uint32_t number) {
+  return std::any_of(windows.begin(), windows.end(),
+                     [&](const PanelWindowRef& window) { return window.windowID == number; });
+}
+
+// The panel's window that is listed still: one of a process none of whose windows at the panel's
+// place has left, as another panel of it may stand there, too. A list that cannot be had lists all.
+std::optional<std::uint32_t> listedStill(const std::vector<PanelWindowRef>& before) {
+  if (before.empty()) return {};
+  const auto now = listedWindows().value_or(before);
+  for (const PanelWindowRef& window : before) {
+    const bool stays = std::all_of(before.begin(), before.end(), [&](const PanelWindowRef& other) {
+      return other.pid != window.pid || isListed(now, other.windowID);
+    });
+    if (stays) return window.windowID;
+  }
+  return {};
+}
+
+void waitForVerifiedClose(const PanelChoice& choice, const Closing& closing,
+                          std::int32_t primaryPid) {
+  const bool gone = pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds,
+                              [&] { return isGone(choice.panel.element); });
+  if (!gone) {
+    throw notVerified("the panel did not close within " + formatDouble(closing.seconds) +
+                      "s after it was confirmed: what it will choose is unknown");
+  }
+  std::optional<std::uint32_t> listed;
+  pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
+            [&] { return !(listed = listedStill(closing.windows)); });
+  if (listed) {
+    throw notVerified("the panel is gone, but its window " + std::to_string(*listed) +
+                      " is still listed: what it chose is unknown");
+  }
+  if (!isRunningProcess(primaryPid)) {
+    throw notVerified("the browser " + std::to_string(primaryPid) +
+                      " ended with its panel: what it chose is unknown");
+  }
+}
+
+double closeSecondsAfter(int pressAnswer) {
+  if (pressAnswer == kAXErrorSuccess) return closeSeconds;
+  return pressAnswer == kAXErrorCannotComplete ? unansweredCloseSeconds : failedCloseSeconds;
+}
+
+Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, const std::string& problem) {
+  Closing closing{windowsOfPanel(choice)};
+  const ProvenSight proven = waitUntilProven(choice, problem);
+  const int answer = performAction("AXPress", *choice.parts.confirmButton);
+  refuseOtherSight(choice, proven.sight);
+  if (answer == kAXErrorInvalidUIElement && isGone(choice.panel.element)) {
+    throw notVerified(
+        "the panel was gone before its confirm button was pressed: what it chose is unknown");
+  }
+  closing.seconds = closeSecondsAfter(answer);
+  waitForVerifiedClose(choice, closing, primaryPid);
+  return proven.proof;
+}
+
+// --- The whole. ---
+
+// Best effort, for errors: what was opened is closed.
+void tidySheet(PanelChoice& choice) {
+  if (!choice.sheetTaker) return;
+  choice.deadline = currentTime() + tidySeconds;
+  try {
+    closeGoToSheet(choice);
+  } catch (const PanelGone&) {
+  }
+}
+
+Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid) {
+  try {
+    refuseOtherKind(choice);
+    const std::string problem = moveToTarget(choice);
+    return confirmPanel(choice, primaryPid, problem);
+  } catch (const PanelGone&) {
+    throw notVerified("the panel closed before it was verified: what it chose is unknown");
+  } catch (const ToolError&) {
+    tidySheet(choice);
+    throw;
+  }
+}
+
+// Gives the foreground back when one of the panel's processes took it; whatever a person turned to
+// meanwhile stays in front.
+void putFrontmostBack(std::optional<std::int32_t> before, const std::vector<std::int32_t>& panels) {
+  const auto now = frontmostApplicationPid();
+  if (!before || !now || now == before) return;
+  if (std::find(panels.begin(), panels.end(), *now) == panels.end()) return;
+  restoreFrontmostApplication(*before);
+}
+
+VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Target& target,
+                          double timeoutSeconds) {
+  if (!isRunningProcess(primaryPid)) {
+    throw notVerified("no process has the pid " + std::to_string(primaryPid));
+  }
+  setMessagingTimeout(answerSeconds);
+  const Finally resetTimeout([] { setMessagingTimeout(0); });
+  std::vector<std::int32_t> panelPids{primaryPid};
+  const auto frontmost = frontmostApplicationPid();
+  const Finally restore([&] { putFrontmostBack(frontmost, panelPids); });
+
+  const double deadline = deadlineFor(startTime, timeoutSeconds);
+  const FoundPanel found = findPanel(primaryPid, timeoutSeconds, deadline);
+  PanelChoice choice = choiceOf(found, primaryPid, target, deadline);
+  panelPids = choice.keyPids;
+  const Proof proof = chooseInPanel(choice, primaryPid);
+  return {found.root.owner.pid, found.root.owner.label,
+          proof == Proof::folderShown ? "folder shown" : "entry selected", target.path};
+}
+
+std::string acceptablePath(const std::string& targetPath) {
+  if (targetPath.empty()) throw notVerified("the path is empty");
+  if (!isUtf8(targetPath)) throw notVerified("the path is not UTF-8");
+  return standardizedPath(targetPath);
+}
+
+Result withChoice(Result result, const VerifiedChoice& choice) {
+  result = withOwner(std::move(result), choice.dialogPid, choice.dialogApp);
+  result["verified"] = choice.verified;
+  result["verifiedPath"] = choice.verifiedPath;
+  return result;
+}
+
+}  // namespace
+
+VerifiedChoice chooseVerified(std::int32_t primaryPid, const std::string& targetPath,
+                              double timeoutSeconds) {
+  return chooseFrom(currentTime(), primaryPid, targetAt(targetPath), timeoutSeconds);
+}
+
+Result chooseFolderVerified(std::int32_t primaryPid, const std::string& targetPath,
+                            double timeoutSeconds) {
+  const double startTime = currentTime();
+  const std::string path = acceptablePath(targetPath);
+  if (!fileExists(path)) throw ToolError::notFound("folder does not exist: " + path);
+  if (!isDirectory(path)) throw ToolError::usage("path is not a directory: " + path);
+  const auto [volumeRoot, components] = volumeRootAndComponents(path);
+  const std::string volumeName = displayName(volumeRoot);
+  const auto choice = chooseFrom(startTime, primaryPid, targetAt(path), timeoutSeconds);
+  return withChoice(
+      folderResult(path, volumeRoot, volumeName, components, lastPathComponent(path), "verified"),
+      choice);
+}
+
+Result choosePathVerified(std::int32_t primaryPid, const std::string& targetPath,
+                          double timeoutSeconds) {
+  const double startTime = currentTime();
+  const std::string path = acceptablePath(targetPath);
+  if (!fileExists(path)) throw ToolError::notFound("path does not exist: " + path);
+  const Target target = targetAt(path);
+  const auto choice = chooseFrom(startTime, primaryPid, target, timeoutSeconds);
+  return withChoice(pathResult(path, target.isFolder ? "directory" : "file", "verified"), choice);
+}
+
+}  // namespace tessarine

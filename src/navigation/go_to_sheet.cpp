@@ -1,0 +1,223 @@
+#include "navigation/go_to_sheet.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "core/tables.h"
+#include "navigation/go_to_folder.h"
+#include "platform/accessibility.h"
+#include "platform/events.h"
+#include "platform/wait.h"
+
+namespace tessarine {
+namespace {
+
+constexpr const char* sheetIdentifier = "GoToWindow";
+constexpr const char* sheetPanelIdentifier = "open-panel";
+// Measured: 0.13 s; under load about six times as much.
+constexpr double sheetOpensSeconds = 1.3;
+// Measured: about 0.2 s after the sheet.
+constexpr double sheetFieldSeconds = 2.0;
+constexpr double fieldFocusSeconds = 0.3;
+constexpr double fieldTakesSeconds = 0.5;
+// Measured: 0.38 s at most.
+constexpr double sheetGoesSeconds = 3.0;
+constexpr double sheetClosesSeconds = 1.5;
+constexpr double sheetPollSeconds = 0.05;
+constexpr double sheetKeySeconds = 0.05;
+constexpr int mostAncestors = 8;
+constexpr std::size_t mostSheetElements = 40;
+
+using Elements = std::vector<Element>;
+
+Elements sheetChildren(const Element& element) {
+  return readElements(element, "AXChildren").value_or(Elements{});
+}
+
+bool isPathField(const Element& element, const std::string& role) {
+  if (role == "AXComboBox") return true;
+  return role == "AXTextField" && readText(element, "AXSubrole") != "AXSearchField";
+}
+
+// The field of a sheet, three levels down at most, not in its table of suggestions.
+std::optional<Element> pathFieldOf(const Element& sheet) {
+  Elements level = sheetChildren(sheet);
+  std::size_t visited = 0;
+  for (int depth = 1; depth <= 3; ++depth) {
+    Elements next;
+    for (const Element& element : level) {
+      if (++visited > mostSheetElements) return {};
+      const std::string role = readText(element, "AXRole").value_or("");
+      if (isPathField(element, role)) return element;
+      if (role != "AXGroup" && role != "AXSplitGroup") continue;
+      const Elements children = sheetChildren(element);
+      next.insert(next.end(), children.begin(), children.end());
+    }
+    level = std::move(next);
+  }
+  return {};
+}
+
+bool isGoToSheet(const Element& element) {
+  if (readText(element, "AXRole") != "AXSheet") return false;
+  const std::string identifier = readText(element, "AXIdentifier").value_or("");
+  if (identifier == sheetPanelIdentifier) return false;
+  return identifier == sheetIdentifier || pathFieldOf(element).has_value();
+}
+
+// What a sheet of the panel may hang from: the root, and around a chooser that is neither a window
+// nor a sheet everything up to its window.
+Elements carriersOf(const Element& root) {
+  Elements carriers{root};
+  for (int i = 0; i < mostAncestors; ++i) {
+    const std::string role = readText(carriers.back(), "AXRole").value_or("");
+    if (role == "AXWindow" || role == "AXSheet" || role == "AXDialog") break;
+    const auto parent = readElement(carriers.back(), "AXParent");
+    if (!parent) break;
+    carriers.push_back(*parent);
+  }
+  return carriers;
+}
+
+bool sheetIsOpen(const PanelChoice& choice) {
+  return holds(choice, [&] { return goToSheetOf(choice.panel.element).has_value(); });
+}
+
+// Whether a key may go to the process now.
+bool mayPostKeyTo(const PanelChoice& choice, std::int32_t pid) {
+  return holds(choice, choice.keysAreSafe) && answersNow(Element::application(pid)) &&
+         holds(choice, [&] { return readText(choice.panel.element, "AXRole").has_value(); });
+}
+
+// Opens the sheet unless it is open. The processes that may take its Return; none without a sheet.
+std::vector<std::int32_t> openSheet(PanelChoice& choice) {
+  if (sheetIsOpen(choice)) return choice.keyPids;
+  for (const std::int32_t pid : choice.keyPids) {
+    if (!mayPostKeyTo(choice, pid)) continue;
+    openGoToFolderSheet(pid);
+    choice.sheetTaker = pid;
+    const bool opened = pollUntil(withinDeadline(choice, sheetOpensSeconds), sheetPollSeconds,
+                                  [&] { return sheetIsOpen(choice); });
+    if (opened) return {pid};
+  }
+  return {};
+}
+
+// The sheet and its field, once both are there.
+struct OpenSheet {
+  Element sheet;
+  Element field;
+};
+
+std::optional<OpenSheet> waitForSheetField(const PanelChoice& choice) {
+  std::optional<OpenSheet> open;
+  pollUntil(withinDeadline(choice, sheetFieldSeconds), sheetPollSeconds, [&] {
+    return holds(choice, [&] {
+      const auto sheet = goToSheetOf(choice.panel.element);
+      const auto field = sheet ? pathFieldOf(*sheet) : std::nullopt;
+      if (field) open = OpenSheet{*sheet, *field};
+      return open.has_value();
+    });
+  });
+  return open;
+}
+
+bool fieldHolds(const PanelChoice& choice, const Element& field, const std::string& path) {
+  return holds(choice, [&] { return readText(field, "AXValue") == path; });
+}
+
+// Keys that arrive before the field has the keyboard are lost.
+void focusField(const PanelChoice& choice, const Element& field) {
+  setTrue(field, "AXFocused");
+  pollUntil(withinDeadline(choice, fieldFocusSeconds), sheetPollSeconds, [&] {
+    return holds(choice, [&] { return readFlag(field, "AXFocused").value_or(true); });
+  });
+}
+
+bool writePath(const PanelChoice& choice, const Element& field, const std::string& path) {
+  focusField(choice, field);
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    setText(field, "AXValue", path);
+    const bool taken = pollUntil(withinDeadline(choice, fieldTakesSeconds), sheetPollSeconds,
+                                 [&] { return fieldHolds(choice, field, path); });
+    if (taken) return true;
+  }
+  return false;
+}
+
+bool sheetGoesWithin(const PanelChoice& choice, const Element& sheet, double seconds) {
+  const bool went = pollUntil(withinDeadline(choice, seconds), sheetPollSeconds,
+                              [&] { return isGone(sheet) && !sheetIsOpen(choice); });
+  if (went && isGone(choice.panel.element)) throw PanelGone();
+  return went;
+}
+
+bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::string& path,
+                  const std::vector<std::int32_t>& takers) {
+  for (const std::int32_t pid : takers) {
+    if (!mayPostKeyTo(choice, pid) || isGone(open.sheet) || !fieldHolds(choice, open.field, path)) {
+      continue;
+    }
+    tapKey(pid, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
+    if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) return true;
+  }
+  return false;
+}
+
+// The button that closes the sheet without going anywhere.
+std::optional<Element> closingButtonOf(const Element& sheet) {
+  for (const Element& child : sheetChildren(sheet)) {
+    if (readText(child, "AXRole") != "AXButton") continue;
+    if (readText(child, "AXSubrole") == "AXCloseButton") return child;
+    if (tables().cancelButtonTitles.contains(readText(child, "AXTitle").value_or(""))) return child;
+  }
+  return {};
+}
+
+bool closeByButton(const PanelChoice& choice, const Element& sheet) {
+  std::optional<Element> button;
+  holds(choice, [&] { return (button = closingButtonOf(sheet)).has_value(); });
+  if (!button) return false;
+  performAction("AXPress", *button);
+  return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
+}
+
+bool closeByEscape(const PanelChoice& choice, const Element& sheet) {
+  if (!choice.sheetTaker || !mayPostKeyTo(choice, *choice.sheetTaker) || isGone(sheet))
+    return false;
+  tapKey(*choice.sheetTaker, keyCodeEscape, noModifiers, {}, sheetKeySeconds);
+  return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
+}
+
+}  // namespace
+
+std::optional<Element> goToSheetOf(const Element& root) {
+  for (const Element& carrier : carriersOf(root)) {
+    for (const Element& child : sheetChildren(carrier)) {
+      if (isGoToSheet(child)) return child;
+    }
+  }
+  return {};
+}
+
+std::string goThroughSheet(PanelChoice& choice, const std::string& path) {
+  const auto takers = openSheet(choice);
+  if (takers.empty()) return "no go-to sheet opened";
+  const auto open = waitForSheetField(choice);
+  if (!open || !writePath(choice, open->field, path)) {
+    closeGoToSheet(choice);
+    return "the go-to sheet did not take the path";
+  }
+  if (confirmSheet(choice, *open, path, takers)) return {};
+  closeGoToSheet(choice);
+  return "the go-to sheet did not go";
+}
+
+bool closeGoToSheet(PanelChoice& choice) {
+  std::optional<Element> sheet;
+  holds(choice, [&] { return (sheet = goToSheetOf(choice.panel.element)).has_value(); });
+  if (!sheet) return true;
+  return closeByButton(choice, *sheet) || closeByEscape(choice, *sheet);
+}
+
+}  // namespace tessarine

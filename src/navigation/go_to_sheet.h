@@ -1,0 +1,34 @@
+// The go-to sheet of one panel, in both of its generations: found by its identifier, or as the
+// sheet below the panel that holds a field for a path. It is opened by its chord, filled through
+// accessibility and confirmed by Return; only what is then seen counts.
+//
+// Keys go to the processes of the choice alone, and only while the panel and that process answer
+// and no other panel could take them.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "navigation/panel_choice.h"
+#include "platform/element.h"
+
+namespace tessarine {
+
+// The sheet, below the panel's root or, for a chooser that is only a part of a window, below that
+// window. Throws Unanswered.
+std::optional<Element> goToSheetOf(const Element& root);
+
+// Sends the panel to the path through the sheet: one that is open already, or one that opens within
+// 1.3 s of Command-Shift-G to one of the processes in turn. Its field has 2 s to appear and half a
+// second to hold the path, once more after a second write. Return goes to the process that took the
+// chord (with a sheet that was open already to each in turn), and the sheet has 3 s to go. A sheet
+// that does not take the path or does not go is closed. Empty when the sheet went; otherwise why it
+// did not: "no go-to sheet opened", "the go-to sheet did not take the path", "the go-to sheet did
+// not go". Where it led is not looked at. Throws PanelGone.
+std::string goThroughSheet(PanelChoice& choice, const std::string& path);
+
+// Closes the sheet, if one is open: by its own button, or else by Escape to the process that took
+// the chord. Whether none is seen then, within 1.5 s each. Throws PanelGone.
+bool closeGoToSheet(PanelChoice& choice);
+
+}  // namespace tessarine

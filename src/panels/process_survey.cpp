@@ -1,0 +1,205 @@
+#include "panels/process_survey.h"
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+
+#include "core/numbers.h"
+#include "core/text.h"
+#include "panels/candidates.h"
+#include "panels/capture.h"
+#include "platform/processes.h"
+#include "platform/screens.h"
+
+namespace tessarine {
+namespace {
+
+constexpr std::string_view serviceExecutable = "com.apple.appkit.xpc.openAndSavePanelService";
+constexpr std::string_view serviceDisplayName = "Open and Save Panel Service";
+constexpr std::string_view bundleExecutables = ".app/Contents/MacOS/";
+
+using Windows = std::vector<PanelWindowRef>;
+
+// A line of "/bin/ps -axo pid=,command=".
+std::optional<ListedProcess> parseProcess(const std::string& line) {
+  const std::string text = trimmed(line);
+  const std::string::size_type blank = text.find(' ');
+  if (blank == std::string::npos) return {};
+  const auto pid = parseInt32(text.substr(0, blank));
+  if (!pid) return {};
+  return ListedProcess{*pid, trimmed(text.substr(blank))};
+}
+
+const Windows& windowsOf(const ProcessSurvey& survey) {
+  static const Windows none;
+  return survey.windows ? *survey.windows : none;
+}
+
+bool namesService(std::string_view text) {
+  return contains(text, serviceExecutable) || contains(text, serviceDisplayName);
+}
+
+// NAME in "Open and Save Panel Service (NAME)".
+std::optional<std::string> servedName(const std::string& text) {
+  const std::string opening = std::string(serviceDisplayName) + " (";
+  const auto begin = text.find(opening);
+  const auto end = text.rfind(')');
+  if (begin == std::string::npos || end == std::string::npos) return {};
+  const auto nameBegin = begin + opening.size();
+  if (end <= nameBegin) return {};
+  return text.substr(nameBegin, end - nameBegin);
+}
+
+// The application that a service is named for, as the window list or ps has it.
+std::optional<std::string> servedApplication(const ProcessSurvey& survey, std::int32_t service) {
+  for (const PanelWindowRef& window : windowsOf(survey)) {
+    if (window.pid != service) continue;
+    if (auto name = servedName(window.app)) return name;
+  }
+  for (const ListedProcess& process : survey.processes) {
+    if (process.pid == service) return servedName(process.command);
+  }
+  return {};
+}
+
+// Every name that the process goes by.
+std::set<std::string> namesOf(const ProcessSurvey& survey, std::int32_t pid) {
+  std::set<std::string> names;
+  for (const ListedProcess& process : survey.processes) {
+    if (process.pid == pid) names.insert(bundleName(process.command));
+  }
+  for (const PanelWindowRef& window : windowsOf(survey)) {
+    if (window.pid == pid) names.insert(window.app);
+  }
+  names.erase("");
+  return names;
+}
+
+// Also a process that is called by the bare name, so that none is overlooked.
+bool anotherHasName(const ProcessSurvey& survey, std::int32_t pid, const std::string& name) {
+  const auto isCalled = [&](const ListedProcess& process) {
+    const std::string& command = process.command;
+    const bool bare = command == name || command.starts_with(name + " -");
+    return process.pid != pid && (bare || bundleName(command) == name);
+  };
+  const auto ownsWindow = [&](const PanelWindowRef& window) {
+    return window.pid != pid && window.app == name;
+  };
+  const Windows& windows = windowsOf(survey);
+  return std::any_of(survey.processes.begin(), survey.processes.end(), isCalled) ||
+         std::any_of(windows.begin(), windows.end(), ownsWindow);
+}
+
+// Whether the service and the browser, and nobody else, have windows at one place.
+bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service) {
+  const Windows& windows = windowsOf(survey);
+  for (const PanelWindowRef& window : windows) {
+    if (window.pid != service || !window.frame.hasArea()) continue;
+    bool browser = false;
+    bool third = false;
+    for (const PanelWindowRef& other : windows) {
+      if (!rectsEqual(other.frame, window.frame)) continue;
+      browser = browser || other.pid == primaryPid;
+      third = third || (other.pid != primaryPid && other.pid != service);
+    }
+    if (browser && !third) return true;
+  }
+  return false;
+}
+
+bool isServiceOf(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service,
+                 bool isOnly) {
+  const auto served = servedApplication(survey, service);
+  const auto names = namesOf(survey, primaryPid);
+  if (served && !names.empty() && !names.contains(*served)) return false;
+  if (standsWithBrowser(survey, primaryPid, service)) return true;
+  const bool named = served && names.contains(*served) && !survey.processes.empty();
+  if (named && !anotherHasName(survey, primaryPid, *served)) return true;
+  return isOnly && !survey.processes.empty();
+}
+
+}  // namespace
+
+ProcessSurvey surveyProcesses() {
+  ProcessSurvey survey;
+  const std::string listing = commandOutput(psPath, {"-axo", "pid=,command="});
+  for (const std::string& line : splitDroppingEmpty(listing, '\n')) {
+    if (auto process = parseProcess(line)) survey.processes.push_back(std::move(*process));
+  }
+  survey.windows = listedWindows();
+  return survey;
+}
+
+std::optional<std::vector<PanelWindowRef>> listedWindows() {
+  const auto listing =
+      commandOutputWithin(helperExecutable(captureHelperName), {"list"}, surveySeconds);
+  if (!listing) return {};
+  Windows windows;
+  for (const std::string& line : splitDroppingEmpty(*listing, '\n')) {
+    windows.push_back(parseCaptureLine(line));
+  }
+  return windows;
+}
+
+std::string bundleName(const std::string& command) {
+  const auto end = command.find(bundleExecutables);
+  if (end == std::string::npos) return {};
+  const auto slash = command.rfind('/', end);
+  const auto begin = slash == std::string::npos ? 0 : slash + 1;
+  return command.substr(begin, end - begin);
+}
+
+std::string processName(const ProcessSurvey& survey, std::int32_t pid) {
+  for (const ListedProcess& process : survey.processes) {
+    if (process.pid != pid) continue;
+    if (std::string name = bundleName(process.command); !name.empty()) return name;
+  }
+  for (const PanelWindowRef& window : windowsOf(survey)) {
+    if (window.pid == pid && !window.app.empty()) return window.app;
+  }
+  return {};
+}
+
+std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey) {
+  std::vector<std::int32_t> pids;
+  for (const ListedProcess& process : survey.processes) {
+    if (namesService(process.command)) pids.push_back(process.pid);
+  }
+  for (const PanelWindowRef& window : windowsOf(survey)) {
+    if (window.app.starts_with(serviceDisplayName)) pids.push_back(window.pid);
+  }
+  return uniquePIDs(pids);
+}
+
+std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid) {
+  auto services = runningPanelServices(survey);
+  std::erase(services, primaryPid);
+  const bool isOnly = services.size() == 1;
+  std::erase_if(services, [&](std::int32_t service) {
+    return !isServiceOf(survey, primaryPid, service, isOnly);
+  });
+  return services;
+}
+
+bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, const Rect& frame) {
+  const auto services = runningPanelServices(survey);
+  bool another = false;
+  for (const PanelWindowRef& window : windowsOf(survey)) {
+    if (!rectsEqual(window.frame, frame)) continue;
+    if (window.pid == primaryPid) return false;
+    another = another || std::find(services.begin(), services.end(), window.pid) == services.end();
+  }
+  return another;
+}
+
+std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows,
+                                      const std::vector<std::int32_t>& owners, const Rect& frame) {
+  Windows standing;
+  for (const PanelWindowRef& window : windows) {
+    const bool owned = std::find(owners.begin(), owners.end(), window.pid) != owners.end();
+    if (owned && rectsEqual(window.frame, frame)) standing.push_back(window);
+  }
+  return standing;
+}
+
+}  // namespace tessarine
