@@ -31,8 +31,8 @@ namespace {
 
 // The watchdog's times (cli/watchdog.h), and how long before it everything has to end: time for the
 // last requests and for closing the go-to sheet.
-constexpr double watchdogMarginSeconds = 8.0;
-constexpr double shortestWatchdogSeconds = 12.0;
+constexpr double endMarginSeconds = 8.0;
+constexpr double shortestEndSeconds = 12.0;
 constexpr double reserveSeconds = 4.0;
 constexpr double tidySeconds = 2.0;
 // A process that is busy for longer is asked again.
@@ -68,7 +68,7 @@ std::string processText(const ProcessSurvey& survey, std::int32_t pid) {
 }
 
 double deadlineFor(double startTime, double timeoutSeconds) {
-  const double watchdog = std::max(shortestWatchdogSeconds, timeoutSeconds + watchdogMarginSeconds);
+  const double watchdog = std::max(shortestEndSeconds, timeoutSeconds + endMarginSeconds);
   return startTime + watchdog - reserveSeconds;
 }
 
@@ -292,9 +292,9 @@ void refuseOtherSight(PanelChoice& choice, const PanelSight& before) {
   }
 }
 
-// --- Closing. ---
+// --- WatchedClose. ---
 
-struct Closing {
+struct WatchedClose {
   std::vector<PanelWindowRef> windows;  // listed at the panel's place before it was confirmed
   double seconds = 0;
 };
@@ -324,7 +324,7 @@ std::optional<std::uint32_t> listedStill(const std::vector<PanelWindowRef>& befo
   return {};
 }
 
-void waitForVerifiedClose(const PanelChoice& choice, const Closing& closing,
+void waitForVerifiedClose(const PanelChoice& choice, const WatchedClose& closing,
                           std::int32_t primaryPid) {
   const bool gone = pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds,
                               [&] { return isGone(choice.panel.element); });
@@ -351,7 +351,7 @@ double closeSecondsAfter(int pressAnswer) {
 }
 
 Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, const std::string& problem) {
-  Closing closing{windowsOfPanel(choice)};
+  WatchedClose closing{windowsOfPanel(choice)};
   const ProvenSight proven = waitUntilProven(choice, problem);
   const int answer = performAction("AXPress", *choice.parts.confirmButton);
   refuseOtherSight(choice, proven.sight);

@@ -25,7 +25,7 @@ constexpr double sheetGoesSeconds = 3.0;
 constexpr double sheetClosesSeconds = 1.5;
 constexpr double sheetPollSeconds = 0.05;
 constexpr double sheetKeySeconds = 0.05;
-constexpr int mostAncestors = 8;
+constexpr int mostSheetAncestors = 8;
 constexpr std::size_t mostSheetElements = 40;
 
 using Elements = std::vector<Element>;
@@ -69,7 +69,7 @@ bool isGoToSheet(const Element& element) {
 // nor a sheet everything up to its window.
 Elements carriersOf(const Element& root) {
   Elements carriers{root};
-  for (int i = 0; i < mostAncestors; ++i) {
+  for (int i = 0; i < mostSheetAncestors; ++i) {
     const std::string role = readText(carriers.back(), "AXRole").value_or("");
     if (role == "AXWindow" || role == "AXSheet" || role == "AXDialog") break;
     const auto parent = readElement(carriers.back(), "AXParent");

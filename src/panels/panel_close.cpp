@@ -12,7 +12,7 @@
 namespace tessarine {
 namespace {
 
-constexpr double closePollSeconds = 0.12;
+constexpr double panelClosePollSeconds = 0.12;
 
 std::string snapshotPath(const PanelWindowRef& window) {
   return appendingComponent(temporaryDirectory(), "zorvilet-panel-" + ownPid() + "-" +
@@ -42,7 +42,7 @@ bool waitForTrackedPanelClose(std::int32_t primaryPid,
                               const std::vector<PanelWindowRef>& trackedWindows,
                               double timeoutSeconds) {
   if (trackedWindows.empty()) return false;
-  return pollUntil(timeoutSeconds, closePollSeconds, [&] {
+  return pollUntil(timeoutSeconds, panelClosePollSeconds, [&] {
     const auto windows = orderedBackgroundPanelWindows(primaryPid);
     return std::none_of(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
       return anyMatches(trackedWindows, window);
@@ -51,7 +51,7 @@ bool waitForTrackedPanelClose(std::int32_t primaryPid,
 }
 
 bool waitForCapturedPanelClose(std::int32_t primaryPid, double timeoutSeconds) {
-  return pollUntil(timeoutSeconds, closePollSeconds, [&] {
+  return pollUntil(timeoutSeconds, panelClosePollSeconds, [&] {
     auto windows = orderedBackgroundPanelWindows(primaryPid);
     std::erase_if(windows, [&](const PanelWindowRef& window) { return window.pid != primaryPid; });
     return std::none_of(windows.begin(), windows.end(), panelCaptureAvailable);
