@@ -90,6 +90,7 @@ struct FoundPanel {
 struct SearchState {
   std::optional<FoundPanel> found;
   bool answered = false;
+  bool helperFails = false;  // it is not asked again
   ProcessSurvey survey;
 };
 
@@ -99,7 +100,8 @@ bool isRunningProcess(std::int32_t pid) {
 
 // One look; whether the panel is there with its controls. Throws when there are several.
 bool searchPanel(std::int32_t primaryPid, SearchState& state) {
-  state.survey = surveyProcesses();
+  state.survey = surveyProcesses(state.helperFails ? 0 : surveySeconds);
+  state.helperFails = !state.survey.windows;
   const auto services = panelServicesOf(state.survey, primaryPid);
   try {
     const auto panels = openPanels(state.survey, primaryPid, services);
@@ -121,8 +123,8 @@ bool searchPanel(std::int32_t primaryPid, SearchState& state) {
 FoundPanel findPanel(std::int32_t primaryPid, double timeoutSeconds, double deadline) {
   SearchState state;
   const Condition look = [&] { return searchPanel(primaryPid, state); };
-  const double seconds = std::min(timeoutSeconds, deadline - currentTime());
-  if (look() || pollUntil(seconds, searchPollSeconds, look)) return *state.found;
+  const double end = std::min(currentTime() + timeoutSeconds, deadline);
+  if (look() || pollUntil(end - currentTime(), searchPollSeconds, look)) return *state.found;
   const std::string browser = processText(state.survey, primaryPid);
   if (!state.answered) throw notVerified(browser + " does not answer");
   if (!state.found) {
@@ -162,7 +164,8 @@ PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Tar
           .keyPids = keyPidsFor(found, primaryPid),
           .keysAreSafe = isAlone,
           .deadline = deadline,
-          .sheetTaker = {}};
+          .sheetTaker = {},
+          .lastSight = {}};
 }
 
 // --- The panel's kind. ---
@@ -240,9 +243,8 @@ bool confirmIsEnabled(PanelChoice& choice) {
          });
 }
 
-std::string sightText(PanelChoice& choice) {
-  const auto sight = glance(choice);
-  return sight ? describe(*sight) : "what cannot be read now";
+std::string sightText(const PanelChoice& choice) {
+  return choice.lastSight ? describe(*choice.lastSight) : "nothing that could be read";
 }
 
 // What was seen, and that it was so still when the button was about to be pressed.
@@ -252,7 +254,10 @@ struct ProvenSight {
 };
 
 std::optional<ProvenSight> lookForTheLastTime(PanelChoice& choice) {
-  if (!confirmIsEnabled(choice)) return {};
+  if (!confirmIsEnabled(choice)) {
+    closeGoToSheet(choice);  // one that opened late, while nobody waited for it
+    return {};
+  }
   const auto sight = glance(choice);
   const auto proof = sight ? proofOf(*sight, choice.target) : std::nullopt;
   if (!proof || !confirmIsEnabled(choice)) return {};
@@ -350,8 +355,9 @@ double closeSecondsAfter(int pressAnswer) {
   return pressAnswer == kAXErrorCannotComplete ? unansweredCloseSeconds : failedCloseSeconds;
 }
 
-Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, const std::string& problem) {
-  Closing closing{windowsOfPanel(choice)};
+Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers,
+                   const std::string& problem) {
+  Closing closing{helperAnswers ? windowsOfPanel(choice) : std::vector<PanelWindowRef>{}};
   const ProvenSight proven = waitUntilProven(choice, problem);
   const int answer = performAction("AXPress", *choice.parts.confirmButton);
   refuseOtherSight(choice, proven.sight);
@@ -373,16 +379,21 @@ void tidySheet(PanelChoice& choice) {
   try {
     closeGoToSheet(choice);
   } catch (const PanelGone&) {
+  } catch (const TimeIsUp&) {
   }
 }
 
-Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid) {
+Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
   try {
     refuseOtherKind(choice);
     const std::string problem = moveToTarget(choice);
-    return confirmPanel(choice, primaryPid, problem);
+    return confirmPanel(choice, primaryPid, helperAnswers, problem);
   } catch (const PanelGone&) {
     throw notVerified("the panel closed before it was verified: what it chose is unknown");
+  } catch (const TimeIsUp&) {
+    tidySheet(choice);
+    throw notVerified("the time is up, and the panel shows " + sightText(choice) + ", not " +
+                      choice.target.path);
   } catch (const ToolError&) {
     tidySheet(choice);
     throw;
@@ -413,7 +424,8 @@ VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Targe
   const FoundPanel found = findPanel(primaryPid, timeoutSeconds, deadline);
   PanelChoice choice = choiceOf(found, primaryPid, target, deadline);
   panelPids = choice.keyPids;
-  const Proof proof = chooseInPanel(choice, primaryPid);
+  const bool helperAnswers = found.survey.windows.has_value();
+  const Proof proof = chooseInPanel(choice, primaryPid, helperAnswers);
   return {found.root.owner.pid, found.root.owner.label,
           proof == Proof::folderShown ? "folder shown" : "entry selected", target.path};
 }

@@ -152,6 +152,12 @@ bool sheetGoesWithin(const PanelChoice& choice, const Element& sheet, double sec
   return went;
 }
 
+// Where no key arrives: on old systems the field's own action confirms, on others it does nothing.
+bool confirmByField(const PanelChoice& choice, const OpenSheet& open) {
+  performAction("AXConfirm", open.field);
+  return sheetGoesWithin(choice, open.sheet, sheetClosesSeconds);
+}
+
 bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::string& path,
                   const std::vector<std::int32_t>& takers) {
   for (const std::int32_t pid : takers) {
@@ -161,22 +167,29 @@ bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::s
     tapKey(pid, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
     if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) return true;
   }
-  return false;
+  return fieldHolds(choice, open.field, path) && confirmByField(choice, open);
 }
 
-// The button that closes the sheet without going anywhere.
-std::optional<Element> closingButtonOf(const Element& sheet) {
+// Whether a button of the sheet closes it without going anywhere: the new sheet's has a subrole,
+// the old one's is called as the panel's own Cancel button, in any language.
+bool closesSheet(const PanelChoice& choice, const Element& button) {
+  if (readText(button, "AXSubrole") == "AXCloseButton") return true;
+  const std::string title = readText(button, "AXTitle").value_or("");
+  const auto& cancel = choice.parts.cancelButton;
+  return tables().cancelButtonTitles.contains(title) ||
+         (cancel && !title.empty() && readText(*cancel, "AXTitle") == title);
+}
+
+std::optional<Element> closingButtonOf(const PanelChoice& choice, const Element& sheet) {
   for (const Element& child : sheetChildren(sheet)) {
-    if (readText(child, "AXRole") != "AXButton") continue;
-    if (readText(child, "AXSubrole") == "AXCloseButton") return child;
-    if (tables().cancelButtonTitles.contains(readText(child, "AXTitle").value_or(""))) return child;
+    if (readText(child, "AXRole") == "AXButton" && closesSheet(choice, child)) return child;
   }
   return {};
 }
 
 bool closeByButton(const PanelChoice& choice, const Element& sheet) {
   std::optional<Element> button;
-  holds(choice, [&] { return (button = closingButtonOf(sheet)).has_value(); });
+  holds(choice, [&] { return (button = closingButtonOf(choice, sheet)).has_value(); });
   if (!button) return false;
   performAction("AXPress", *button);
   return sheetGoesWithin(choice, sheet, sheetClosesSeconds);

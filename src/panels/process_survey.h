@@ -28,11 +28,12 @@ struct ProcessSurvey {
 // How long a look waits for the capture helper at most, which itself takes up to 2 s.
 inline constexpr double surveySeconds = 3.0;
 
-// Runs "/bin/ps" and the capture helper's "list".
-ProcessSurvey surveyProcesses();
+// Runs "/bin/ps" and the capture helper's "list", which has `helperSeconds` for it; with 0 it is
+// not run.
+ProcessSurvey surveyProcesses(double helperSeconds = surveySeconds);
 
-// The same windows, afresh.
-std::optional<std::vector<PanelWindowRef>> listedWindows();
+// The windows alone.
+std::optional<std::vector<PanelWindowRef>> listedWindows(double helperSeconds = surveySeconds);
 
 // The name of the application that a command line starts: NAME in
 // ".../NAME.app/Contents/MacOS/...", of a helper process its own; empty for any other command line.
