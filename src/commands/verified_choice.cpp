@@ -74,7 +74,7 @@ double deadlineFor(double startTime, double timeoutSeconds) {
 
 Target targetAt(const std::string& targetPath) {
   const std::string path = canonicalPath(targetPath).value_or(targetPath);
-  return {path, isDirectory(path), {lastPathComponent(path), fileManagerDisplayName(path)}};
+  return {path, isDirectory(path)};
 }
 
 // --- The browser and its panel. ---

@@ -10,7 +10,6 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/wait.h"
-#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {
@@ -49,10 +48,6 @@ std::optional<std::size_t> depthOf(const Paths& paths, const std::string& locati
     if (sameFile(location, paths[depth])) return depth;
   }
   return {};
-}
-
-bool isNameOf(const std::string& name, const std::string& path) {
-  return !name.empty() && (name == lastPathComponent(path) || name == fileManagerDisplayName(path));
 }
 
 bool offersAction(const Element& element, const char* action) {
