@@ -154,15 +154,21 @@ std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t prima
 
 PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Target& target,
                      double deadline) {
+  const auto keyPids = keyPidsFor(found, primaryPid);
   const auto isAlone = [survey = found.survey, services = found.services, primaryPid] {
     return openPanels(survey, primaryPid, services).size() == 1;
+  };
+  const auto hasNoNewWindow = [before = found.survey.windows, keyPids](const auto& sheetFrame) {
+    const auto now = before ? listedWindows() : std::nullopt;
+    return !now || !hasMoreWindows(*before, *now, keyPids, sheetFrame);
   };
   return {.panel = found.root,
           .parts = found.parts,
           .target = target,
           .isFolderPanel = false,
-          .keyPids = keyPidsFor(found, primaryPid),
-          .keysAreSafe = isAlone,
+          .keyPids = keyPids,
+          .isAlone = isAlone,
+          .hasNoNewWindow = hasNoNewWindow,
           .deadline = deadline,
           .sheetTaker = {},
           .lastSight = {}};

@@ -85,20 +85,19 @@ bool sheetIsOpen(const PanelChoice& choice) {
 
 // Whether a key may go to the process now.
 bool mayPostKeyTo(const PanelChoice& choice, std::int32_t pid) {
-  return holds(choice, choice.keysAreSafe) && answersNow(Element::application(pid)) &&
+  return holds(choice, choice.isAlone) && answersNow(Element::application(pid)) &&
          holds(choice, [&] { return readText(choice.panel.element, "AXRole").has_value(); });
 }
 
-// Opens the sheet unless it is open. The processes that may take its Return; none without a sheet.
-std::vector<std::int32_t> openSheet(PanelChoice& choice) {
-  if (sheetIsOpen(choice)) return choice.keyPids;
+// The process whose chord opened the sheet.
+std::optional<std::int32_t> openSheet(PanelChoice& choice) {
   for (const std::int32_t pid : choice.keyPids) {
     if (!mayPostKeyTo(choice, pid)) continue;
     openGoToFolderSheet(pid);
     choice.sheetTaker = pid;
     const bool opened = pollUntil(withinDeadline(choice, sheetOpensSeconds), sheetPollSeconds,
                                   [&] { return sheetIsOpen(choice); });
-    if (opened) return {pid};
+    if (opened) return pid;
   }
   return {};
 }
@@ -152,19 +151,23 @@ bool sheetGoesWithin(const PanelChoice& choice, const Element& sheet, double sec
   return went;
 }
 
-// Where no key arrives: on old systems the field's own action confirms, on others it does nothing.
+// Whether a key that would do harm in another panel may go to the process that took the chord.
+bool mayPostKeyInto(const PanelChoice& choice, const Element& sheet, std::int32_t pid) {
+  std::optional<Rect> frame;
+  holds(choice, [&] { return (frame = readFrame(sheet)).has_value(); });
+  return choice.hasNoNewWindow(frame) && mayPostKeyTo(choice, pid) && !isGone(sheet);
+}
+
+// On old systems the field's own action confirms; on others it does nothing.
 bool confirmByField(const PanelChoice& choice, const OpenSheet& open) {
   performAction("AXConfirm", open.field);
   return sheetGoesWithin(choice, open.sheet, sheetClosesSeconds);
 }
 
 bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::string& path,
-                  const std::vector<std::int32_t>& takers) {
-  for (const std::int32_t pid : takers) {
-    if (!mayPostKeyTo(choice, pid) || isGone(open.sheet) || !fieldHolds(choice, open.field, path)) {
-      continue;
-    }
-    tapKey(pid, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
+                  std::int32_t taker) {
+  if (mayPostKeyInto(choice, open.sheet, taker) && fieldHolds(choice, open.field, path)) {
+    tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
     if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) return true;
   }
   return fieldHolds(choice, open.field, path) && confirmByField(choice, open);
@@ -196,8 +199,7 @@ bool closeByButton(const PanelChoice& choice, const Element& sheet) {
 }
 
 bool closeByEscape(const PanelChoice& choice, const Element& sheet) {
-  if (!choice.sheetTaker || !mayPostKeyTo(choice, *choice.sheetTaker) || isGone(sheet))
-    return false;
+  if (!choice.sheetTaker || !mayPostKeyInto(choice, sheet, *choice.sheetTaker)) return false;
   tapKey(*choice.sheetTaker, keyCodeEscape, noModifiers, {}, sheetKeySeconds);
   return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
 }
@@ -214,14 +216,16 @@ std::optional<Element> goToSheetOf(const Element& root) {
 }
 
 std::string goThroughSheet(PanelChoice& choice, const std::string& path) {
-  const auto takers = openSheet(choice);
-  if (takers.empty()) return "no go-to sheet opened";
+  // One that is open already tells nothing about who takes keys.
+  if (sheetIsOpen(choice) && !closeGoToSheet(choice)) return "the go-to sheet does not close";
+  const auto taker = openSheet(choice);
+  if (!taker) return "no go-to sheet opened";
   const auto open = waitForSheetField(choice);
   if (!open || !writePath(choice, open->field, path)) {
     closeGoToSheet(choice);
     return "the go-to sheet did not take the path";
   }
-  if (confirmSheet(choice, *open, path, takers)) return {};
+  if (confirmSheet(choice, *open, path, *taker)) return {};
   closeGoToSheet(choice);
   return "the go-to sheet did not go";
 }

@@ -33,8 +33,11 @@ struct PanelChoice {
   bool isFolderPanel = false;  // it is known to be one
   // The processes that may take the panel's keys, in the order in which they are tried.
   std::vector<std::int32_t> keyPids;
-  // Whether a key can reach no other panel, asked right before each.
-  std::function<bool()> keysAreSafe;
+  // Whether no other panel of the browser is there that could take a key, asked before each: as the
+  // trees show it, and, before a key that confirms or closes, as the window list does, too, where
+  // the go-to sheet may have a window there.
+  std::function<bool()> isAlone;
+  std::function<bool(const std::optional<Rect>& sheetFrame)> hasNoNewWindow;
   // In the clock's time: no wait goes beyond it, and nothing is begun after it.
   double deadline = 0;
   // Filled in meanwhile: the process to which the last chord went that may have opened the go-to

@@ -203,4 +203,15 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
   return standing;
 }
 
+bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
+                    const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
+                    const std::optional<Rect>& left) {
+  return std::any_of(now.begin(), now.end(), [&](const PanelWindowRef& window) {
+    const bool owned = std::find(owners.begin(), owners.end(), window.pid) != owners.end();
+    if (!owned || (left && rectsEqual(window.frame, *left))) return false;
+    return windowsAt(now, {window.pid}, window.frame).size() >
+           windowsAt(before, {window.pid}, window.frame).size();
+  });
+}
+
 }  // namespace tessarine

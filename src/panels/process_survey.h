@@ -64,4 +64,10 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
 std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows,
                                       const std::vector<std::int32_t>& owners, const Rect& frame);
 
+// Whether the processes have more windows somewhere than before. Those that stand exactly where
+// `left` says are left out.
+bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
+                    const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
+                    const std::optional<Rect>& left);
+
 }  // namespace tessarine
