@@ -311,9 +311,11 @@ struct Closing {
 };
 
 std::vector<PanelWindowRef> windowsOfPanel(const PanelChoice& choice) {
-  const auto windows = listedWindows();
+  std::optional<Rect> frame;
+  holds(choice, [&] { return (frame = readFrame(choice.panel.element)).has_value(); });
+  const auto windows = frame ? listedWindows() : std::nullopt;
   if (!windows) return {};
-  return windowsAt(*windows, choice.keyPids, axFrame(choice.panel.element));
+  return windowsAt(*windows, choice.keyPids, *frame);
 }
 
 bool isListed(const std::vector<PanelWindowRef>& windows, std::uint32_t number) {
