@@ -171,7 +171,8 @@ PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Tar
           .hasNoNewWindow = hasNoNewWindow,
           .deadline = deadline,
           .sheetTaker = {},
-          .lastSight = {}};
+          .lastSight = {},
+          .problem = {}};
 }
 
 // --- The panel's kind. ---
@@ -224,21 +225,22 @@ bool selectsEmptyTarget(PanelChoice& choice) {
          takeTargetEntry(choice).empty();
 }
 
-// Why the panel did not get there; empty when it did.
-std::string goByItself(PanelChoice& choice, const std::string& sheetProblem) {
+void walk(PanelChoice& choice) {
   const std::string problem = walkToTarget(choice);
-  return problem.empty() || sheetProblem.empty() ? problem : sheetProblem + "; " + problem;
+  choice.problem = problem.empty() ? "" : choice.problem + "; " + problem;
 }
 
-std::string moveToTarget(PanelChoice& choice) {
+// Leaves the reason behind when the panel does not get there.
+void moveToTarget(PanelChoice& choice) {
   if (proofWithin(choice, 0)) {
     closeGoToSheet(choice);
-    return {};
+    return;
   }
-  const std::string problem = goThroughSheet(choice, choice.target.path);
-  if (!problem.empty()) return goByItself(choice, problem);
-  if (proofWithin(choice, landingSeconds) || selectsEmptyTarget(choice)) return {};
-  return goByItself(choice, "the go-to sheet led elsewhere");
+  choice.problem = goThroughSheet(choice, choice.target.path);
+  if (!choice.problem.empty()) return walk(choice);
+  if (proofWithin(choice, landingSeconds) || selectsEmptyTarget(choice)) return;
+  choice.problem = "the go-to sheet led elsewhere";
+  walk(choice);
 }
 
 // --- Confirming. ---
@@ -274,19 +276,22 @@ std::optional<ProvenSight> lookForTheLastTime(PanelChoice& choice) {
   return ProvenSight{*sight, *proof};
 }
 
-ProvenSight waitUntilProven(PanelChoice& choice, const std::string& problem) {
+// "the panel shows /a, not /b (no go-to sheet opened; /b is not listed in /)"
+std::string mismatchText(const PanelChoice& choice) {
+  const std::string why = choice.problem.empty() ? "" : " (" + choice.problem + ")";
+  return "the panel shows " + sightText(choice) + ", not " + choice.target.path + why;
+}
+
+ProvenSight waitUntilProven(PanelChoice& choice) {
   std::optional<ProvenSight> proven;
   const Condition look = [&] { return (proven = lookForTheLastTime(choice)).has_value(); };
-  const double seconds = problem.empty() ? enabledSeconds : 0;
+  const double seconds = choice.problem.empty() ? enabledSeconds : 0;
   if (look() || pollUntil(withinDeadline(choice, seconds), confirmPollSeconds, look)) {
     return *proven;
   }
-  if (proofWithin(choice, 0)) {
-    throw notVerified("the panel shows " + choice.target.path +
-                      ", but its confirm button is disabled");
-  }
-  const std::string why = problem.empty() ? "" : " (" + problem + ")";
-  throw notVerified("the panel shows " + sightText(choice) + ", not " + choice.target.path + why);
+  if (!proofWithin(choice, 0)) throw notVerified(mismatchText(choice));
+  throw notVerified("the panel shows " + choice.target.path +
+                    ", but its confirm button is disabled");
 }
 
 // The panel may still be read for a moment after the press landed, which took a while: whoever
@@ -363,10 +368,9 @@ double closeSecondsAfter(int pressAnswer) {
   return pressAnswer == kAXErrorCannotComplete ? unansweredCloseSeconds : failedCloseSeconds;
 }
 
-Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers,
-                   const std::string& problem) {
+Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
   Closing closing{helperAnswers ? windowsOfPanel(choice) : std::vector<PanelWindowRef>{}};
-  const ProvenSight proven = waitUntilProven(choice, problem);
+  const ProvenSight proven = waitUntilProven(choice);
   const int answer = performAction("AXPress", *choice.parts.confirmButton);
   refuseOtherSight(choice, proven.sight);
   if (answer == kAXErrorInvalidUIElement && isGone(choice.panel.element)) {
@@ -379,6 +383,13 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnsw
 }
 
 // --- The whole. ---
+
+std::string timeIsUpText(const PanelChoice& choice) {
+  const bool proven = choice.lastSight && proofOf(*choice.lastSight, choice.target);
+  return "the time is up, and " +
+         (proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
+                 : mismatchText(choice));
+}
 
 // Best effort, for errors: what was opened is closed.
 void tidySheet(PanelChoice& choice) {
@@ -394,14 +405,13 @@ void tidySheet(PanelChoice& choice) {
 Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
   try {
     refuseOtherKind(choice);
-    const std::string problem = moveToTarget(choice);
-    return confirmPanel(choice, primaryPid, helperAnswers, problem);
+    moveToTarget(choice);
+    return confirmPanel(choice, primaryPid, helperAnswers);
   } catch (const PanelGone&) {
     throw notVerified("the panel closed before it was verified: what it chose is unknown");
   } catch (const TimeIsUp&) {
     tidySheet(choice);
-    throw notVerified("the time is up, and the panel shows " + sightText(choice) + ", not " +
-                      choice.target.path);
+    throw notVerified(timeIsUpText(choice));
   } catch (const ToolError&) {
     tidySheet(choice);
     throw;

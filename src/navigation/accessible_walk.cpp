@@ -24,6 +24,16 @@ constexpr double menuOpensSeconds = 1.5;
 constexpr std::size_t mostPlaces = 60;
 constexpr std::size_t mostActingElements = 12;
 
+// The writes that may select an entry, of the list that holds it or of the entry itself.
+struct SelectionWrite {
+  const char* attribute;
+  bool ofList;
+};
+constexpr std::array<SelectionWrite, 3> selectionWrites{
+    {{"AXSelectedRows", true}, {"AXSelected", false}, {"AXSelectedChildren", true}}};
+
+constexpr std::array<const char*, 2> openingActions{"AXOpen", "AXPress"};
+
 using Elements = std::vector<Element>;
 using Paths = std::vector<std::string>;
 
@@ -118,33 +128,31 @@ bool entryNames(const PanelChoice& choice, const Element& entry, const std::stri
   });
 }
 
-// Selects the entry in every way that there is, until it is seen to have worked.
+void writeSelection(const SelectionWrite& write, const std::optional<Element>& list,
+                    const Element& entry) {
+  if (!write.ofList) {
+    setTrue(entry, write.attribute);
+  } else if (list) {
+    setElements(*list, write.attribute, {entry});
+  }
+}
+
+// Selects the entry in one way after the other, until it is seen to have worked.
 bool selectEntry(PanelChoice& choice, const Element& entry, const Condition& worked) {
   const auto sight = glance(choice);
   const auto list = sight ? sight->list : std::nullopt;
-  const std::array<std::function<void()>, 3> ways{[&] {
-                                                    if (list)
-                                                      setElements(*list, "AXSelectedRows", {entry});
-                                                  },
-                                                  [&] { setTrue(entry, "AXSelected"); },
-                                                  [&] {
-                                                    if (list)
-                                                      setElements(*list, "AXSelectedChildren",
-                                                                  {entry});
-                                                  }};
-  for (const auto& way : ways) {
+  for (const SelectionWrite& write : selectionWrites) {
     if (!mayActOn(choice, entry)) return false;
-    way();
-    if (worked()) return true;
-    if (pollUntil(withinDeadline(choice, entrySelectedSeconds), walkPollSeconds, worked))
-      return true;
+    writeSelection(write, list, entry);
+    const double seconds = withinDeadline(choice, entrySelectedSeconds);
+    if (worked() || pollUntil(seconds, walkPollSeconds, worked)) return true;
   }
   return false;
 }
 
 // Performs what opens the entry, on each of its elements that offers it, until the folder is shown.
 bool performOpening(PanelChoice& choice, const Element& entry, const std::string& folder) {
-  for (const char* action : {"AXOpen", "AXPress"}) {
+  for (const char* action : openingActions) {
     for (const Element& element : actingElements(entry)) {
       if (!mayActOn(choice, element) || !offersAction(element, action)) continue;
       if (!entryNames(choice, entry, folder)) return showsWithin(choice, folder, 0);
@@ -203,7 +211,7 @@ bool showPlace(PanelChoice& choice, const Element& row, const std::string& folde
   if (shown()) return true;
   if (choice.parts.sidebar) setElements(*choice.parts.sidebar, "AXSelectedRows", {row});
   if (shown()) return true;
-  for (const char* action : {"AXOpen", "AXPress"}) {
+  for (const char* action : openingActions) {
     for (const Element& element : actingElements(row)) {
       if (!mayActOn(choice, element) || !offersAction(element, action)) continue;
       performAction(action, element);

@@ -6,6 +6,7 @@
 #include <exception>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "dialog/panel_parts.h"
@@ -41,9 +42,10 @@ struct PanelChoice {
   // In the clock's time: no wait goes beyond it, and nothing is begun after it.
   double deadline = 0;
   // Filled in meanwhile: the process to which the last chord went that may have opened the go-to
-  // sheet, and what the last complete look saw.
+  // sheet, what the last complete look saw, and why the panel is not where it should be.
   std::optional<std::int32_t> sheetTaker;
   std::optional<PanelSight> lastSight;
+  std::string problem;
 };
 
 // The wait, cut at the deadline; never below 0.
