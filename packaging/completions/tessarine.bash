@@ -29,8 +29,8 @@ _tessarine() {
     close) options+=" --strict-background --temporary-foreground --exclude-window-id" ;;
     choose-folder)
       options+=" --path --prefer-background-panel --strict-background --temporary-foreground
-        --exclude-window-id" ;;
-    choose-path) options+=" --path --exclude-window-id" ;;
+        --exclude-window-id --verify" ;;
+    choose-path) options+=" --path --exclude-window-id --verify" ;;
     click-point) options+=" --x --y" ;;
     type-text) options+=" --text" ;;
     press-key) options+=" --key" ;;

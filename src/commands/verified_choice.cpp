@@ -74,7 +74,7 @@ double deadlineFor(double startTime, double timeoutSeconds) {
 
 Target targetAt(const std::string& targetPath) {
   const std::string path = canonicalPath(targetPath).value_or(targetPath);
-  return {path, isDirectory(path), {lastPathComponent(path), fileManagerDisplayName(path)}};
+  return {path, isDirectory(path)};
 }
 
 // --- The browser and its panel. ---
@@ -90,6 +90,7 @@ struct FoundPanel {
 struct SearchState {
   std::optional<FoundPanel> found;
   bool answered = false;
+  bool helperFails = false;  // it is not asked again
   ProcessSurvey survey;
 };
 
@@ -99,7 +100,8 @@ bool isRunningProcess(std::int32_t pid) {
 
 // One look; whether the panel is there with its controls. Throws when there are several.
 bool searchPanel(std::int32_t primaryPid, SearchState& state) {
-  state.survey = surveyProcesses();
+  state.survey = surveyProcesses(state.helperFails ? 0 : surveySeconds);
+  state.helperFails = !state.survey.windows;
   const auto services = panelServicesOf(state.survey, primaryPid);
   try {
     const auto panels = openPanels(state.survey, primaryPid, services);
@@ -121,8 +123,8 @@ bool searchPanel(std::int32_t primaryPid, SearchState& state) {
 FoundPanel findPanel(std::int32_t primaryPid, double timeoutSeconds, double deadline) {
   SearchState state;
   const Condition look = [&] { return searchPanel(primaryPid, state); };
-  const double seconds = std::min(timeoutSeconds, deadline - currentTime());
-  if (look() || pollUntil(seconds, searchPollSeconds, look)) return *state.found;
+  const double end = std::min(currentTime() + timeoutSeconds, deadline);
+  if (look() || pollUntil(end - currentTime(), searchPollSeconds, look)) return *state.found;
   const std::string browser = processText(state.survey, primaryPid);
   if (!state.answered) throw notVerified(browser + " does not answer");
   if (!state.found) {
@@ -152,17 +154,25 @@ std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t prima
 
 PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Target& target,
                      double deadline) {
+  const auto keyPids = keyPidsFor(found, primaryPid);
   const auto isAlone = [survey = found.survey, services = found.services, primaryPid] {
     return openPanels(survey, primaryPid, services).size() == 1;
+  };
+  const auto hasNoNewWindow = [before = found.survey.windows, keyPids](const auto& sheetFrame) {
+    const auto now = before ? listedWindows() : std::nullopt;
+    return !now || !hasMoreWindows(*before, *now, keyPids, sheetFrame);
   };
   return {.panel = found.root,
           .parts = found.parts,
           .target = target,
           .isFolderPanel = false,
-          .keyPids = keyPidsFor(found, primaryPid),
-          .keysAreSafe = isAlone,
+          .keyPids = keyPids,
+          .isAlone = isAlone,
+          .hasNoNewWindow = hasNoNewWindow,
           .deadline = deadline,
-          .sheetTaker = {}};
+          .sheetTaker = {},
+          .lastSight = {},
+          .problem = {}};
 }
 
 // --- The panel's kind. ---
@@ -215,21 +225,22 @@ bool selectsEmptyTarget(PanelChoice& choice) {
          takeTargetEntry(choice).empty();
 }
 
-// Why the panel did not get there; empty when it did.
-std::string goByItself(PanelChoice& choice, const std::string& sheetProblem) {
+void walk(PanelChoice& choice) {
   const std::string problem = walkToTarget(choice);
-  return problem.empty() || sheetProblem.empty() ? problem : sheetProblem + "; " + problem;
+  choice.problem = problem.empty() ? "" : choice.problem + "; " + problem;
 }
 
-std::string moveToTarget(PanelChoice& choice) {
+// Leaves the reason behind when the panel does not get there.
+void moveToTarget(PanelChoice& choice) {
   if (proofWithin(choice, 0)) {
     closeGoToSheet(choice);
-    return {};
+    return;
   }
-  const std::string problem = goThroughSheet(choice, choice.target.path);
-  if (!problem.empty()) return goByItself(choice, problem);
-  if (proofWithin(choice, landingSeconds) || selectsEmptyTarget(choice)) return {};
-  return goByItself(choice, "the go-to sheet led elsewhere");
+  choice.problem = goThroughSheet(choice, choice.target.path);
+  if (!choice.problem.empty()) return walk(choice);
+  if (proofWithin(choice, landingSeconds) || selectsEmptyTarget(choice)) return;
+  choice.problem = "the go-to sheet led elsewhere";
+  walk(choice);
 }
 
 // --- Confirming. ---
@@ -240,9 +251,8 @@ bool confirmIsEnabled(PanelChoice& choice) {
          });
 }
 
-std::string sightText(PanelChoice& choice) {
-  const auto sight = glance(choice);
-  return sight ? describe(*sight) : "what cannot be read now";
+std::string sightText(const PanelChoice& choice) {
+  return choice.lastSight ? describe(*choice.lastSight) : "nothing that could be read";
 }
 
 // What was seen, and that it was so still when the button was about to be pressed.
@@ -252,7 +262,10 @@ struct ProvenSight {
 };
 
 std::optional<ProvenSight> lookForTheLastTime(PanelChoice& choice) {
-  if (!confirmIsEnabled(choice)) return {};
+  if (!confirmIsEnabled(choice)) {
+    closeGoToSheet(choice);  // one that opened late, while nobody waited for it
+    return {};
+  }
   const auto sight = glance(choice);
   const auto proof = sight ? proofOf(*sight, choice.target) : std::nullopt;
   if (!proof || !confirmIsEnabled(choice)) return {};
@@ -263,19 +276,22 @@ std::optional<ProvenSight> lookForTheLastTime(PanelChoice& choice) {
   return ProvenSight{*sight, *proof};
 }
 
-ProvenSight waitUntilProven(PanelChoice& choice, const std::string& problem) {
+// "the panel shows /a, not /b (no go-to sheet opened; /b is not listed in /)"
+std::string mismatchText(const PanelChoice& choice) {
+  const std::string why = choice.problem.empty() ? "" : " (" + choice.problem + ")";
+  return "the panel shows " + sightText(choice) + ", not " + choice.target.path + why;
+}
+
+ProvenSight waitUntilProven(PanelChoice& choice) {
   std::optional<ProvenSight> proven;
   const Condition look = [&] { return (proven = lookForTheLastTime(choice)).has_value(); };
-  const double seconds = problem.empty() ? enabledSeconds : 0;
+  const double seconds = choice.problem.empty() ? enabledSeconds : 0;
   if (look() || pollUntil(withinDeadline(choice, seconds), confirmPollSeconds, look)) {
     return *proven;
   }
-  if (proofWithin(choice, 0)) {
-    throw notVerified("the panel shows " + choice.target.path +
-                      ", but its confirm button is disabled");
-  }
-  const std::string why = problem.empty() ? "" : " (" + problem + ")";
-  throw notVerified("the panel shows " + sightText(choice) + ", not " + choice.target.path + why);
+  if (!proofWithin(choice, 0)) throw notVerified(mismatchText(choice));
+  throw notVerified("the panel shows " + choice.target.path +
+                    ", but its confirm button is disabled");
 }
 
 // The panel may still be read for a moment after the press landed, which took a while: whoever
@@ -300,9 +316,11 @@ struct WatchedClose {
 };
 
 std::vector<PanelWindowRef> windowsOfPanel(const PanelChoice& choice) {
-  const auto windows = listedWindows();
+  std::optional<Rect> frame;
+  holds(choice, [&] { return (frame = readFrame(choice.panel.element)).has_value(); });
+  const auto windows = frame ? listedWindows() : std::nullopt;
   if (!windows) return {};
-  return windowsAt(*windows, choice.keyPids, axFrame(choice.panel.element));
+  return windowsAt(*windows, choice.keyPids, *frame);
 }
 
 bool isListed(const std::vector<PanelWindowRef>& windows, std::uint32_t number) {
@@ -350,9 +368,9 @@ double closeSecondsAfter(int pressAnswer) {
   return pressAnswer == kAXErrorCannotComplete ? unansweredCloseSeconds : failedCloseSeconds;
 }
 
-Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, const std::string& problem) {
-  WatchedClose closing{windowsOfPanel(choice)};
-  const ProvenSight proven = waitUntilProven(choice, problem);
+Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
+  WatchedClose closing{helperAnswers ? windowsOfPanel(choice) : std::vector<PanelWindowRef>{}};
+  const ProvenSight proven = waitUntilProven(choice);
   const int answer = performAction("AXPress", *choice.parts.confirmButton);
   refuseOtherSight(choice, proven.sight);
   if (answer == kAXErrorInvalidUIElement && isGone(choice.panel.element)) {
@@ -366,6 +384,13 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, const std::stri
 
 // --- The whole. ---
 
+std::string timeIsUpText(const PanelChoice& choice) {
+  const bool proven = choice.lastSight && proofOf(*choice.lastSight, choice.target);
+  return "the time is up, and " +
+         (proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
+                 : mismatchText(choice));
+}
+
 // Best effort, for errors: what was opened is closed.
 void tidySheet(PanelChoice& choice) {
   if (!choice.sheetTaker) return;
@@ -373,16 +398,20 @@ void tidySheet(PanelChoice& choice) {
   try {
     closeGoToSheet(choice);
   } catch (const PanelGone&) {
+  } catch (const TimeIsUp&) {
   }
 }
 
-Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid) {
+Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
   try {
     refuseOtherKind(choice);
-    const std::string problem = moveToTarget(choice);
-    return confirmPanel(choice, primaryPid, problem);
+    moveToTarget(choice);
+    return confirmPanel(choice, primaryPid, helperAnswers);
   } catch (const PanelGone&) {
     throw notVerified("the panel closed before it was verified: what it chose is unknown");
+  } catch (const TimeIsUp&) {
+    tidySheet(choice);
+    throw notVerified(timeIsUpText(choice));
   } catch (const ToolError&) {
     tidySheet(choice);
     throw;
@@ -413,7 +442,8 @@ VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Targe
   const FoundPanel found = findPanel(primaryPid, timeoutSeconds, deadline);
   PanelChoice choice = choiceOf(found, primaryPid, target, deadline);
   panelPids = choice.keyPids;
-  const Proof proof = chooseInPanel(choice, primaryPid);
+  const bool helperAnswers = found.survey.windows.has_value();
+  const Proof proof = chooseInPanel(choice, primaryPid, helperAnswers);
   return {found.root.owner.pid, found.root.owner.label,
           proof == Proof::folderShown ? "folder shown" : "entry selected", target.path};
 }

@@ -24,23 +24,27 @@ struct VerifiedChoice {
 // The application that was frontmost is frontmost again afterwards, if one of the panel's processes
 // has come to the front meanwhile.
 //
-// Throws ToolError actionFailed, one line that begins with "not verified: " and says what was seen
-// and where; the panel stays open unless it closed itself, and a go-to sheet that was opened is
-// closed again:
-//   "no process has the pid " + pid
-//   "no open panel of " + browser + " was found within " + seconds + "s"
-//   browser + " does not answer"
-//   count + " panels are open (" + browser and pid + ": " + count + ", ...)"
-//   "the panel (" + browser and pid + ") shows no list of entries" / "has no confirm button"
-//   "a folder for a file panel: " + path, "a file for a folder panel: " + path
-//   "the panel shows " + what + ", not " + path + " (" + why it did not get there + ")"
-//   "the panel shows " + path + ", but its confirm button is disabled"
+// Throws ToolError actionFailed, always one line (line breaks in paths become blanks), which begins
+// with "not verified: " and goes on with one of these; BROWSER is its name and pid ("Google Chrome
+// 812"), WHAT a folder that is seen, and what is selected in it ("/a with /a/b selected"), WHY how
+// the ways there failed ("no go-to sheet opened; /a/b is not listed in /a: ..."):
+//   "no process has the pid PID"
+//   "no open panel of BROWSER was found within SECONDSs", "BROWSER does not answer"
+//   "COUNT panels are open (BROWSER: COUNT, panel service PID: COUNT)"
+//   "the panel (BROWSER) shows no list of entries", "the panel (BROWSER) has no confirm button",
+//   with the service's name and pid for a panel that it alone shows
+//   "a folder for a file panel: PATH", "a file for a folder panel: PATH"
+//   "the panel shows WHAT, not PATH (WHY)"
+//   "the panel shows PATH, but its confirm button is disabled"
+//   "the time is up, and the panel shows WHAT, not PATH (WHY)",
+//   "the time is up, and the panel, which shows PATH, is not confirmed"
 //   "the panel closed before it was verified: what it chose is unknown"
 //   "the panel was gone before its confirm button was pressed: what it chose is unknown"
-//   "the panel showed " + what + ", not " + path + ", when it was confirmed: what it chose is ..."
-//   "the panel did not close within " + seconds + "s after it was confirmed"
-//   "the panel is gone, but its window " + number + " is still listed"
-//   browser + " ended with its panel: what it chose is unknown"
+//   "the panel showed WHAT, not PATH, when it was confirmed: what it chose is unknown"
+//   "the panel did not close within SECONDSs after it was confirmed: what it will choose is
+//   unknown" "the panel is gone, but its window NUMBER is still listed: what it chose is unknown"
+//   "the browser PID ended with its panel: what it chose is unknown"
+// The panel stays open unless it closed itself; a go-to sheet that was opened is closed again.
 VerifiedChoice chooseVerified(std::int32_t primaryPid, const std::string& targetPath,
                               double timeoutSeconds);
 

@@ -5,6 +5,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/files.h"
+#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {
@@ -126,20 +127,22 @@ std::string textOf(const std::optional<Element>& element) {
   return element ? readText(*element, "AXValue").value_or("") : std::string();
 }
 
-bool isNamedOtherwise(const PanelSight& sight, const Target& target) {
-  return !sight.folderName.empty() && std::find(target.names.begin(), target.names.end(),
-                                                sight.folderName) == target.names.end();
+// Whether the pop-up calls what is shown by another name than that of the path, which is one
+// spelling of the target's.
+bool isCalledOtherwise(const PanelSight& sight, const std::string& path, const Target& target) {
+  return !sight.folderName.empty() && !isNameOf(sight.folderName, path) &&
+         !isNameOf(sight.folderName, target.path);
 }
 
 bool showsFolder(const PanelSight& sight, const Target& target) {
   if (!target.isFolder || !sight.folder || sight.searching) return false;
-  return !isNamedOtherwise(sight, target) && sameFile(*sight.folder, target.path);
+  return sameFile(*sight.folder, target.path) && !isCalledOtherwise(sight, *sight.folder, target);
 }
 
 bool hasSelected(const PanelSight& sight, const Target& target) {
+  if (!sight.selected || !sameFile(*sight.selected, target.path)) return false;
   const bool alsoShown = target.isFolder && sight.view == ListingView::columns;
-  if (!sight.selected || (alsoShown && isNamedOtherwise(sight, target))) return false;
-  return sameFile(*sight.selected, target.path);
+  return !alsoShown || !isCalledOtherwise(sight, *sight.selected, target);
 }
 
 }  // namespace
@@ -164,6 +167,10 @@ bool stillAsSeen(const PanelSight& sight, const PanelParts& parts) {
   if (sight.witness) readText(*sight.witness, "AXRole");
   if (textOf(parts.locationPopup) != sight.folderName) return false;
   return readElements(*sight.list, sight.selectionAttribute) == sight.selection;
+}
+
+bool isNameOf(const std::string& name, const std::string& path) {
+  return name == lastPathComponent(path) || name == fileManagerDisplayName(path);
 }
 
 std::optional<Proof> proofOf(const PanelSight& sight, const Target& target) {

@@ -18,7 +18,6 @@ namespace tessarine {
 struct Target {
   std::string path;  // canonical
   bool isFolder = false;
-  std::vector<std::string> names;  // under which a panel may show it
 };
 
 // What one look saw.
@@ -53,6 +52,10 @@ PanelSight lookAt(const PanelParts& parts);
 // requests, the selection last. False also when the look cannot be repeated so. Throws Unanswered,
 // gone when the listing was built anew meanwhile.
 bool stillAsSeen(const PanelSight& sight, const PanelParts& parts);
+
+// Whether a panel may show the name for what stands at the path: its last component, or what the
+// file browser calls it.
+bool isNameOf(const std::string& name, const std::string& path);
 
 enum class Proof { folderShown, entrySelected };
 

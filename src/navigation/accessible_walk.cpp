@@ -10,7 +10,6 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/wait.h"
-#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {
@@ -24,6 +23,16 @@ constexpr double placeShownSeconds = 1.5;
 constexpr double menuOpensSeconds = 1.5;
 constexpr std::size_t mostPlaces = 60;
 constexpr std::size_t mostActingElements = 12;
+
+// The writes that may select an entry, of the list that holds it or of the entry itself.
+struct SelectionWrite {
+  const char* attribute;
+  bool ofList;
+};
+constexpr std::array<SelectionWrite, 3> selectionWrites{
+    {{"AXSelectedRows", true}, {"AXSelected", false}, {"AXSelectedChildren", true}}};
+
+constexpr std::array<const char*, 2> openingActions{"AXOpen", "AXPress"};
 
 using Elements = std::vector<Element>;
 using Paths = std::vector<std::string>;
@@ -49,10 +58,6 @@ std::optional<std::size_t> depthOf(const Paths& paths, const std::string& locati
     if (sameFile(location, paths[depth])) return depth;
   }
   return {};
-}
-
-bool isNameOf(const std::string& name, const std::string& path) {
-  return !name.empty() && (name == lastPathComponent(path) || name == fileManagerDisplayName(path));
 }
 
 bool offersAction(const Element& element, const char* action) {
@@ -123,34 +128,33 @@ bool entryNames(const PanelChoice& choice, const Element& entry, const std::stri
   });
 }
 
-// Selects the entry in every way that there is, until it is seen to have worked.
+void writeSelection(const SelectionWrite& write, const std::optional<Element>& list,
+                    const Element& entry) {
+  if (!write.ofList) {
+    setTrue(entry, write.attribute);
+  } else if (list) {
+    setElements(*list, write.attribute, {entry});
+  }
+}
+
+// Selects the entry in one way after the other, until it is seen to have worked.
 bool selectEntry(PanelChoice& choice, const Element& entry, const Condition& worked) {
   const auto sight = glance(choice);
   const auto list = sight ? sight->list : std::nullopt;
-  const std::array<std::function<void()>, 3> ways{[&] {
-                                                    if (list)
-                                                      setElements(*list, "AXSelectedRows", {entry});
-                                                  },
-                                                  [&] { setTrue(entry, "AXSelected"); },
-                                                  [&] {
-                                                    if (list)
-                                                      setElements(*list, "AXSelectedChildren",
-                                                                  {entry});
-                                                  }};
-  for (const auto& way : ways) {
-    way();
-    if (worked()) return true;
-    if (pollUntil(withinDeadline(choice, entrySelectedSeconds), walkPollSeconds, worked))
-      return true;
+  for (const SelectionWrite& write : selectionWrites) {
+    if (!mayActOn(choice, entry)) return false;
+    writeSelection(write, list, entry);
+    const double seconds = withinDeadline(choice, entrySelectedSeconds);
+    if (worked() || pollUntil(seconds, walkPollSeconds, worked)) return true;
   }
   return false;
 }
 
 // Performs what opens the entry, on each of its elements that offers it, until the folder is shown.
 bool performOpening(PanelChoice& choice, const Element& entry, const std::string& folder) {
-  for (const char* action : {"AXOpen", "AXPress"}) {
+  for (const char* action : openingActions) {
     for (const Element& element : actingElements(entry)) {
-      if (!offersAction(element, action)) continue;
+      if (!mayActOn(choice, element) || !offersAction(element, action)) continue;
       if (!entryNames(choice, entry, folder)) return showsWithin(choice, folder, 0);
       performAction(action, element);
       if (showsWithin(choice, folder, folderOpensSeconds)) return true;
@@ -202,13 +206,14 @@ std::string walkFromPlace(PanelChoice& choice, const Paths& paths, const Startin
 // Shows a place of the sidebar in every way that there is, until it is seen.
 bool showPlace(PanelChoice& choice, const Element& row, const std::string& folder) {
   const Condition shown = [&] { return showsWithin(choice, folder, placeShownSeconds); };
+  if (!mayActOn(choice, row)) return false;
   setTrue(row, "AXSelected");
   if (shown()) return true;
   if (choice.parts.sidebar) setElements(*choice.parts.sidebar, "AXSelectedRows", {row});
   if (shown()) return true;
-  for (const char* action : {"AXOpen", "AXPress"}) {
+  for (const char* action : openingActions) {
     for (const Element& element : actingElements(row)) {
-      if (!offersAction(element, action)) continue;
+      if (!mayActOn(choice, element) || !offersAction(element, action)) continue;
       performAction(action, element);
       if (shown()) return true;
     }
@@ -280,6 +285,7 @@ std::optional<Element> openMenuOf(const PanelChoice& choice, const Element& popu
     });
   };
   if (look()) return menu;
+  if (!mayActOn(choice, popup)) return {};
   performAction(offersAction(popup, "AXShowMenu") ? "AXShowMenu" : "AXPress", popup);
   pollUntil(withinDeadline(choice, menuOpensSeconds), walkPollSeconds, look);
   return menu;
@@ -360,6 +366,24 @@ std::vector<StartingPlace> startingPlaces(PanelChoice& choice, const Paths& path
   return places;
 }
 
+// The attempts so far, of which the first one's problem is told.
+struct WalkAttempts {
+  const PanelChoice& choice;
+  const Paths& paths;
+  std::string problem;
+
+  // Whether no other place is tried: the target is proven, or only the last step failed, which no
+  // other place makes easier.
+  bool end(const std::string& result) {
+    if (problem.empty()) problem = result;
+    if (result.empty()) problem.clear();
+    const auto& last = choice.lastSight;
+    const bool lastStep = paths.size() > 1 && last && last->folder &&
+                          sameFile(*last->folder, paths[paths.size() - 2]);
+    return result.empty() || lastStep;
+  }
+};
+
 }  // namespace
 
 std::string takeTargetEntry(PanelChoice& choice) {
@@ -378,31 +402,25 @@ std::string walkToTarget(PanelChoice& choice) {
   const Paths paths = pathsTo(choice.target.path);
   const auto sight = glance(choice);
   const std::size_t byMenu = commonDepth(paths, sight ? sight->folder : std::nullopt);
-  std::string problem;
-  const auto tried = [&](const std::string& result) {
-    if (problem.empty()) problem = result;
-    return result.empty();
-  };
-  bool menuTried = false;
+  WalkAttempts attempts{choice, paths, {}};
   auto places = startingPlaces(choice, paths);
   sortNearestFirst(places);
+  bool menuTried = false;
   for (const StartingPlace& place : places) {
-    if (withinDeadline(choice, 1) == 0) break;
     if (!menuTried && place.depth < byMenu) {
       menuTried = true;
-      if (tried(walkFromMenu(choice, paths))) return {};
+      if (attempts.end(walkFromMenu(choice, paths))) return attempts.problem;
     }
-    if (tried(walkFromPlace(choice, paths, place))) return {};
+    if (attempts.end(walkFromPlace(choice, paths, place))) return attempts.problem;
   }
-  if (!menuTried && tried(walkFromMenu(choice, paths))) return {};
+  if (!menuTried && attempts.end(walkFromMenu(choice, paths))) return attempts.problem;
   std::vector<StartingPlace> labelled;
   addSidebarPlaces(choice, paths, true, labelled);
   sortNearestFirst(labelled);
   for (const StartingPlace& place : labelled) {
-    if (withinDeadline(choice, 1) == 0) break;
-    if (tried(walkFromPlace(choice, paths, place))) return {};
+    if (attempts.end(walkFromPlace(choice, paths, place))) return attempts.problem;
   }
-  return problem;
+  return attempts.problem;
 }
 
 }  // namespace tessarine

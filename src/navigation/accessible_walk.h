@@ -18,7 +18,7 @@ namespace tessarine {
 // last the target selected (0.6 s for each way), or opened. Empty when the target is proven,
 // otherwise why not, of the nearest place: "/a/b is not listed in /a: what is hidden is reached
 // through the go-to sheet alone", "/a/b does not open", "/a/b cannot be selected", "nothing in the
-// panel leads to /a/b". Throws PanelGone.
+// panel leads to /a/b". Throws as glance does.
 std::string walkToTarget(PanelChoice& choice);
 
 // The last step alone, in the folder around the target, which is shown.

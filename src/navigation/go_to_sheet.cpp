@@ -85,20 +85,19 @@ bool sheetIsOpen(const PanelChoice& choice) {
 
 // Whether a key may go to the process now.
 bool mayPostKeyTo(const PanelChoice& choice, std::int32_t pid) {
-  return holds(choice, choice.keysAreSafe) && answersNow(Element::application(pid)) &&
+  return holds(choice, choice.isAlone) && answersNow(Element::application(pid)) &&
          holds(choice, [&] { return readText(choice.panel.element, "AXRole").has_value(); });
 }
 
-// Opens the sheet unless it is open. The processes that may take its Return; none without a sheet.
-std::vector<std::int32_t> openSheet(PanelChoice& choice) {
-  if (sheetIsOpen(choice)) return choice.keyPids;
+// The process whose chord opened the sheet.
+std::optional<std::int32_t> openSheet(PanelChoice& choice) {
   for (const std::int32_t pid : choice.keyPids) {
     if (!mayPostKeyTo(choice, pid)) continue;
     openGoToFolderSheet(pid);
     choice.sheetTaker = pid;
     const bool opened = pollUntil(withinDeadline(choice, sheetOpensSeconds), sheetPollSeconds,
                                   [&] { return sheetIsOpen(choice); });
-    if (opened) return {pid};
+    if (opened) return pid;
   }
   return {};
 }
@@ -152,39 +151,55 @@ bool sheetGoesWithin(const PanelChoice& choice, const Element& sheet, double sec
   return went;
 }
 
-bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::string& path,
-                  const std::vector<std::int32_t>& takers) {
-  for (const std::int32_t pid : takers) {
-    if (!mayPostKeyTo(choice, pid) || isGone(open.sheet) || !fieldHolds(choice, open.field, path)) {
-      continue;
-    }
-    tapKey(pid, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
-    if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) return true;
-  }
-  return false;
+// Whether a key that would do harm in another panel may go to the process that took the chord.
+bool mayPostKeyInto(const PanelChoice& choice, const Element& sheet, std::int32_t pid) {
+  std::optional<Rect> frame;
+  holds(choice, [&] { return (frame = readFrame(sheet)).has_value(); });
+  return choice.hasNoNewWindow(frame) && mayPostKeyTo(choice, pid) && !isGone(sheet);
 }
 
-// The button that closes the sheet without going anywhere.
-std::optional<Element> closingButtonOf(const Element& sheet) {
+// On old systems the field's own action confirms; on others it does nothing.
+bool confirmByField(const PanelChoice& choice, const OpenSheet& open) {
+  performAction("AXConfirm", open.field);
+  return sheetGoesWithin(choice, open.sheet, sheetClosesSeconds);
+}
+
+bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::string& path,
+                  std::int32_t taker) {
+  if (mayPostKeyInto(choice, open.sheet, taker) && fieldHolds(choice, open.field, path)) {
+    tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
+    if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) return true;
+  }
+  return fieldHolds(choice, open.field, path) && confirmByField(choice, open);
+}
+
+// Whether a button of the sheet closes it without going anywhere: the new sheet's has a subrole,
+// the old one's is called as the panel's own Cancel button, in any language.
+bool closesSheet(const PanelChoice& choice, const Element& button) {
+  if (readText(button, "AXSubrole") == "AXCloseButton") return true;
+  const std::string title = readText(button, "AXTitle").value_or("");
+  const auto& cancel = choice.parts.cancelButton;
+  return tables().cancelButtonTitles.contains(title) ||
+         (cancel && !title.empty() && readText(*cancel, "AXTitle") == title);
+}
+
+std::optional<Element> closingButtonOf(const PanelChoice& choice, const Element& sheet) {
   for (const Element& child : sheetChildren(sheet)) {
-    if (readText(child, "AXRole") != "AXButton") continue;
-    if (readText(child, "AXSubrole") == "AXCloseButton") return child;
-    if (tables().cancelButtonTitles.contains(readText(child, "AXTitle").value_or(""))) return child;
+    if (readText(child, "AXRole") == "AXButton" && closesSheet(choice, child)) return child;
   }
   return {};
 }
 
 bool closeByButton(const PanelChoice& choice, const Element& sheet) {
   std::optional<Element> button;
-  holds(choice, [&] { return (button = closingButtonOf(sheet)).has_value(); });
+  holds(choice, [&] { return (button = closingButtonOf(choice, sheet)).has_value(); });
   if (!button) return false;
   performAction("AXPress", *button);
   return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
 }
 
 bool closeByEscape(const PanelChoice& choice, const Element& sheet) {
-  if (!choice.sheetTaker || !mayPostKeyTo(choice, *choice.sheetTaker) || isGone(sheet))
-    return false;
+  if (!choice.sheetTaker || !mayPostKeyInto(choice, sheet, *choice.sheetTaker)) return false;
   tapKey(*choice.sheetTaker, keyCodeEscape, noModifiers, {}, sheetKeySeconds);
   return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
 }
@@ -201,14 +216,16 @@ std::optional<Element> goToSheetOf(const Element& root) {
 }
 
 std::string goThroughSheet(PanelChoice& choice, const std::string& path) {
-  const auto takers = openSheet(choice);
-  if (takers.empty()) return "no go-to sheet opened";
+  // One that is open already tells nothing about who takes keys.
+  if (sheetIsOpen(choice) && !closeGoToSheet(choice)) return "the go-to sheet does not close";
+  const auto taker = openSheet(choice);
+  if (!taker) return "no go-to sheet opened";
   const auto open = waitForSheetField(choice);
   if (!open || !writePath(choice, open->field, path)) {
     closeGoToSheet(choice);
     return "the go-to sheet did not take the path";
   }
-  if (confirmSheet(choice, *open, path, takers)) return {};
+  if (confirmSheet(choice, *open, path, *taker)) return {};
   closeGoToSheet(choice);
   return "the go-to sheet did not go";
 }

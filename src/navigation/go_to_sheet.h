@@ -18,17 +18,18 @@ namespace tessarine {
 // window. Throws Unanswered.
 std::optional<Element> goToSheetOf(const Element& root);
 
-// Sends the panel to the path through the sheet: one that is open already, or one that opens within
-// 1.3 s of Command-Shift-G to one of the processes in turn. Its field has 2 s to appear and half a
-// second to hold the path, once more after a second write. Return goes to the process that took the
-// chord (with a sheet that was open already to each in turn), and the sheet has 3 s to go. A sheet
-// that does not take the path or does not go is closed. Empty when the sheet went; otherwise why it
-// did not: "no go-to sheet opened", "the go-to sheet did not take the path", "the go-to sheet did
-// not go". Where it led is not looked at. Throws PanelGone.
+// Sends the panel to the path through the sheet, which opens within 1.3 s of Command-Shift-G to one
+// of the processes in turn; one that is open already is closed first, as it tells nothing about who
+// takes keys. Its field has 2 s to appear and half a second to hold the path, once more after a
+// second write. Return goes to the process that took the chord, and the sheet has 3 s to go; then
+// its field's "AXConfirm" is tried, for 1.5 s. A sheet that does not take the path or does not go is
+// closed. Empty when the sheet went; otherwise why it did not: "the go-to sheet does not close", "no
+// go-to sheet opened", "the go-to sheet did not take the path", "the go-to sheet did not go". Where
+// it led is not looked at. Throws as glance does.
 std::string goThroughSheet(PanelChoice& choice, const std::string& path);
 
 // Closes the sheet, if one is open: by its own button, or else by Escape to the process that took
-// the chord. Whether none is seen then, within 1.5 s each. Throws PanelGone.
+// the chord. Whether none is seen then, within 1.5 s each. Throws as glance does.
 bool closeGoToSheet(PanelChoice& choice);
 
 }  // namespace tessarine

@@ -19,6 +19,10 @@ void lookForPartsAgain(PanelChoice& choice) {
   }
 }
 
+void requireTime(const PanelChoice& choice) {
+  if (currentTime() > choice.deadline) throw TimeIsUp();
+}
+
 bool seesWithin(const PanelChoice& choice, double seconds, const Condition& condition) {
   return condition() || pollUntil(withinDeadline(choice, seconds), glancePollSeconds, condition);
 }
@@ -30,8 +34,10 @@ double withinDeadline(const PanelChoice& choice, double seconds) {
 }
 
 std::optional<PanelSight> glance(PanelChoice& choice) {
+  requireTime(choice);
   try {
-    return lookAt(choice.parts);
+    choice.lastSight = lookAt(choice.parts);
+    return choice.lastSight;
   } catch (const Unanswered& unanswered) {
     if (!unanswered.gone()) return {};
   }
@@ -58,12 +64,17 @@ bool showsWithin(PanelChoice& choice, const std::string& folder, double seconds)
 }
 
 bool holds(const PanelChoice& choice, const std::function<bool()>& request) {
+  requireTime(choice);
   try {
     return request();
   } catch (const Unanswered& unanswered) {
     if (unanswered.gone() && isGone(choice.panel.element)) throw PanelGone();
     return false;
   }
+}
+
+bool mayActOn(const PanelChoice& choice, const Element& element) {
+  return holds(choice, [&] { return readText(element, "AXRole").has_value(); });
 }
 
 }  // namespace tessarine

@@ -120,19 +120,20 @@ bool isServiceOf(const ProcessSurvey& survey, std::int32_t primaryPid, std::int3
 
 }  // namespace
 
-ProcessSurvey surveyProcesses() {
+ProcessSurvey surveyProcesses(double helperSeconds) {
   ProcessSurvey survey;
   const std::string listing = commandOutput(psPath, {"-axo", "pid=,command="});
   for (const std::string& line : splitDroppingEmpty(listing, '\n')) {
     if (auto process = parseProcess(line)) survey.processes.push_back(std::move(*process));
   }
-  survey.windows = listedWindows();
+  survey.windows = listedWindows(helperSeconds);
   return survey;
 }
 
-std::optional<std::vector<PanelWindowRef>> listedWindows() {
+std::optional<std::vector<PanelWindowRef>> listedWindows(double helperSeconds) {
+  if (!(helperSeconds > 0)) return {};
   const auto listing =
-      commandOutputWithin(helperExecutable(captureHelperName), {"list"}, surveySeconds);
+      commandOutputWithin(helperExecutable(captureHelperName), {"list"}, helperSeconds);
   if (!listing) return {};
   Windows windows;
   for (const std::string& line : splitDroppingEmpty(*listing, '\n')) {
@@ -200,6 +201,17 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
     if (owned && rectsEqual(window.frame, frame)) standing.push_back(window);
   }
   return standing;
+}
+
+bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
+                    const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
+                    const std::optional<Rect>& left) {
+  return std::any_of(now.begin(), now.end(), [&](const PanelWindowRef& window) {
+    const bool owned = std::find(owners.begin(), owners.end(), window.pid) != owners.end();
+    if (!owned || (left && rectsEqual(window.frame, *left))) return false;
+    return windowsAt(now, {window.pid}, window.frame).size() >
+           windowsAt(before, {window.pid}, window.frame).size();
+  });
 }
 
 }  // namespace tessarine

@@ -28,11 +28,12 @@ struct ProcessSurvey {
 // How long a look waits for the capture helper at most, which itself takes up to 2 s.
 inline constexpr double surveySeconds = 3.0;
 
-// Runs "/bin/ps" and the capture helper's "list".
-ProcessSurvey surveyProcesses();
+// Runs "/bin/ps" and the capture helper's "list", which has `helperSeconds` for it; with 0 it is
+// not run.
+ProcessSurvey surveyProcesses(double helperSeconds = surveySeconds);
 
-// The same windows, afresh.
-std::optional<std::vector<PanelWindowRef>> listedWindows();
+// The windows alone.
+std::optional<std::vector<PanelWindowRef>> listedWindows(double helperSeconds = surveySeconds);
 
 // The name of the application that a command line starts: NAME in
 // ".../NAME.app/Contents/MacOS/...", of a helper process its own; empty for any other command line.
@@ -62,5 +63,11 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
 // Those listed windows of the processes that stand exactly there.
 std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows,
                                       const std::vector<std::int32_t>& owners, const Rect& frame);
+
+// Whether the processes have more windows somewhere than before. Those that stand exactly where
+// `left` says are left out.
+bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
+                    const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
+                    const std::optional<Rect>& left);
 
 }  // namespace tessarine

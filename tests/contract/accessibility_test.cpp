@@ -16,12 +16,24 @@ TEST_F(Contract, AnApplicationElementNeedsNoApplication) {
   EXPECT_FALSE(one == Element::application(ownProcess()));
 }
 
+TEST_F(Contract, AnApplicationElementTellsItsProcessAlsoWhenThereIsNone) {
+  EXPECT_EQ(elementPid(Element::application(ownProcess())), ownProcess());
+  EXPECT_EQ(elementPid(Element::application(nobody)), nobody);
+}
+
 TEST_F(Contract, RequestsToNobodyFailAndHandNothingOut) {
   const Element application = Element::application(nobody);
   EXPECT_FALSE(axValue(application, "AXWindows"));
   EXPECT_EQ(axActions(application), std::vector<std::string>{});
   EXPECT_NE(setTrue(application, "AXFrontmost"), kAXErrorSuccess);
   EXPECT_FALSE(tryAction("AXRaise", application));
+}
+
+TEST_F(Contract, NobodyIsNotGone) {
+  const Element application = Element::application(nobody);
+  EXPECT_FALSE(isGone(application));
+  EXPECT_FALSE(answersNow(application));
+  EXPECT_THROW(readText(application, "AXRole"), Unanswered);
 }
 
 TEST_F(Contract, TheAnswerLimitIsSetOnTheSystemWideElement) {

@@ -64,6 +64,14 @@ TEST_F(Live, AnElementOfAnApplicationThatHasEndedIsInvalid) {
   EXPECT_EQ(lastError(root), -25202);
 }
 
+TEST_F(Live, ThePanelIsInvalidOnceItHasClosed) {
+  show({});
+  const Element root = panel();
+  tryAction("AXPress", byIdentifier(root, "CancelButton"));
+  EXPECT_EQ(end(), "cancelled");
+  EXPECT_EQ(lastError(root), -25202);
+}
+
 TEST_F(Live, AnApplicationThatHasEndedCannotBeReached) {
   show({});
   const Element root = Element::application(application());
