@@ -344,15 +344,16 @@ std::optional<std::uint32_t> listedStill(const std::vector<PanelWindowRef>& befo
 
 void waitForVerifiedClose(const PanelChoice& choice, const Closing& closing,
                           std::int32_t primaryPid) {
-  const bool gone = pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds,
-                              [&] { return isGone(choice.panel.element); });
-  if (!gone) {
+  const Condition gone = [&] { return isGone(choice.panel.element); };
+  if (!gone() && !pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds, gone)) {
     throw notVerified("the panel did not close within " + formatDouble(closing.seconds) +
                       "s after it was confirmed: what it will choose is unknown");
   }
-  std::optional<std::uint32_t> listed;
-  pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
-            [&] { return !(listed = listedStill(closing.windows)); });
+  std::optional<std::uint32_t> listed = listedStill(closing.windows);
+  if (listed) {
+    pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
+              [&] { return !(listed = listedStill(closing.windows)); });
+  }
   if (listed) {
     throw notVerified("the panel is gone, but its window " + std::to_string(*listed) +
                       " is still listed: what it chose is unknown");
@@ -378,6 +379,8 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnsw
         "the panel was gone before its confirm button was pressed: what it chose is unknown");
   }
   closing.seconds = closeSecondsAfter(answer);
+  // What was pressed is awaited, also at the end of the time.
+  choice.deadline = std::max(choice.deadline, currentTime() + closeSeconds);
   waitForVerifiedClose(choice, closing, primaryPid);
   return proven.proof;
 }
