@@ -171,6 +171,7 @@ PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Tar
           .hasNoNewWindow = hasNoNewWindow,
           .deadline = deadline,
           .sheetTaker = {},
+          .returnUnderWay = false,
           .lastSight = {},
           .problem = {}};
 }
@@ -389,9 +390,11 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnsw
 
 std::string timeIsUpText(const PanelChoice& choice) {
   const bool proven = choice.lastSight && proofOf(*choice.lastSight, choice.target);
-  return "the time is up, and " +
-         (proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
-                 : mismatchText(choice));
+  const std::string text =
+      proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
+             : mismatchText(choice);
+  return "the time is up, and " + text +
+         (choice.returnUnderWay ? ": what it will choose is unknown" : "");
 }
 
 // Best effort, for errors: what was opened is closed.
