@@ -171,6 +171,7 @@ PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Tar
           .hasNoNewWindow = hasNoNewWindow,
           .deadline = deadline,
           .sheetTaker = {},
+          .returnUnderWay = false,
           .lastSight = {},
           .problem = {}};
 }
@@ -344,15 +345,16 @@ std::optional<std::uint32_t> listedStill(const std::vector<PanelWindowRef>& befo
 
 void waitForVerifiedClose(const PanelChoice& choice, const WatchedClose& closing,
                           std::int32_t primaryPid) {
-  const bool gone = pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds,
-                              [&] { return isGone(choice.panel.element); });
-  if (!gone) {
+  const Condition gone = [&] { return isGone(choice.panel.element); };
+  if (!gone() && !pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds, gone)) {
     throw notVerified("the panel did not close within " + formatDouble(closing.seconds) +
                       "s after it was confirmed: what it will choose is unknown");
   }
-  std::optional<std::uint32_t> listed;
-  pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
-            [&] { return !(listed = listedStill(closing.windows)); });
+  std::optional<std::uint32_t> listed = listedStill(closing.windows);
+  if (listed) {
+    pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
+              [&] { return !(listed = listedStill(closing.windows)); });
+  }
   if (listed) {
     throw notVerified("the panel is gone, but its window " + std::to_string(*listed) +
                       " is still listed: what it chose is unknown");
@@ -378,6 +380,8 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnsw
         "the panel was gone before its confirm button was pressed: what it chose is unknown");
   }
   closing.seconds = closeSecondsAfter(answer);
+  // What was pressed is awaited, also at the end of the time.
+  choice.deadline = std::max(choice.deadline, currentTime() + closeSeconds);
   waitForVerifiedClose(choice, closing, primaryPid);
   return proven.proof;
 }
@@ -386,9 +390,11 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnsw
 
 std::string timeIsUpText(const PanelChoice& choice) {
   const bool proven = choice.lastSight && proofOf(*choice.lastSight, choice.target);
-  return "the time is up, and " +
-         (proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
-                 : mismatchText(choice));
+  const std::string text =
+      proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
+             : mismatchText(choice);
+  return "the time is up, and " + text +
+         (choice.returnUnderWay ? ": what it will choose is unknown" : "");
 }
 
 // Best effort, for errors: what was opened is closed.

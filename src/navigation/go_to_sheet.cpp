@@ -164,11 +164,15 @@ bool confirmByField(const PanelChoice& choice, const OpenSheet& open) {
   return sheetGoesWithin(choice, open.sheet, sheetClosesSeconds);
 }
 
-bool confirmSheet(const PanelChoice& choice, const OpenSheet& open, const std::string& path,
+bool confirmSheet(PanelChoice& choice, const OpenSheet& open, const std::string& path,
                   std::int32_t taker) {
   if (mayPostKeyInto(choice, open.sheet, taker) && fieldHolds(choice, open.field, path)) {
     tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
-    if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) return true;
+    choice.returnUnderWay = true;
+    if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) {
+      choice.returnUnderWay = false;
+      return true;
+    }
   }
   return fieldHolds(choice, open.field, path) && confirmByField(choice, open);
 }
