@@ -30,16 +30,38 @@ struct Way {
   bool files = false;  // it is tried on a file panel
 };
 
-const std::vector<Way>& ways() {
-  static const std::vector<Way> all{
-      {"choose-folder, strict", {"choose-folder", "--strict-background"}},
-      {"choose-folder", {"choose-folder"}},
-      {"choose-folder, foreground", {"choose-folder", "--temporary-foreground"}},
-      {"choose-path of a file", {"choose-path"}, true},
-      {"choose-path of a folder", {"choose-path"}},
-      {"close", {"close"}},
-  };
-  return all;
+// The ways of one table.
+struct Ways {
+  std::string name;
+  std::vector<Way> ways;
+  std::size_t longestMessage;  // so much of an error's text, for the cells to stay narrow
+};
+
+const Ways& waysWithout() {
+  static const Ways ways{
+      "Without `--verify`",
+      {
+          {"choose-folder, strict", {"choose-folder", "--strict-background"}},
+          {"choose-folder", {"choose-folder"}},
+          {"choose-folder, foreground", {"choose-folder", "--temporary-foreground"}},
+          {"choose-path of a file", {"choose-path"}, true},
+          {"choose-path of a folder", {"choose-path"}},
+          {"close", {"close"}},
+      },
+      48};
+  return ways;
+}
+
+const Ways& waysWith() {
+  static const Ways ways{
+      "With `--verify`",
+      {
+          {"choose-folder `--verify`", {"choose-folder", "--verify"}},
+          {"choose-path `--verify` of a file", {"choose-path", "--verify"}, true},
+          {"choose-path `--verify` of a folder", {"choose-path", "--verify"}},
+      },
+      90};
+  return ways;
 }
 
 // --- The folders of the trial. ---
@@ -132,10 +154,13 @@ std::vector<std::string> commandLine(const Fact& fact, const Way& way) {
   return words;
 }
 
-// The beginning of a message, up to a word's end.
-std::string firstWords(const std::string& message) {
-  constexpr std::size_t longest = 48;
-  const std::string line = message.substr(0, message.find('\n'));
+// The beginning of a message, up to a word's end; paths from the trial's folder on.
+std::string firstWords(const std::string& message, std::size_t longest) {
+  std::string line = message.substr(0, message.find('\n'));
+  const std::string folder = trial.string() + "/";
+  for (auto at = line.find(folder); at != std::string::npos; at = line.find(folder)) {
+    line.erase(at, folder.size());
+  }
   if (line.size() <= longest) return line;
   return line.substr(0, line.rfind(' ', longest)) + " …";
 }
@@ -164,7 +189,7 @@ std::string secondsText(double seconds) {
   return text.data();
 }
 
-Cell tried(const Fact& fact, const Way& way) {
+Cell tried(const Fact& fact, const Way& way, std::size_t longestMessage) {
   const WithoutNewCopies tidy;
   World world("no-panel", desktopOf(fact, way));
   const Outcome outcome = world.run(commandLine(fact, way));
@@ -172,7 +197,9 @@ Cell tried(const Fact& fact, const Way& way) {
   const std::string verdict = withShortPath(world.verdict());
   if (verdict.starts_with("unreported")) return {Kind::unreported, "**" + verdict + "**" + rest};
   if (verdict != "true") return {Kind::wrong, "**wrong**: " + verdict + rest};
-  if (outcome.exitStatus != 0) return {Kind::error, "“" + firstWords(outcome.errors) + "”" + rest};
+  if (outcome.exitStatus != 0) {
+    return {Kind::error, "“" + firstWords(outcome.errors, longestMessage) + "”" + rest};
+  }
   if (outcome.output.find("\"closed\": 0") != std::string::npos) {
     return {Kind::error, "“closed: 0”" + rest};
   }
@@ -227,16 +254,16 @@ sheet's Return confirms, or where the other browser's panel stays open.
 
 using Totals = std::map<std::string, std::map<Kind, int>>;
 
-void writeTable(std::ostream& page, const FactGroup& group, Totals& totals) {
-  page << "\n## " << group.title << "\n\n| |";
-  for (const Way& way : ways()) page << ' ' << way.name << " |";
+void writeTable(std::ostream& page, const FactGroup& group, const Ways& ways, Totals& totals) {
+  page << "\n| " << ways.name << " |";
+  for (const Way& way : ways.ways) page << ' ' << way.name << " |";
   page << "\n|---|";
-  for (std::size_t i = 0; i < ways().size(); ++i) page << "---|";
+  for (std::size_t i = 0; i < ways.ways.size(); ++i) page << "---|";
   page << '\n';
   for (const Fact& fact : group.facts) {
     page << "| " << fact.name << " |";
-    for (const Way& way : ways()) {
-      const Cell cell = tried(fact, way);
+    for (const Way& way : ways.ways) {
+      const Cell cell = tried(fact, way, ways.longestMessage);
       ++totals[way.name][cell.kind];
       page << ' ' << cell.text << " |";
     }
@@ -244,10 +271,8 @@ void writeTable(std::ostream& page, const FactGroup& group, Totals& totals) {
   }
 }
 
-void writeTotals(std::ostream& page, Totals& totals) {
-  page
-      << "\n## Totals\n\n| | right | error | **wrong** | **unreported** |\n|---|---|---|---|---|\n";
-  for (const Way& way : ways()) {
+void writeTotals(std::ostream& page, const Ways& ways, Totals& totals) {
+  for (const Way& way : ways.ways) {
     page << "| " << way.name;
     for (const Kind kind : {Kind::right, Kind::error, Kind::wrong, Kind::unreported}) {
       page << " | " << totals[way.name][kind];
@@ -256,11 +281,11 @@ void writeTotals(std::ostream& page, Totals& totals) {
   }
 }
 
-std::string totalsSentence(const Totals& totals) {
+std::string sums(const Ways& ways, Totals& totals) {
   std::map<Kind, int> sums;
   int all = 0;
-  for (const auto& [way, counts] : totals) {
-    for (const auto& [kind, count] : counts) {
+  for (const Way& way : ways.ways) {
+    for (const auto& [kind, count] : totals[way.name]) {
       sums[kind] += count;
       all += count;
     }
@@ -271,14 +296,26 @@ std::string totalsSentence(const Totals& totals) {
          std::to_string(sums[Kind::unreported]) + " chose although they reported an error";
 }
 
+std::string totalsText(Totals& totals) {
+  return "with `--verify`, " + sums(waysWith(), totals) + "; without it, " +
+         sums(waysWithout(), totals);
+}
+
 std::string pageText() {
   const Folders folders;
   Totals totals;
   std::ostringstream tables;
-  for (const FactGroup& group : factGroups()) writeTable(tables, group, totals);
+  for (const FactGroup& group : factGroups()) {
+    tables << "\n## " << group.title << '\n';
+    for (const Ways* ways : {&waysWith(), &waysWithout()}) {
+      writeTable(tables, group, *ways, totals);
+    }
+  }
   std::ostringstream page;
-  page << beginning << "\nAltogether, " << totalsSentence(totals) << ".\n";
-  writeTotals(page, totals);
+  page
+      << beginning << "\nAltogether, " << totalsText(totals) << ".\n"
+      << "\n## Totals\n\n| | right | error | **wrong** | **unreported** |\n|---|---|---|---|---|\n";
+  for (const Ways* ways : {&waysWith(), &waysWithout()}) writeTotals(page, *ways, totals);
   page << tables.str();
   return page.str();
 }
