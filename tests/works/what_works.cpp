@@ -229,27 +229,37 @@ Then the seconds that it took, and what it disturbed: `mouse`, mouse events were
 `session`, events went to the whole session; `front`, another application came to the front, if
 only for a while.
 
-**Where it can be relied on.** Where keys reach the process that accessibility shows the panel
-in: a panel that its service alone exposes, with keys to the service; a sheet or a window of the
-browser that takes keys from the browser. In Chinese, or with a prompt that the tool knows.
+**With `--verify`.** Wherever accessibility shows the panel, in any language, whoever takes the
+keys and whether or not anything is listed; where no keys arrive it goes from entry to entry, which
+takes some seconds more. No mouse, nothing to the session, nothing brought forward. It ends in an
+error where there is nothing to see: a panel that no tree shows, windows on another space, no
+Accessibility; and on an old panel without identifiers whose button it does not know. Where the
+go-to sheet's Return confirms the panel, too, the panel has chosen before anything was proven: that
+is an error, which says that what was chosen is unknown, and counts as **unreported** here.
+
+**Without it: where it can be relied on.** Where keys reach the process that accessibility shows
+the panel in: a panel that its service alone exposes, with keys to the service; a sheet or a window
+of the browser that takes keys from the browser. In Chinese, or with a prompt that the tool knows.
 There each way of choosing works in the background, also in columns, with icons, with slow
 requests and with an awkward name; in a folder of thousands of entries the strict way and
 `choose-path` alone end in time. Where keys posted to a process do not arrive,
 `--temporary-foreground` still works on the Chinese sheets and windows, unless both the
-workspace and System Events refuse to bring the browser forward.
+workspace and System Events refuse to bring the browser forward. A panel that no tree shows is
+chosen in by the blind routes alone, where its clicks arrive.
 
-**Where it fails honestly.** On Chromium's own sheets in the background: the keys go to the
-browser, which drops them; in English and German the sheet is not recognised at all, in front
+**Without it: where it fails honestly.** On Chromium's own sheets in the background: the keys go to
+the browser, which drops them; in English and German the sheet is not recognised at all, in front
 neither. Without Accessibility, without the helper, in the background on another space. It takes
 up to the watchdog's time, and without `--strict-background` it clicks meanwhile.
 
-**Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost
-but the Choose button answers, the panel chooses the folder that it showed before. The strict
-way knows folders by their names alone. Where no window of the panel is listed, a panel that is
-open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of
+**Without it: where it lies.** `choose-path` of a folder confirms what it does not see: where keys
+are lost but the Choose button answers, the panel chooses the folder that it showed before. The
+strict way knows folders by their names alone. Where no window of the panel is listed, a panel that
+is open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of
 the go-to sheet is chosen for what was typed. With two browsers of one name, `close` cancels the
 panels of both. And it chooses, but reports an error, where the panel is slow, where the go-to
-sheet's Return confirms, or where the other browser's panel stays open.
+sheet's Return confirms, or where the other browser's panel stays open. [Limits](limits.md) takes
+these cases, and more, one by one.
 )";
 
 using Totals = std::map<std::string, std::map<Kind, int>>;
