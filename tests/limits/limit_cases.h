@@ -28,7 +28,7 @@ inline void PrintTo(const LimitCase& limit, std::ostream* stream) {
   *stream << limit.heading;
 }
 
-// In the page's order.
+// All that one desktop can show.
 const std::vector<LimitCase>& limitCases();
 
 }  // namespace tessarine::test
