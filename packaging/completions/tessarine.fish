@@ -20,7 +20,7 @@ complete -c tessarine -n "__fish_seen_subcommand_from $commands" -l timeout -x -
 complete -c tessarine -n "__fish_seen_subcommand_from $commands" -l quiet -d 'Accepted, changes nothing'
 complete -c tessarine -n "__fish_seen_subcommand_from choose-folder choose-path" -l path -r -F -d 'What to choose'
 complete -c tessarine -n "__fish_seen_subcommand_from choose-folder" -l prefer-background-panel -d 'Try the captured panel first'
-complete -c tessarine -n "__fish_seen_subcommand_from close choose-folder" -l strict-background -d 'Nothing to the session; close may click'
+complete -c tessarine -n "__fish_seen_subcommand_from close choose-folder" -l strict-background -d 'Never leave the background'
 complete -c tessarine -n "__fish_seen_subcommand_from close choose-folder" -l temporary-foreground -d 'Bring the browser to the front meanwhile'
 complete -c tessarine -n "__fish_seen_subcommand_from close choose-folder choose-path list-background-panels" -l exclude-window-id -x -d 'Leave a panel window out of account'
 complete -c tessarine -n "__fish_seen_subcommand_from click-point" -l x -x -d 'Points from the left'
