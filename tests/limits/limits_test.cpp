@@ -230,7 +230,8 @@ Page readPage() {
 // The link to a heading, as pages are shown.
 std::string linkTo(const std::string& heading) {
   std::string anchor;
-  for (const unsigned char byte : heading) {
+  for (const char letter : heading) {
+    const auto byte = static_cast<unsigned char>(letter);
     if (byte == ' ') anchor += '-';
     if (byte == '-' || std::isalnum(byte) != 0) anchor += static_cast<char>(std::tolower(byte));
   }
