@@ -30,16 +30,38 @@ struct Way {
   bool files = false;  // it is tried on a file panel
 };
 
-const std::vector<Way>& ways() {
-  static const std::vector<Way> all{
-      {"choose-folder, strict", {"choose-folder", "--strict-background"}},
-      {"choose-folder", {"choose-folder"}},
-      {"choose-folder, foreground", {"choose-folder", "--temporary-foreground"}},
-      {"choose-path of a file", {"choose-path"}, true},
-      {"choose-path of a folder", {"choose-path"}},
-      {"close", {"close"}},
-  };
-  return all;
+// The ways of one table.
+struct Ways {
+  std::string name;
+  std::vector<Way> ways;
+  std::size_t longestMessage;  // so much of an error's text, for the cells to stay narrow
+};
+
+const Ways& waysWithout() {
+  static const Ways ways{
+      "Without `--verify`",
+      {
+          {"choose-folder, strict", {"choose-folder", "--strict-background"}},
+          {"choose-folder", {"choose-folder"}},
+          {"choose-folder, foreground", {"choose-folder", "--temporary-foreground"}},
+          {"choose-path of a file", {"choose-path"}, true},
+          {"choose-path of a folder", {"choose-path"}},
+          {"close", {"close"}},
+      },
+      48};
+  return ways;
+}
+
+const Ways& waysWith() {
+  static const Ways ways{
+      "With `--verify`",
+      {
+          {"choose-folder `--verify`", {"choose-folder", "--verify"}},
+          {"choose-path `--verify` of a file", {"choose-path", "--verify"}, true},
+          {"choose-path `--verify` of a folder", {"choose-path", "--verify"}},
+      },
+      90};
+  return ways;
 }
 
 // --- The folders of the trial. ---
@@ -132,10 +154,13 @@ std::vector<std::string> commandLine(const Fact& fact, const Way& way) {
   return words;
 }
 
-// The beginning of a message, up to a word's end.
-std::string firstWords(const std::string& message) {
-  constexpr std::size_t longest = 48;
-  const std::string line = message.substr(0, message.find('\n'));
+// The beginning of a message, up to a word's end; paths from the trial's folder on.
+std::string firstWords(const std::string& message, std::size_t longest) {
+  std::string line = message.substr(0, message.find('\n'));
+  const std::string folder = trial.string() + "/";
+  for (auto at = line.find(folder); at != std::string::npos; at = line.find(folder)) {
+    line.erase(at, folder.size());
+  }
   if (line.size() <= longest) return line;
   return line.substr(0, line.rfind(' ', longest)) + " …";
 }
@@ -164,7 +189,7 @@ std::string secondsText(double seconds) {
   return text.data();
 }
 
-Cell tried(const Fact& fact, const Way& way) {
+Cell tried(const Fact& fact, const Way& way, std::size_t longestMessage) {
   const WithoutNewCopies tidy;
   World world("no-panel", desktopOf(fact, way));
   const Outcome outcome = world.run(commandLine(fact, way));
@@ -172,7 +197,9 @@ Cell tried(const Fact& fact, const Way& way) {
   const std::string verdict = withShortPath(world.verdict());
   if (verdict.starts_with("unreported")) return {Kind::unreported, "**" + verdict + "**" + rest};
   if (verdict != "true") return {Kind::wrong, "**wrong**: " + verdict + rest};
-  if (outcome.exitStatus != 0) return {Kind::error, "“" + firstWords(outcome.errors) + "”" + rest};
+  if (outcome.exitStatus != 0) {
+    return {Kind::error, "“" + firstWords(outcome.errors, longestMessage) + "”" + rest};
+  }
   if (outcome.output.find("\"closed\": 0") != std::string::npos) {
     return {Kind::error, "“closed: 0”" + rest};
   }
@@ -202,41 +229,51 @@ Then the seconds that it took, and what it disturbed: `mouse`, mouse events were
 `session`, events went to the whole session; `front`, another application came to the front, if
 only for a while.
 
-**Where it can be relied on.** Where keys reach the process that accessibility shows the panel
-in: a panel that its service alone exposes, with keys to the service; a sheet or a window of the
-browser that takes keys from the browser. In Chinese, or with a prompt that the tool knows.
+**With `--verify`.** Wherever accessibility shows the panel, in any language, whoever takes the
+keys and whether or not anything is listed; where no keys arrive it goes from entry to entry, which
+takes some seconds more. No mouse, nothing to the session, nothing brought forward. It ends in an
+error where there is nothing to see: a panel that no tree shows, windows on another space, no
+Accessibility; and on an old panel without identifiers whose button it does not know. Where the
+go-to sheet's Return confirms the panel, too, the panel has chosen before anything was proven: that
+is an error, which says that what was chosen is unknown, and counts as **unreported** here.
+
+**Without it: where it can be relied on.** Where keys reach the process that accessibility shows
+the panel in: a panel that its service alone exposes, with keys to the service; a sheet or a window
+of the browser that takes keys from the browser. In Chinese, or with a prompt that the tool knows.
 There each way of choosing works in the background, also in columns, with icons, with slow
 requests and with an awkward name; in a folder of thousands of entries the strict way and
 `choose-path` alone end in time. Where keys posted to a process do not arrive,
 `--temporary-foreground` still works on the Chinese sheets and windows, unless both the
-workspace and System Events refuse to bring the browser forward.
+workspace and System Events refuse to bring the browser forward. A panel that no tree shows is
+chosen in by the blind routes alone, where its clicks arrive.
 
-**Where it fails honestly.** On Chromium's own sheets in the background: the keys go to the
-browser, which drops them; in English and German the sheet is not recognised at all, in front
+**Without it: where it fails honestly.** On Chromium's own sheets in the background: the keys go to
+the browser, which drops them; in English and German the sheet is not recognised at all, in front
 neither. Without Accessibility, without the helper, in the background on another space. It takes
 up to the watchdog's time, and without `--strict-background` it clicks meanwhile.
 
-**Where it lies.** `choose-path` of a folder confirms what it does not see: where keys are lost
-but the Choose button answers, the panel chooses the folder that it showed before. The strict
-way knows folders by their names alone. Where no window of the panel is listed, a panel that is
-open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of
+**Without it: where it lies.** `choose-path` of a folder confirms what it does not see: where keys
+are lost but the Choose button answers, the panel chooses the folder that it showed before. The
+strict way knows folders by their names alone. Where no window of the panel is listed, a panel that
+is open is taken for closed. Clicks on a list of another layout choose another row. A suggestion of
 the go-to sheet is chosen for what was typed. With two browsers of one name, `close` cancels the
 panels of both. And it chooses, but reports an error, where the panel is slow, where the go-to
-sheet's Return confirms, or where the other browser's panel stays open.
+sheet's Return confirms, or where the other browser's panel stays open. [Limits](limits.md) takes
+these cases, and more, one by one.
 )";
 
 using Totals = std::map<std::string, std::map<Kind, int>>;
 
-void writeTable(std::ostream& page, const FactGroup& group, Totals& totals) {
-  page << "\n## " << group.title << "\n\n| |";
-  for (const Way& way : ways()) page << ' ' << way.name << " |";
+void writeTable(std::ostream& page, const FactGroup& group, const Ways& ways, Totals& totals) {
+  page << "\n| " << ways.name << " |";
+  for (const Way& way : ways.ways) page << ' ' << way.name << " |";
   page << "\n|---|";
-  for (std::size_t i = 0; i < ways().size(); ++i) page << "---|";
+  for (std::size_t i = 0; i < ways.ways.size(); ++i) page << "---|";
   page << '\n';
   for (const Fact& fact : group.facts) {
     page << "| " << fact.name << " |";
-    for (const Way& way : ways()) {
-      const Cell cell = tried(fact, way);
+    for (const Way& way : ways.ways) {
+      const Cell cell = tried(fact, way, ways.longestMessage);
       ++totals[way.name][cell.kind];
       page << ' ' << cell.text << " |";
     }
@@ -244,10 +281,8 @@ void writeTable(std::ostream& page, const FactGroup& group, Totals& totals) {
   }
 }
 
-void writeTotals(std::ostream& page, Totals& totals) {
-  page
-      << "\n## Totals\n\n| | right | error | **wrong** | **unreported** |\n|---|---|---|---|---|\n";
-  for (const Way& way : ways()) {
+void writeTotals(std::ostream& page, const Ways& ways, Totals& totals) {
+  for (const Way& way : ways.ways) {
     page << "| " << way.name;
     for (const Kind kind : {Kind::right, Kind::error, Kind::wrong, Kind::unreported}) {
       page << " | " << totals[way.name][kind];
@@ -256,11 +291,11 @@ void writeTotals(std::ostream& page, Totals& totals) {
   }
 }
 
-std::string totalsSentence(const Totals& totals) {
+std::string sums(const Ways& ways, Totals& totals) {
   std::map<Kind, int> sums;
   int all = 0;
-  for (const auto& [way, counts] : totals) {
-    for (const auto& [kind, count] : counts) {
+  for (const Way& way : ways.ways) {
+    for (const auto& [kind, count] : totals[way.name]) {
       sums[kind] += count;
       all += count;
     }
@@ -271,14 +306,26 @@ std::string totalsSentence(const Totals& totals) {
          std::to_string(sums[Kind::unreported]) + " chose although they reported an error";
 }
 
+std::string totalsText(Totals& totals) {
+  return "with `--verify`, " + sums(waysWith(), totals) + "; without it, " +
+         sums(waysWithout(), totals);
+}
+
 std::string pageText() {
   const Folders folders;
   Totals totals;
   std::ostringstream tables;
-  for (const FactGroup& group : factGroups()) writeTable(tables, group, totals);
+  for (const FactGroup& group : factGroups()) {
+    tables << "\n## " << group.title << '\n';
+    for (const Ways* ways : {&waysWith(), &waysWithout()}) {
+      writeTable(tables, group, *ways, totals);
+    }
+  }
   std::ostringstream page;
-  page << beginning << "\nAltogether, " << totalsSentence(totals) << ".\n";
-  writeTotals(page, totals);
+  page
+      << beginning << "\nAltogether, " << totalsText(totals) << ".\n"
+      << "\n## Totals\n\n| | right | error | **wrong** | **unreported** |\n|---|---|---|---|---|\n";
+  for (const Ways* ways : {&waysWith(), &waysWithout()}) writeTotals(page, *ways, totals);
   page << tables.str();
   return page.str();
 }
