@@ -411,7 +411,7 @@ const std::vector<LimitCase> errorsOfVerify{
      nothing,
      {"choose-folder", "--temporary-foreground", "--path", "start/target"},
      {"ok, keys, session, front: Terminal", "true", "chosen start/target"},
-     {"not verified: the panel shows ., not start/target (no go-to sheet opened; start/target "
+     {"not verified: the panel shows start, not start/target (no go-to sheet opened; start/target "
       "cannot be selected), keys",
       "true", "open"}},
     {"All windows on another space",
