@@ -297,16 +297,10 @@ ProvenSight waitUntilProven(PanelChoice& choice) {
 
 // The panel may still be read for a moment after the press landed, which took a while: whoever
 // changed what it shows meanwhile has changed what it chose.
-void refuseOtherSight(PanelChoice& choice, const PanelSight& before) {
-  try {
-    if (stillAsSeen(before, choice.parts)) return;
-    const PanelSight after = lookAt(choice.parts);
-    if (!after.selectionKnown || proofOf(after, choice.target)) return;
-    throw notVerified("the panel showed " + describe(after) + ", not " + choice.target.path +
-                      ", when it was confirmed: what it chose is unknown");
-  } catch (const Unanswered&) {
-    return;  // it is closing
-  }
+void refuseOtherSight(const PanelChoice& choice, const PanelSight& before) {
+  if (!showsOtherwise(before, choice.parts, choice.target)) return;
+  throw notVerified("the panel did not show " + choice.target.path +
+                    " any more when it was confirmed: what it chose is unknown");
 }
 
 // --- WatchedClose. ---

@@ -41,7 +41,7 @@ struct VerifiedChoice {
 //   by ": what it will choose is unknown" when the go-to sheet's Return may still come to something
 //   "the panel closed before it was verified: what it chose is unknown"
 //   "the panel was gone before its confirm button was pressed: what it chose is unknown"
-//   "the panel showed WHAT, not PATH, when it was confirmed: what it chose is unknown"
+//   "the panel did not show PATH any more when it was confirmed: what it chose is unknown"
 //   "the panel did not close within SECONDSs after it was confirmed: what it will choose is
 //   unknown" "the panel is gone, but its window NUMBER is still listed: what it chose is unknown"
 //   "the browser PID ended with its panel: what it chose is unknown"

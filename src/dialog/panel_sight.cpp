@@ -145,6 +145,42 @@ bool hasSelected(const PanelSight& sight, const Target& target) {
   return !alsoShown || !isCalledOtherwise(sight, *sight.selected, target);
 }
 
+// What is read, unless it does not answer.
+template <class Read>
+auto unlessUnanswered(const Read& read) -> std::optional<decltype(read())> {
+  try {
+    return read();
+  } catch (const Unanswered&) {
+    return {};
+  }
+}
+
+bool isSelectionOf(const Elements& selection, const Target& target) {
+  if (selection.size() != 1) return false;
+  const auto location = unlessUnanswered([&] { return entryLocation(selection.front()); });
+  return location && *location && sameFile(**location, target.path);
+}
+
+bool selectsOtherwise(const PanelSight& before, const Target& target) {
+  if (!before.list) return false;
+  const auto selection =
+      unlessUnanswered([&] { return membersOf(*before.list, before.selectionAttribute.c_str()); });
+  if (!selection || *selection == before.selection) return false;
+  // A listing that was built anew selects the same by another element.
+  return before.selection.empty() || !isSelectionOf(*selection, target);
+}
+
+// The listing was built anew, and its last entry, which is no header, stands in another folder.
+bool listsOtherwise(const PanelSight& before) {
+  if (!before.witness || !before.list || !before.folder) return false;
+  const bool rebuilt = unlessUnanswered([&] { return isGone(*before.witness); }).value_or(false);
+  if (!rebuilt) return false;
+  const auto entries = unlessUnanswered([&] { return entriesOf(*before.list, before.view); });
+  if (!entries || entries->empty()) return false;
+  const auto location = unlessUnanswered([&] { return entryLocation(entries->back()); });
+  return location && *location && !sameFile(parentDirectory(**location), *before.folder);
+}
+
 }  // namespace
 
 PanelSight lookAt(const PanelParts& parts) {
@@ -171,6 +207,14 @@ bool stillAsSeen(const PanelSight& sight, const PanelParts& parts) {
 
 bool isNameOf(const std::string& name, const std::string& path) {
   return name == lastPathComponent(path) || name == fileManagerDisplayName(path);
+}
+
+bool showsOtherwise(const PanelSight& before, const PanelParts& parts, const Target& target) {
+  const auto name = unlessUnanswered([&] { return textOf(parts.locationPopup); });
+  const bool renamed = name && *name != before.folderName;
+  // Where an entry is selected it is taken, whatever folder is shown.
+  return (renamed && before.selection.empty()) || selectsOtherwise(before, target) ||
+         listsOtherwise(before);
 }
 
 std::optional<Proof> proofOf(const PanelSight& sight, const Target& target) {

@@ -59,6 +59,12 @@ bool isNameOf(const std::string& name, const std::string& path);
 
 enum class Proof { folderShown, entrySelected };
 
+// Whether the panel, as far as it can still be read, shows something else than it did in a look
+// that proved the target: another name of the folder, another selection than the target, other
+// entries. For a panel that may be closing: what does not answer says nothing, and few requests are
+// made.
+bool showsOtherwise(const PanelSight& before, const PanelParts& parts, const Target& target);
+
 // Why the confirm button would take the target, if it is seen that it would: the target is the only
 // entry selected, or it is a folder, nothing is selected, and the panel shows it. In the column
 // view a folder that is selected is shown, too, and the pop-up must call it so: what is hidden has
