@@ -58,6 +58,22 @@ class HandBuiltPanel : public BareDesktop {
     return entry;
   }
 
+  // What is listed from now on is built anew.
+  void removeEntries() {
+    list->removeChildren();
+    rows_.clear();
+    if (view_ == "ListView") list->set("AXRows", simulator::List{});
+    list->set(selectionAttribute(), simulator::List{});
+  }
+  // The view itself is built anew.
+  void rebuildListing() {
+    rows_.clear();
+    Node& area = *listing->parent();
+    area.removeChild(*listing);
+    listing = list = &add(area, view_, view_ == "IconView" ? "AXList" : "AXOutline");
+    removeEntries();
+  }
+
   void select(const std::vector<const Node*>& entries) {
     simulator::List ids;
     for (const Node* entry : entries) ids.emplace_back(entry->id());

@@ -403,7 +403,7 @@ TEST(StillAsSeen, ThrowsWhenTheListingWasBuiltAnew) {
   Shown shown;
   const PanelParts parts = shown.panel.parts();
   const PanelSight sight = lookAt(parts);
-  shown.panel.list->removeChildren();
+  shown.panel.removeEntries();
   shown.panel.addEntry(shown.other);
   try {
     EXPECT_FALSE(stillAsSeen(sight, parts));
