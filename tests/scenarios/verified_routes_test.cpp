@@ -8,17 +8,10 @@ namespace tessarine::test::verified_routes {
 namespace {
 
 using ::testing::AllOf;
-using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-using Json = nlohmann::ordered_json;
 
 const std::vector<std::string> measured{"chromium-english", "chromium-chinese"};
-
-World::Patches with(World::Patches patches, const World::Patches& more) {
-  patches.insert(patches.end(), more.begin(), more.end());
-  return patches;
-}
 
 VerifiedRun chosen(const FolderWorld& world, std::int32_t dialogPid = browserPid,
                    const std::string& verified = "folder shown") {
@@ -211,7 +204,7 @@ TEST(VerifiedPath, ChoosesAFileWithoutKeys) {
 TEST(VerifiedPath, ChoosesAFolder) {
   FolderWorld world("chromium-english");
   EXPECT_EQ(runVerified(world.world, "choose-path", world.target),
-            (VerifiedRun{verifiedPath(world.target, "file", browserPid, "folder shown"),
+            (VerifiedRun{verifiedPath(world.target, "directory", browserPid, "folder shown"),
                          "chosen " + world.target, noDisturbance}));
   EXPECT_EQ(world.world.verdict(), "true");
 }
@@ -221,22 +214,24 @@ TEST(VerifiedPath, ChoosesAFolder) {
 // Those in which a panel stands that can be led to the folder: the others end in an honest error.
 TEST(VerifiedFolder, IsTrueOnEveryScenario) {
   const std::vector<std::string> others{
-      "two-panels",                 // which of them is meant nobody can say
-      "no-panel",       "unseen-folders", "unseen-tmp-host-chinese", "unseen-tmp-service-chinese",
-      "file-panel-chinese", "file-panel-english", "tmp-files-chinese",  // they choose files
-      "other-space",                // its windows are not to be seen
-  };
-  const auto names = simulator::bundledScenarioNames();
-  EXPECT_GE(names.size(), 40U);
-  for (const std::string& name : names) {
-    World::Patches patches;
-    if (name == "no-panel") continue;
-    FolderWorld world(name, patches);
+      "two-panels",  // which of them is meant nobody can say
+      // No tree shows their panels.
+      "clicks-at-the-corner", "clicks-lost", "other-space", "unseen-folders",
+      "unseen-tmp-host-chinese", "unseen-tmp-service-chinese",
+      // They choose files.
+      "file-panel-chinese", "file-panel-english", "tmp-files-chinese",
+      // The browser answers nobody just when its go-to sheet opens.
+      "busy-browser"};
+  for (const std::string& name : simulator::bundledScenarioNames()) {
+    if (name == "no-panel") continue;  // there is nothing to show a folder of the test's
+    FolderWorld world(name);
     const VerifiedRun run = chooseVerifiedFolder(world);
     EXPECT_EQ(world.world.verdict(), "true") << name;
     const bool other = std::find(others.begin(), others.end(), name) != others.end();
     EXPECT_EQ(run.outcome.exitStatus, other ? 1 : 0) << name << ": " << run.outcome.errors;
-    if (other) EXPECT_THAT(run.outcome.errors, StartsWith("not verified: ")) << name;
+    if (other) {
+      EXPECT_THAT(run.outcome.errors, StartsWith("not verified: ")) << name;
+    }
     EXPECT_EQ(run.disturbed, noDisturbance) << name;
   }
 }
