@@ -56,9 +56,9 @@ TEST(VerifyOption, IsAFlagOfItsOwn) {
 }
 
 TEST(VerifyOption, TakesNoValueAndIsMatchedExactly) {
-  for (const Words& words : {Words{"close", "--pid", "1", "--verify", "true"},
-                             Words{"close", "--pid", "1", "--Verify"},
-                             Words{"close", "--pid", "1", "--verify=1"}}) {
+  for (const Words& words :
+       {Words{"close", "--pid", "1", "--verify", "true"}, Words{"close", "--pid", "1", "--Verify"},
+        Words{"close", "--pid", "1", "--verify=1"}}) {
     EXPECT_THAT(messageOf([&] { parseArgs(words); }), HasSubstr("unknown arg: "));
   }
 }
@@ -99,10 +99,9 @@ TEST(VerifyOption, ChangesNothingOfTheOtherCommands) {
 
 // Whatever the other flags say.
 TEST(VerifyOption, MakesBothCommandsVerify) {
-  for (const Words& more :
-       {Words{}, Words{"--strict-background"}, Words{"--temporary-foreground"},
-        Words{"--prefer-background-panel"}, Words{"--quiet"},
-        Words{"--temporary-foreground", "--prefer-background-panel"}}) {
+  for (const Words& more : {Words{}, Words{"--strict-background"}, Words{"--temporary-foreground"},
+                            Words{"--prefer-background-panel"}, Words{"--quiet"},
+                            Words{"--temporary-foreground", "--prefer-background-panel"}}) {
     for (const char* command : {"choose-folder", "choose-path"}) {
       TemporaryFolder folder;
       folder.makeFolder("target/inner");

@@ -52,14 +52,13 @@ inline Outcome verifiedFolder(const std::string& path, std::int32_t dialogPid = 
   for (const auto& component : std::filesystem::path(path).relative_path()) {
     components.push_back(component.string());
   }
-  nlohmann::ordered_json result{
-      {"ok", true},
-      {"command", "choose-folder"},
-      {"path", path},
-      {"volumeRoot", "/"},
-      {"volumeDisplayName", "Macintosh HD"},
-      {"components", components},
-      {"searchQuery", std::filesystem::path(path).filename().string()}};
+  nlohmann::ordered_json result{{"ok", true},
+                                {"command", "choose-folder"},
+                                {"path", path},
+                                {"volumeRoot", "/"},
+                                {"volumeDisplayName", "Macintosh HD"},
+                                {"components", components},
+                                {"searchQuery", std::filesystem::path(path).filename().string()}};
   result.update(verifiedKeys(dialogPid, verified, path));
   return {0, result.dump(2) + "\n", ""};
 }

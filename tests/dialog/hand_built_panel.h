@@ -95,11 +95,10 @@ class HandBuiltPanel : public BareDesktop {
   Node& root = add(window, "open-panel", "AXSheet");
   Node& split = add(root, "split", "AXSplitGroup");
   Node& popup = add(split, "where popup", "AXPopUpButton", {{"AXValue", ""}});
-  Node& search = add(split, "Search", "AXTextField",
-                     {{"AXSubrole", "AXSearchField"}, {"AXValue", ""}});
+  Node& search =
+      add(split, "Search", "AXTextField", {{"AXSubrole", "AXSearchField"}, {"AXValue", ""}});
   Node& cancel = add(split, "CancelButton", "AXButton", {{"AXTitle", "Cancel"}});
-  Node& confirm =
-      add(split, "OKButton", "AXButton", {{"AXTitle", "Select"}, {"AXEnabled", true}});
+  Node& confirm = add(split, "OKButton", "AXButton", {{"AXTitle", "Select"}, {"AXEnabled", true}});
   Node* listing = nullptr;  // the view
   Node* list = nullptr;     // what entries stand in
 

@@ -19,9 +19,12 @@ std::string calledOf(const std::optional<Element>& element) {
 std::string viewOf(const PanelParts& parts) {
   if (!parts.listing) return "none";
   switch (parts.view) {
-    case ListingView::list: return "list";
-    case ListingView::columns: return "columns";
-    case ListingView::icons: return "icons";
+    case ListingView::list:
+      return "list";
+    case ListingView::columns:
+      return "columns";
+    case ListingView::icons:
+      return "icons";
   }
   return "unknown";
 }
@@ -226,6 +229,38 @@ TEST(OldPanelParts, TakeTheRightOfTwoListsForTheListing) {
     EXPECT_EQ(calledOf(panel.parts().listing), "list");
     EXPECT_EQ(calledOf(panel.parts().sidebar), "sidebar");
   }
+}
+
+TEST(OldPanelParts, TakeTheOtherListForTheListingWhereTheSidebarIsDescribed) {
+  OldPanel panel;
+  panel.put("list", "AXOutline", {}, {0, 0, 500, 300});
+  panel.put("sidebar", "AXOutline", {{"AXDescription", "边栏"}}, {500, 0, 160, 300});
+  EXPECT_EQ(calledOf(panel.parts().listing), "list");
+  EXPECT_EQ(calledOf(panel.parts().sidebar), "sidebar");
+}
+
+TEST(OldPanelParts, HaveNoListingWhereNothingTellsTwoListsApart) {
+  OldPanel panel;
+  panel.put("first", "AXOutline", {}, {160, 0, 500, 300});
+  panel.put("second", "AXOutline", {}, {160, 300, 500, 300});
+  EXPECT_EQ(calledOf(panel.parts().listing), "nothing");
+}
+
+TEST(OldPanelParts, AreAPopUpAndASearchField) {
+  OldPanel panel;
+  panel.put("name", "AXTextField");
+  panel.put("search", "AXTextField", {{"AXSubrole", "AXSearchField"}});
+  panel.put("popup", "AXPopUpButton");
+  EXPECT_EQ(calledOf(panel.parts().searchField), "search");
+  EXPECT_EQ(calledOf(panel.parts().locationPopup), "popup");
+}
+
+// Its go-to sheet may have one all the same.
+TEST(OldPanelParts, AreKnownByTitlesWhenASheetAloneHasAnIdentifier) {
+  OldPanel panel;
+  panel.put("confirm", "AXButton", {{"AXTitle", "Open"}});
+  add(panel.root, "GoToWindow", "AXSheet");
+  EXPECT_EQ(calledOf(panel.parts().confirmButton), "confirm");
 }
 
 TEST(OldPanelParts, KnowColumns) {

@@ -19,8 +19,7 @@ namespace ax = simulator::ax;
 
 std::vector<std::string> namesIn(const BareDesktop& world) {
   std::vector<std::string> names;
-  for (const PanelRoot& root :
-       panelRootsIn({world.appHandle(), browserPid, primaryBrowserLabel})) {
+  for (const PanelRoot& root : panelRootsIn({world.appHandle(), browserPid, primaryBrowserLabel})) {
     const auto called = axString(root.element, "called");
     names.push_back(called.value_or(nameOf(root.element)) +
                     (root.identified ? "" : ", by its title"));
@@ -125,8 +124,8 @@ TEST(PanelRootsIn, AreLookedForAmongAHundredAndFiftyElementsOfEachWindow) {
 }
 
 TEST(PanelRootsIn, AreNotLookedForInPagesToolBarsAndListings) {
-  for (const char* role : {"AXWebArea", "AXToolbar", "AXOutline", "AXTable", "AXList",
-                           "AXBrowser"}) {
+  for (const char* role :
+       {"AXWebArea", "AXToolbar", "AXOutline", "AXTable", "AXList", "AXBrowser"}) {
     BareDesktop world;
     addPanel(add(world.addWindow("Extensions"), "page", role));
     EXPECT_THAT(namesIn(world), IsEmpty()) << role;
@@ -173,6 +172,24 @@ TEST(PanelRootsIn, APageThatIsTitledOpenIsNoPanel) {
   Node& page = add(window, "page", "AXWebArea");
   addControls(page);
   EXPECT_THAT(namesIn(world), IsEmpty());
+}
+
+TEST(PanelRootsIn, AWindowThatIsTitledOpenNeedsBothAListAndAButton) {
+  BareDesktop buttons;
+  Node& question = buttons.addWindow("Open");
+  question.addChild("AXButton").set("AXTitle", std::string("Cancel"));
+  question.addChild("AXButton").set("AXTitle", std::string("Open"));
+  EXPECT_THAT(namesIn(buttons), IsEmpty());
+  BareDesktop list;
+  list.addWindow("Open").addChild("AXOutline").set("AXDescription", std::string("list view"));
+  EXPECT_THAT(namesIn(list), IsEmpty());
+}
+
+TEST(PanelRootsIn, AnEmbeddedChooserWithoutIdentifiersIsTheBrowsersAlone) {
+  World world("chinese-embedded", {{"/panels/0/identifiers", false}});
+  const Element app = Element::application(browserPid);
+  EXPECT_EQ(panelRootsIn({app, browserPid, primaryBrowserLabel}).size(), 1U);
+  EXPECT_THAT(panelRootsIn({app, browserPid, panelServiceLabel}), IsEmpty());
 }
 
 TEST(PanelRootsIn, AnOldPanelOfAnotherTitleIsNone) {
@@ -248,8 +265,7 @@ TEST(OpenPanels, AreNoneWithoutOne) {
 
 TEST(OpenPanels, APanelInBothTreesIsTheBrowsersAlone) {
   for (const char* shape : {"host-sheet", "host-window"}) {
-    World world("chromium-chinese",
-                {{"/panels/0/shape", shape}, {"/panels/0/inBothTrees", true}});
+    World world("chromium-chinese", {{"/panels/0/shape", shape}, {"/panels/0/inBothTrees", true}});
     EXPECT_THAT(ownersIn(panelsOf()), ElementsAre("812 primary-browser")) << shape;
   }
 }
@@ -257,6 +273,27 @@ TEST(OpenPanels, APanelInBothTreesIsTheBrowsersAlone) {
 TEST(OpenPanels, OfTwoAreBothFound) {
   World world("two-panels");
   EXPECT_EQ(panelsOf().size(), 2U);
+}
+
+// What tells them apart is the place, whosever elements stand in them, or the elements.
+TEST(OpenPanels, OneOfTheBrowserAndOneOfTheServiceAreTwo) {
+  World apart("two-panels",
+              {{"/panels/0/shape", "host-sheet"}, {"/panels/0/elementsBelongTo", "host"}});
+  EXPECT_EQ(panelsOf().size(), 2U);
+}
+
+TEST(OpenPanels, OneOfTheBrowserAndOneOfTheServiceAtOnePlaceAreTwo) {
+  World stacked("two-panels",
+                {{"/panels/0/shape", "host-sheet"},
+                 {"/panels/1/frame", {{"x", 320}, {"y", 180}, {"width", 800}, {"height", 450}}}});
+  EXPECT_EQ(panelsOf().size(), 2U);
+}
+
+TEST(OpenPanels, ATitleInOneTreeDoesNotCountBesideAnIdentifierInAnother) {
+  World world("two-panels", {{"/panels/0/shape", "host-window"},
+                             {"/panels/0/identifiers", false},
+                             {"/panels/0/prompt", "Choose"}});
+  EXPECT_THAT(ownersIn(panelsOf()), ElementsAre("900 open-save-panel-service"));
 }
 
 TEST(OpenPanels, AreNotThoseOfASecondBrowser) {

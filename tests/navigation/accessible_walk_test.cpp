@@ -79,6 +79,19 @@ TEST(WalkToTarget, LeadsUpAndDownAgain) {
   expectUndisturbed(moving);
 }
 
+// The folder shown is called like one on the way, and is another one.
+TEST(WalkToTarget, TakesNoItemOfTheMenuThatIsCalledSoByChance) {
+  TemporaryFolder files;
+  files.makeFolder("aside/twin/x");
+  const std::string wanted = files.makeFolder("twin/wanted");
+  MovingPanel moving("chromium-english", {{"/panels/0/folder", files.path() + "/aside/twin"},
+                                          {"/places", nlohmann::ordered_json::array()}});
+  moving.choice.isFolderPanel = true;
+  moving.aimAt(wanted);
+  EXPECT_EQ(walkToTarget(moving.choice), "");
+  EXPECT_NE(proofAfter(moving), "none");
+}
+
 TEST(WalkToTarget, BeginsAtAPlaceOfTheSidebar) {
   TemporaryFolder files;
   const std::string place = files.makeFolder("place");
@@ -128,8 +141,8 @@ TEST(WalkToTarget, SaysThatSomethingIsHidden) {
   moving.choice.isFolderPanel = true;
   const std::string wanted = moving.folders.files.makeFolder("start/.hidden/inner");
   moving.aimAt(wanted);
-  EXPECT_EQ(walkToTarget(moving.choice), moving.folders.start + "/.hidden is not listed in " +
-                                             moving.folders.start + hidden);
+  EXPECT_EQ(walkToTarget(moving.choice),
+            moving.folders.start + "/.hidden is not listed in " + moving.folders.start + hidden);
   expectUndisturbed(moving);
 }
 
@@ -146,8 +159,8 @@ TEST(WalkToTarget, SaysThatAFolderDoesNotOpen) {
 
 TEST(WalkToTarget, SaysThatAFileCannotBeSelected) {
   for (const char* view : {"list", "icons", "columns"}) {
-    MovingPanel moving("file-panel-english", {{"/panels/0/view", view},
-                                              {"/panels/0/faults/ignoresSelection", true}});
+    MovingPanel moving("file-panel-english",
+                       {{"/panels/0/view", view}, {"/panels/0/faults/ignoresSelection", true}});
     const std::string file = moving.folders.files.makeFile("start/report.txt", "text");
     moving.aimAt(file);
     EXPECT_EQ(walkToTarget(moving.choice), file + " cannot be selected") << view;
@@ -190,8 +203,8 @@ TEST(WalkToTarget, SelectsAFileAndOpensItNever) {
 TEST(WalkToTarget, NeverOpensAFileThatCannotBeSelected) {
   for (const char* view : {"list", "icons"}) {
     for (const bool folderPanel : {true, false}) {
-      MovingPanel moving("file-panel-english", {{"/panels/0/view", view},
-                                                {"/panels/0/faults/ignoresSelection", true}});
+      MovingPanel moving("file-panel-english",
+                         {{"/panels/0/view", view}, {"/panels/0/faults/ignoresSelection", true}});
       moving.choice.isFolderPanel = folderPanel;
       moving.aimAt(moving.folders.files.makeFile("start/report.txt", "text"));
       EXPECT_NE(walkToTarget(moving.choice), "");

@@ -65,6 +65,14 @@ TEST(GoToSheetOf, HangsFromTheWindowOfAChooserThatIsAPartOfOne) {
   EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "GoToWindow");
 }
 
+TEST(GoToSheetOf, IsNoOtherPanelOfThatWindow) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  Node& root = add(window, "chooser", "AXGroup");
+  add(add(window, "open-panel", "AXSheet"), "field", "AXTextField");
+  EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "nothing");
+}
+
 TEST(GoToSheetOf, ThrowsWhenThePanelDoesNotAnswer) {
   HandBuiltPanel panel;
   const Element root = panel.rootHandle();
@@ -300,8 +308,7 @@ TEST(CloseGoToSheet, IsDoneWhenNoneIsOpen) {
 
 TEST(CloseGoToSheet, UsesTheSheetsOwnButton) {
   for (const bool old : {false, true}) {
-    MovingPanel moving("goto-sheet-open",
-                       {{"/panels/0/goTo/generation", old ? "old" : "new"}});
+    MovingPanel moving("goto-sheet-open", {{"/panels/0/goTo/generation", old ? "old" : "new"}});
     EXPECT_TRUE(closeGoToSheet(moving.choice)) << old;
     EXPECT_EQ(nameOf(goToSheetOf(moving.choice.panel.element)), "nothing") << old;
     EXPECT_THAT(moving.keys(), IsEmpty()) << old;
@@ -311,8 +318,8 @@ TEST(CloseGoToSheet, UsesTheSheetsOwnButton) {
 }
 
 TEST(CloseGoToSheet, PressesEscapeToTheProcessThatTookTheChord) {
-  MovingPanel moving("goto-sheet-open", {{"/panels/0/faults/pressRefused", -25200},
-                                         {"/panels/0/keysReach", "both"}});
+  MovingPanel moving("goto-sheet-open",
+                     {{"/panels/0/faults/pressRefused", -25200}, {"/panels/0/keysReach", "both"}});
   moving.choice.sheetTaker = browserPid;
   EXPECT_TRUE(closeGoToSheet(moving.choice));
   EXPECT_THAT(moving.keys(), ElementsAre("escape -> 812"));

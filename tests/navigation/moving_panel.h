@@ -15,9 +15,14 @@
 namespace tessarine::test {
 
 inline PanelChoice choiceOf(const PanelRoot& panel, const std::string& path) {
-  PanelChoice choice{
-      panel, panelParts(panel.element), {}, false, {servicePid, browserPid}, [] { return true; },
-      currentTime() + 60, {}};
+  PanelChoice choice{panel,
+                     panelParts(panel.element),
+                     {},
+                     false,
+                     {servicePid, browserPid},
+                     [] { return true; },
+                     currentTime() + 60,
+                     {}};
   choice.target = {path, isDirectory(path), {lastPathComponent(path)}};
   return choice;
 }
@@ -46,8 +51,10 @@ struct MovingPanel {
     for (const std::string& event : postedEventKinds(folders.world.record())) {
       if (event.find(" up") != std::string::npos) continue;
       std::string text = event;
-      for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
-               {"key 5+120000 down", "chord"}, {"key 36 down", "return"}, {"key 53 down", "escape"}}) {
+      for (const auto& [from, to] :
+           std::vector<std::pair<std::string, std::string>>{{"key 5+120000 down", "chord"},
+                                                            {"key 36 down", "return"},
+                                                            {"key 53 down", "escape"}}) {
         if (text.starts_with(from)) text.replace(0, from.size(), to);
       }
       keys.push_back(text);

@@ -1,4 +1,5 @@
-// Who runs around a browser's panels: what "/bin/ps" and the capture helper print, and what follows.
+// Who runs around a browser's panels: what "/bin/ps" and the capture helper print, and what
+// follows.
 #include "panels/process_survey.h"
 
 #include <gmock/gmock.h>
@@ -174,9 +175,8 @@ TEST(PanelServicesOf, HoldsOneWhoseWindowStandsWhereOneOfTheBrowserStands) {
 }
 
 TEST(PanelServicesOf, LacksOneWhoseWindowStandsElsewhere) {
-  for (const Rect& frame :
-       {elsewhere, Rect{321, 180, 800, 450}, Rect{320, 181, 800, 450}, Rect{320, 180, 801, 450},
-        Rect{320, 180, 800, 451}}) {
+  for (const Rect& frame : {elsewhere, Rect{321, 180, 800, 450}, Rect{320, 181, 800, 450},
+                            Rect{320, 180, 801, 450}, Rect{320, 180, 800, 451}}) {
     EXPECT_THAT(
         panelServicesOf(twoUnnamed({window(812, "Google Chrome"), window(901, "", frame)}), 812),
         IsEmpty());
@@ -184,16 +184,25 @@ TEST(PanelServicesOf, LacksOneWhoseWindowStandsElsewhere) {
 }
 
 TEST(PanelServicesOf, LacksOneThatStandsWhereAThirdProcessHasAWindowToo) {
-  EXPECT_THAT(panelServicesOf(twoUnnamed({window(812, "Google Chrome"), window(901, ""),
-                                          window(700, "Preview")}),
-                              812),
-              IsEmpty());
+  EXPECT_THAT(
+      panelServicesOf(
+          twoUnnamed({window(812, "Google Chrome"), window(901, ""), window(700, "Preview")}), 812),
+      IsEmpty());
+}
+
+TEST(PanelServicesOf, LacksOneThatStandsNowhere) {
+  constexpr Rect nowhere{};
+  EXPECT_THAT(
+      panelServicesOf(twoUnnamed({window(812, "Google Chrome", nowhere), window(901, "", nowhere)}),
+                      812),
+      IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksTwoThatStandAtTheSamePlace) {
-  EXPECT_THAT(panelServicesOf(
-                  twoUnnamed({window(812, "Google Chrome"), window(900, ""), window(901, "")}), 812),
-              IsEmpty());
+  EXPECT_THAT(
+      panelServicesOf(twoUnnamed({window(812, "Google Chrome"), window(900, ""), window(901, "")}),
+                      812),
+      IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksOneThatStandsWhereNoWindowOfTheBrowserStands) {
@@ -225,10 +234,10 @@ TEST(PanelServicesOf, LacksOneThatIsNamedForAnotherApplication) {
 }
 
 TEST(PanelServicesOf, LacksOneThatMayBeNamedForASecondBrowserOfThatName) {
-  EXPECT_THAT(panelServicesOf(
-                  twoNamed(chromeService, {{813, "/Users/me" + chrome + " --user-data-dir=/x"}}),
-                  812),
-              IsEmpty());
+  EXPECT_THAT(
+      panelServicesOf(
+          twoNamed(chromeService, {{813, "/Users/me" + chrome + " --user-data-dir=/x"}}), 812),
+      IsEmpty());
   EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{814, edge}}), 812), ElementsAre(901));
 }
 
@@ -237,6 +246,21 @@ TEST(PanelServicesOf, DoesNotTakeABrowsersHelperForASecondBrowser) {
       "/Applications/Google Chrome.app/Contents/Frameworks/Google Chrome Framework.framework/"
       "Helpers/Google Chrome Helper.app/Contents/MacOS/Google Chrome Helper --type=gpu-process";
   EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{830, helper}}), 812), ElementsAre(901));
+}
+
+TEST(PanelServicesOf, LacksOneThatMayBeNamedForAProcessThatOnlyItsWindowTellsOf) {
+  ProcessSurvey survey = twoNamed(chromeService);
+  survey.windows->push_back(window(813, "Google Chrome", elsewhere));
+  EXPECT_THAT(panelServicesOf(survey, 812), IsEmpty());
+}
+
+TEST(PanelServicesOf, LacksOneThatMayBeNamedForAProcessOfThatBareName) {
+  for (const char* command : {"Google Chrome", "Google Chrome --headless"}) {
+    EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{813, command}}), 812), IsEmpty())
+        << command;
+  }
+  EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{813, "Google Chrome Dev"}}), 812),
+              ElementsAre(901));
 }
 
 // --- It is the only one that runs. ---
@@ -259,13 +283,28 @@ TEST(PanelServicesOf, LacksTheOnlyOneWhenItIsNamedForAnother) {
               IsEmpty());
 }
 
+// Who else runs nobody knows then.
+TEST(PanelServicesOf, LacksAllThatOnlyTheirNamesTellOfWhenPsPrintsNothing) {
+  EXPECT_THAT(
+      panelServicesOf(
+          surveyOf({}, {window(812, "Google Chrome", elsewhere), window(900, chromeService)}), 812),
+      IsEmpty());
+  EXPECT_THAT(panelServicesOf(
+                  surveyOf({}, {window(812, "Google Chrome"), window(900, chromeService)}), 812),
+              ElementsAre(900));
+}
+
+TEST(PanelServicesOf, LacksTheBrowserItself) {
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chromeService}}), 812), IsEmpty());
+}
+
 // Whatever else is so.
 TEST(PanelServicesOf, LacksOneThatIsNamedForAnotherThoughItStandsWhereTheBrowserDoes) {
-  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}},
-                                       {window(812, "Google Chrome"),
-                                        window(900, serviceOf("TextEdit"))}),
-                              812),
-              IsEmpty());
+  EXPECT_THAT(
+      panelServicesOf(surveyOf({{812, chrome}, {900, service}},
+                               {window(812, "Google Chrome"), window(900, serviceOf("TextEdit"))}),
+                      812),
+      IsEmpty());
 }
 
 TEST(PanelServicesOf, HoldsSeveralInTheSurveysOrder) {
@@ -288,8 +327,8 @@ TEST(PanelServicesOf, IsTheSameForABrowserOfAnotherName) {
 TEST(StandsWithAnother, HoldsWhereAnotherApplicationAloneHasAWindow) {
   const std::vector<ListedProcess> processes{{812, chrome}, {900, service}, {700, "/x/Preview"}};
   EXPECT_TRUE(standsWithAnother(surveyOf(processes, {window(700, "Preview")}), 812, place));
-  EXPECT_FALSE(standsWithAnother(surveyOf(processes, {window(700, "Preview", elsewhere)}), 812,
-                                 place));
+  EXPECT_FALSE(
+      standsWithAnother(surveyOf(processes, {window(700, "Preview", elsewhere)}), 812, place));
   EXPECT_FALSE(standsWithAnother(surveyOf(processes, {window(900, chromeService)}), 812, place));
   EXPECT_FALSE(standsWithAnother(
       surveyOf(processes, {window(700, "Preview"), window(812, "Google Chrome")}), 812, place));

@@ -91,8 +91,8 @@ TEST(CountedReads, AreAbsentForAnAttributeWithoutAValue) {
 }
 
 TEST(CountedReads, AreAbsentForAValueOfAnotherType) {
-  Probe probe{{"AXTitle", 1.0},       {"AXEnabled", "true"},    {"AXTitleUIElement", "text"},
-              {"AXRows", "text"},     {"AXPosition", "1, 2"},   {"AXSize", simulator::Point{3, 4}},
+  Probe probe{{"AXTitle", 1.0},   {"AXEnabled", "true"},  {"AXTitleUIElement", "text"},
+              {"AXRows", "text"}, {"AXPosition", "1, 2"}, {"AXSize", simulator::Point{3, 4}},
               {"AXURL", 3.0}};
   EXPECT_EQ(everyOutcome(probe.handle()), all("absent"));
 }

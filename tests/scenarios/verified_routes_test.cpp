@@ -38,9 +38,9 @@ TEST(VerifiedFolder, IsChosenAt2MillisecondsARequest) {
   for (const std::string& scenario : measured) {
     for (const char* reach : {"service", "host"}) {
       for (const char* view : {"list", "columns", "icons"}) {
-        FolderWorld world(scenario, {{"/panels/0/keysReach", reach},
-                                     {"/panels/0/view", view},
-                                     {"/prices/request", 0.002}});
+        FolderWorld world(
+            scenario,
+            {{"/panels/0/keysReach", reach}, {"/panels/0/view", view}, {"/prices/request", 0.002}});
         EXPECT_EQ(chooseVerifiedFolder(world), chosen(world))
             << scenario << ", keys reach " << reach << ", " << view;
         EXPECT_EQ(world.world.verdict(), "true");
@@ -76,9 +76,8 @@ TEST(VerifiedFolder, IsChosenInColumnsWithoutKeysWhereThePopUpNamesIt) {
                        {{"/panels/0/keysReach", "nobody"}, {"/panels/0/view", "columns"}});
     const VerifiedRun run = chooseVerifiedFolder(beside);
     EXPECT_EQ(run.panels, "open");
-    EXPECT_THAT(run.outcome.errors,
-                StartsWith("not verified: the panel shows " + beside.start + ", not " +
-                           beside.target));
+    EXPECT_THAT(run.outcome.errors, StartsWith("not verified: the panel shows " + beside.start +
+                                               ", not " + beside.target));
     EXPECT_EQ(beside.world.verdict(), "true");
   }
 }
@@ -132,8 +131,7 @@ TEST(VerifiedFolder, OfHiddenFoldersCannotBeReachedWithoutKeys) {
 TEST(VerifiedFolder, IsChosenInEveryShapeThatATreeShows) {
   for (const char* shape : {"host-sheet", "host-window", "service-window", "embedded"}) {
     for (const char* language : {"en", "zh-Hans", "de"}) {
-      FolderWorld world("chromium-english",
-                        {{"/panels/0/shape", shape}, {"/language", language}});
+      FolderWorld world("chromium-english", {{"/panels/0/shape", shape}, {"/language", language}});
       const bool service = std::string(shape) == "service-window";
       EXPECT_EQ(chooseVerifiedFolder(world), chosen(world, service ? servicePid : browserPid))
           << shape << " " << language;
@@ -144,9 +142,10 @@ TEST(VerifiedFolder, IsChosenInEveryShapeThatATreeShows) {
 
 TEST(VerifiedFolder, IsChosenInOldPanels) {
   for (const char* shape : {"host-sheet", "host-window", "service-window"}) {
-    FolderWorld world("english-old-generation",
-                      {{"/panels/0/shape", shape}, {"/panels/0/identifiers", false},
-                       {"/panels/0/prompt", "Choose"}, {"/panels/0/title", "Open"}});
+    FolderWorld world("english-old-generation", {{"/panels/0/shape", shape},
+                                                 {"/panels/0/identifiers", false},
+                                                 {"/panels/0/prompt", "Choose"},
+                                                 {"/panels/0/title", "Open"}});
     const bool service = std::string(shape) == "service-window";
     EXPECT_EQ(chooseVerifiedFolder(world), chosen(world, service ? servicePid : browserPid))
         << shape;
@@ -179,9 +178,9 @@ TEST(VerifiedFolder, IsChosenInAPanelThatOpensLate) {
 TEST(VerifiedPath, ChoosesAFile) {
   for (const char* reach : {"service", "host", "both"}) {
     for (const char* view : {"list", "columns", "icons"}) {
-      FolderWorld world("chromium-english", {{"/panels/0/mode", "files"},
-                                             {"/panels/0/keysReach", reach},
-                                             {"/panels/0/view", view}});
+      FolderWorld world(
+          "chromium-english",
+          {{"/panels/0/mode", "files"}, {"/panels/0/keysReach", reach}, {"/panels/0/view", view}});
       const std::string file = world.files.makeFile("start/target/report.txt", "text");
       const VerifiedRun run = runVerified(world.world, "choose-path", file);
       EXPECT_EQ(run.outcome, verifiedPath(file, "file")) << reach << " " << view;
