@@ -196,7 +196,7 @@ TEST(ChooseFolderByStrictAX, WrapsThatThePanelShowsAnotherFolderBeforeThePress) 
   world.desktop.schedule(0.0001, watch);
   EXPECT_EQ(messageOf([] { chooseStrictly("/usr"); }),
             strictFailure("background-only AX navigation did not verify target folder before "
-                          "isPress Choose: /usr"));
+                          "pressing Choose: /usr"));
   EXPECT_THAT(transcript(world.desktop.record()), IsEmpty());
 }
 
