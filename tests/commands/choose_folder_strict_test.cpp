@@ -188,10 +188,10 @@ TEST(ChooseFolderByStrictAX, WrapsThatThePanelShowsAnotherFolderBeforeThePress) 
     const auto& last = world.desktop.record().lines();
     const auto* request =
         last.empty() ? nullptr : std::get_if<simulator::AccessibilityRequest>(&last.back().entry);
-    const bool pressing =
+    const bool isPress =
         request != nullptr && request->role == "AXButton" && request->name == "AXTitle";
-    if (pressing) popup.set("AXValue", std::string("lib"));
-    if (!pressing) world.desktop.schedule(0.0001, watch);
+    if (isPress) popup.set("AXValue", std::string("lib"));
+    if (!isPress) world.desktop.schedule(0.0001, watch);
   };
   world.desktop.schedule(0.0001, watch);
   EXPECT_EQ(messageOf([] { chooseStrictly("/usr"); }),

@@ -137,6 +137,59 @@ TEST(CommandOutput, IsEmptyWhenItCannotBeHad) {
   EXPECT_EQ(commandOutput("/bin/missing", {}), "");
 }
 
+// --- commandOutputWithin ---
+
+std::string outputWithin(double seconds) {
+  return commandOutputWithin("/bin/tool", {}, seconds).value_or("absent");
+}
+
+TEST(CommandOutputWithin, IsTheOutputOfAProgramThatSucceeds) {
+  Programs world("/bin/tool", {0, " 打开\n\n", "a complaint"});
+  EXPECT_EQ(commandOutputWithin("/bin/tool", {"a b"}, 1), " 打开\n\n");
+  EXPECT_THAT(world.started(), ElementsAre(Words{"/bin/tool", "a b"}));
+  EXPECT_LT(world.now(), 0.2);
+}
+
+TEST(CommandOutputWithin, MayBeEmptyAndIsNotAbsentThen) {
+  Programs world("/bin/tool", {0, "", ""});
+  EXPECT_EQ(outputWithin(1), "");
+}
+
+TEST(CommandOutputWithin, IsAbsentForAProgramThatFails) {
+  Programs world("/bin/tool", {3, "text", ""});
+  EXPECT_EQ(outputWithin(1), "absent");
+}
+
+TEST(CommandOutputWithin, IsAbsentForOutputThatIsNoText) {
+  Programs world("/bin/tool", {0, "fine\xFF", ""});
+  EXPECT_EQ(outputWithin(1), "absent");
+}
+
+TEST(CommandOutputWithin, IsAbsentForAProgramThatDoesNotStart) {
+  BareDesktop world;
+  EXPECT_EQ(outputWithin(1), "absent");
+  EXPECT_EQ(world.now(), 0.0);
+}
+
+TEST(CommandOutputWithin, EndsAProgramThatTakesLonger) {
+  BareDesktop world;
+  bool asked = false;
+  world.desktop.installProgram("/bin/tool", [&](simulator::ProgramRun& run) {
+    run.print("half of it");
+    run.catchTermination([&asked] { asked = true; });
+    run.after(10, [&run] { run.end(0); });
+  });
+  EXPECT_EQ(outputWithin(0.5), "absent");
+  EXPECT_TRUE(asked);
+  EXPECT_NEAR(world.now(), 0.5, 0.1);
+}
+
+TEST(CommandOutputWithin, LetsAProgramFinishThatTakesLess) {
+  Programs world("/bin/tool", {0, "all of it", ""});
+  EXPECT_EQ(outputWithin(0.05), "absent");
+  EXPECT_EQ(outputWithin(0.12), "all of it");
+}
+
 TEST(CommandSucceeded, IsAMatterOfTheExitStatus) {
   Programs good("/bin/tool", {0, "\xFF", "a complaint"});
   EXPECT_TRUE(commandSucceeded("/bin/tool", {"-v"}));

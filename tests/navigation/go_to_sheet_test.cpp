@@ -1,0 +1,352 @@
+// The go-to sheet: who gets which keys, and what counts as having gone through it.
+#include "navigation/go_to_sheet.h"
+
+#include <gmock/gmock.h>
+
+#include "dialog/hand_built_panel.h"
+#include "navigation/moving_panel.h"
+#include "support/transcript.h"
+
+namespace tessarine::test::go_to_sheet {
+namespace {
+
+using Node = simulator::Element;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+namespace ax = simulator::ax;
+
+const std::vector<std::string> onlySuch{"chord -> 900", "return -> 900"};
+
+// --- Finding it. ---
+
+TEST(GoToSheetOf, IsFoundByItsIdentifier) {
+  HandBuiltPanel panel;
+  EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "nothing");
+  add(panel.root, "GoToWindow", "AXSheet");
+  EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "GoToWindow");
+}
+
+TEST(GoToSheetOf, IsAnOldSheetWithAFieldForAPath) {
+  for (const char* role : {"AXTextField", "AXComboBox"}) {
+    HandBuiltPanel panel;
+    Node& sheet = panel.root.addChild("AXSheet");
+    sheet.set("AXIdentifier", std::string("old sheet"));
+    Node& field = sheet.addChild(role);
+    field.setFrame({0, 0, 300, 24});
+    field.set("AXFocused", true);
+    field.addAction("AXConfirm", [] { return ax::success; });
+    EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "old sheet") << role;
+  }
+}
+
+TEST(GoToSheetOf, IsNoSheetThatOnlyAsks) {
+  HandBuiltPanel panel;
+  Node& alert = add(panel.root, "alert", "AXSheet");
+  add(alert, "text", "AXStaticText");
+  add(alert, "ok", "AXButton");
+  EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "nothing");
+}
+
+TEST(GoToSheetOf, IsNotThePanelsOwnSearchField) {
+  HandBuiltPanel panel;
+  panel.search.setFrame({0, 0, 300, 24});
+  panel.search.set("AXFocused", true);
+  EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "nothing");
+}
+
+TEST(GoToSheetOf, HangsFromTheWindowOfAChooserThatIsAPartOfOne) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  Node& root = add(window, "open-panel", "AXGroup");
+  add(window, "GoToWindow", "AXSheet");
+  EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "GoToWindow");
+}
+
+TEST(GoToSheetOf, IsNoOtherPanelOfThatWindow) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  Node& root = add(window, "chooser", "AXGroup");
+  add(add(window, "open-panel", "AXSheet"), "field", "AXTextField");
+  EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "nothing");
+}
+
+TEST(GoToSheetOf, ThrowsWhenThePanelDoesNotAnswer) {
+  HandBuiltPanel panel;
+  const Element root = panel.rootHandle();
+  panel.desktop.faults().silent_processes.insert(browserPid);
+  EXPECT_THROW(goToSheetOf(root), Unanswered);
+  panel.desktop.faults().silent_processes.clear();
+  panel.window.removeChild(panel.root);
+  EXPECT_THROW(goToSheetOf(root), Unanswered);
+}
+
+// --- Going through it. ---
+
+TEST(GoThroughSheet, LeadsToAFolder) {
+  for (const char* scenario : {"chromium-english", "chromium-chinese", "english-old-generation",
+                               "english-service-window", "chinese-embedded"}) {
+    MovingPanel moving(scenario);
+    EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "") << scenario;
+    EXPECT_TRUE(showsWithin(moving.choice, moving.folders.target, 2)) << scenario;
+    EXPECT_EQ(moving.folderShown(), moving.folders.target) << scenario;
+    EXPECT_EQ(moving.folders.world.panelOutcomes(), "open") << scenario;
+  }
+}
+
+TEST(GoThroughSheet, WritesThePathAndPressesTheChordAndReturnAlone) {
+  MovingPanel moving("chromium-english");
+  goThroughSheet(moving.choice, moving.folders.target);
+  EXPECT_EQ(moving.keys(), onlySuch);
+  EXPECT_THAT(transcript(moving.folders.world.record()),
+              Contains(HasSubstr("set AXValue of AXTextField in 900: " + moving.folders.target)));
+  EXPECT_EQ(disturbance(moving.folders.world.record()), noDisturbance);
+  EXPECT_EQ(moving.choice.sheetTaker, servicePid);
+}
+
+TEST(GoThroughSheet, WorksWithACombinedField) {
+  MovingPanel moving("english-old-generation", {{"/panels/0/goTo/comboBox", true}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_TRUE(showsWithin(moving.choice, moving.folders.target, 2));
+}
+
+TEST(GoThroughSheet, WorksWithoutIdentifiers) {
+  MovingPanel moving("english-old-generation", {{"/panels/0/identifiers", false}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_TRUE(showsWithin(moving.choice, moving.folders.target, 2));
+}
+
+TEST(GoThroughSheet, SelectsAFile) {
+  MovingPanel moving("file-panel-english");
+  const std::string file = moving.folders.files.makeFile("start/target/report.txt", "text");
+  moving.aimAt(file);
+  EXPECT_EQ(goThroughSheet(moving.choice, file), "");
+  EXPECT_EQ(proofWithin(moving.choice, 2), Proof::entrySelected);
+  EXPECT_EQ(moving.folders.world.panelOutcomes(), "open");
+}
+
+// --- Who gets the keys. ---
+
+TEST(GoThroughSheet, TriesTheProcessesInTheOrderOfTheChoice) {
+  MovingPanel moving("chromium-english", {{"/panels/0/keysReach", "host"}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_THAT(moving.keys(), ElementsAre("chord -> 900", "chord -> 812", "return -> 812"));
+  EXPECT_EQ(moving.choice.sheetTaker, browserPid);
+}
+
+TEST(GoThroughSheet, AsksNoFurtherProcessOnceTheSheetIsSeen) {
+  MovingPanel moving("chromium-english", {{"/panels/0/keysReach", "both"}});
+  moving.choice.keyPids = {browserPid, servicePid};
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_THAT(moving.keys(), ElementsAre("chord -> 812", "return -> 812"));
+}
+
+TEST(GoThroughSheet, SaysThatNoSheetOpened) {
+  MovingPanel moving("chromium-english", {{"/panels/0/keysReach", "nobody"}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "no go-to sheet opened");
+  EXPECT_THAT(moving.keys(), ElementsAre("chord -> 900", "chord -> 812"));
+  EXPECT_EQ(moving.choice.sheetTaker, std::nullopt);
+}
+
+TEST(GoThroughSheet, WaitsForASheetForAboutASecond) {
+  MovingPanel moving("chromium-english", {{"/panels/0/goTo/neverOpens", true}});
+  const double before = currentTime();
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "no go-to sheet opened");
+  EXPECT_NEAR(currentTime() - before, 2 * 1.3, 0.6);
+}
+
+TEST(GoThroughSheet, TakesASlowSheet) {
+  MovingPanel moving("chromium-english", {{"/panels/0/slow", 5}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_TRUE(showsWithin(moving.choice, moving.folders.target, 5));
+}
+
+TEST(GoThroughSheet, PressesNothingWhenKeysMayReachAnotherPanel) {
+  MovingPanel moving("chromium-english");
+  moving.choice.keysAreSafe = [] { return false; };
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "no go-to sheet opened");
+  EXPECT_THAT(moving.keys(), IsEmpty());
+}
+
+TEST(GoThroughSheet, AsksBeforeEachKeyWhetherItIsSafe) {
+  MovingPanel moving("chromium-english");
+  int questions = 0;
+  moving.choice.keysAreSafe = [&] { return ++questions == 1; };
+  EXPECT_NE(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_THAT(moving.keys(), Not(Contains(HasSubstr("return"))));
+  EXPECT_EQ(moving.folderShown(), moving.folders.start);
+}
+
+TEST(GoThroughSheet, PressesNothingToAProcessThatDoesNotAnswer) {
+  MovingPanel moving("chromium-english",
+                     {{"/panels/0/keysReach", "both"}, {"/panels/0/elementsBelongTo", "host"}});
+  setMessagingTimeout(0.5);
+  moving.folders.world.desktop().faults().silent_processes.insert(servicePid);
+  goThroughSheet(moving.choice, moving.folders.target);
+  EXPECT_THAT(moving.keys(), Not(Contains(HasSubstr("-> 900"))));
+  EXPECT_THAT(moving.keys(), Contains("chord -> 812"));
+  setMessagingTimeout(0);
+}
+
+TEST(GoThroughSheet, PressesNothingOnceThePanelIsGone) {
+  MovingPanel moving("chromium-english");
+  const double quits = currentTime() + 0.25;
+  moving.folders.world.desktop().schedule(
+      0.25, [&] { moving.folders.world.desktop().terminateProcess(browserPid, true); });
+  EXPECT_THROW(goThroughSheet(moving.choice, moving.folders.target), PanelGone);
+  EXPECT_LE(currentTime(), quits + 1.5);
+  EXPECT_THAT(moving.keys(), ElementsAre("chord -> 900"));
+}
+
+TEST(GoThroughSheet, PressesNothingToAPanelThatIsGoneBefore) {
+  MovingPanel moving("chromium-english");
+  moving.folders.world.desktop().terminateProcess(browserPid, true);
+  EXPECT_THROW(goThroughSheet(moving.choice, moving.folders.target), PanelGone);
+  EXPECT_THAT(moving.keys(), IsEmpty());
+}
+
+// --- A sheet that is open already. ---
+
+TEST(GoThroughSheet, UsesASheetThatIsOpen) {
+  MovingPanel moving("goto-sheet-open");
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_THAT(moving.keys(), ElementsAre("return -> 900"));
+  EXPECT_TRUE(showsWithin(moving.choice, moving.folders.target, 2));
+}
+
+TEST(GoThroughSheet, SendsTheReturnForAnOpenSheetToEachProcessInTurn) {
+  MovingPanel moving("goto-sheet-open", {{"/panels/0/keysReach", "host"}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_THAT(moving.keys(), ElementsAre("return -> 900", "return -> 812"));
+  EXPECT_TRUE(showsWithin(moving.choice, moving.folders.target, 2));
+}
+
+// --- Sheets that do not do what they are told. ---
+
+TEST(GoThroughSheet, ClosesASheetThatDoesNotTakeThePath) {
+  for (const char* scenario : {"chromium-english", "english-old-generation"}) {
+    MovingPanel moving(scenario, {{"/panels/0/faults/fieldWriteRefused", -25200}});
+    EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target),
+              "the go-to sheet did not take the path");
+    EXPECT_EQ(nameOf(goToSheetOf(moving.choice.panel.element)), "nothing") << scenario;
+    EXPECT_THAT(moving.keys(), Not(Contains(HasSubstr("return")))) << scenario;
+    EXPECT_EQ(moving.folders.world.panelOutcomes(), "open") << scenario;
+  }
+}
+
+TEST(GoThroughSheet, DoesNotBelieveAWriteThatSucceedsWithoutEffect) {
+  MovingPanel moving("chromium-english", {{"/panels/0/faults/fieldWriteRefused", 0}});
+  moving.folders.world.desktop().faults().refused_requests.push_back(
+      {.verb = simulator::AccessibilityRequest::Verb::set,
+       .error = ax::success,
+       .name = "AXValue",
+       .role = "AXTextField"});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target),
+            "the go-to sheet did not take the path");
+  EXPECT_THAT(moving.keys(), Not(Contains(HasSubstr("return"))));
+  const auto writes = requestsFor(moving.folders.world.record(), "AXValue", 0,
+                                  simulator::AccessibilityRequest::Verb::set);
+  EXPECT_EQ(writes, 2);
+}
+
+TEST(GoThroughSheet, TakesAPathThatTheFieldHoldsWithoutItsTrailingSlash) {
+  MovingPanel moving("chromium-english", {{"/panels/0/goTo/normalisesField", true}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+}
+
+TEST(GoThroughSheet, ClosesASheetThatDoesNotGo) {
+  for (const char* scenario : {"chromium-english", "english-old-generation"}) {
+    MovingPanel moving(scenario);
+    EXPECT_EQ(goThroughSheet(moving.choice, "/nowhere/at/all"), "the go-to sheet did not go");
+    EXPECT_EQ(nameOf(goToSheetOf(moving.choice.panel.element)), "nothing") << scenario;
+    EXPECT_EQ(moving.folderShown(), moving.folders.start) << scenario;
+    EXPECT_EQ(moving.folders.world.panelOutcomes(), "open") << scenario;
+  }
+}
+
+TEST(GoThroughSheet, PressesReturnOnceForASheetThatItOpened) {
+  MovingPanel moving("chromium-english");
+  goThroughSheet(moving.choice, "/nowhere/at/all");
+  const auto keys = moving.keys();
+  EXPECT_EQ(std::count(keys.begin(), keys.end(), "return -> 900"), 1);
+}
+
+TEST(GoThroughSheet, DoesNotLookWhereASuggestionLed) {
+  MovingPanel moving("chromium-english", {{"/panels/0/goTo/suggestion", "/usr"}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  EXPECT_FALSE(showsWithin(moving.choice, moving.folders.target, 1));
+  EXPECT_EQ(moving.folders.world.panelOutcomes(), "open");
+}
+
+// The panel closes a moment after its sheet.
+TEST(GoThroughSheet, PressesNothingMoreWhenItsReturnConfirmsThePanel) {
+  MovingPanel moving("chromium-english", {{"/panels/0/faults/goToReturnConfirms", true}});
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "");
+  sleepSeconds(2);
+  EXPECT_THROW(goThroughSheet(moving.choice, moving.folders.start), PanelGone);
+  EXPECT_THROW(glance(moving.choice), PanelGone);
+  EXPECT_EQ(moving.keys(), onlySuch);
+}
+
+TEST(GoThroughSheet, DoesNotWaitBeyondTheDeadline) {
+  MovingPanel moving("chromium-english", {{"/panels/0/goTo/neverOpens", true}});
+  moving.choice.deadline = currentTime() + 0.3;
+  const double before = currentTime();
+  EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "no go-to sheet opened");
+  EXPECT_LE(currentTime() - before, 1.0);
+}
+
+// --- Closing it. ---
+
+TEST(CloseGoToSheet, IsDoneWhenNoneIsOpen) {
+  MovingPanel moving("chromium-english");
+  EXPECT_TRUE(closeGoToSheet(moving.choice));
+  EXPECT_THAT(moving.keys(), IsEmpty());
+}
+
+TEST(CloseGoToSheet, UsesTheSheetsOwnButton) {
+  for (const bool old : {false, true}) {
+    MovingPanel moving("goto-sheet-open", {{"/panels/0/goTo/generation", old ? "old" : "new"}});
+    EXPECT_TRUE(closeGoToSheet(moving.choice)) << old;
+    EXPECT_EQ(nameOf(goToSheetOf(moving.choice.panel.element)), "nothing") << old;
+    EXPECT_THAT(moving.keys(), IsEmpty()) << old;
+    EXPECT_EQ(moving.folderShown(), moving.folders.start) << old;
+    EXPECT_EQ(moving.folders.world.panelOutcomes(), "open") << old;
+  }
+}
+
+TEST(CloseGoToSheet, PressesEscapeToTheProcessThatTookTheChord) {
+  MovingPanel moving("goto-sheet-open",
+                     {{"/panels/0/faults/pressRefused", -25200}, {"/panels/0/keysReach", "both"}});
+  moving.choice.sheetTaker = browserPid;
+  EXPECT_TRUE(closeGoToSheet(moving.choice));
+  EXPECT_THAT(moving.keys(), ElementsAre("escape -> 812"));
+  EXPECT_EQ(moving.folders.world.panelOutcomes(), "open");
+}
+
+TEST(CloseGoToSheet, SaysThatItIsStillOpen) {
+  MovingPanel moving("goto-sheet-open", {{"/panels/0/faults/pressRefused", -25200},
+                                         {"/panels/0/keysReach", "nobody"}});
+  moving.choice.sheetTaker = servicePid;
+  EXPECT_FALSE(closeGoToSheet(moving.choice));
+}
+
+TEST(CloseGoToSheet, PressesNoKeyThatMayReachAnotherPanel) {
+  MovingPanel moving("goto-sheet-open", {{"/panels/0/faults/pressRefused", -25200}});
+  moving.choice.sheetTaker = servicePid;
+  moving.choice.keysAreSafe = [] { return false; };
+  EXPECT_FALSE(closeGoToSheet(moving.choice));
+  EXPECT_THAT(moving.keys(), IsEmpty());
+}
+
+TEST(CloseGoToSheet, ThrowsWhenThePanelIsGone) {
+  MovingPanel moving("goto-sheet-open");
+  moving.folders.world.desktop().terminateProcess(browserPid, true);
+  moving.folders.world.desktop().terminateProcess(servicePid, true);
+  EXPECT_THROW(closeGoToSheet(moving.choice), PanelGone);
+}
+
+}  // namespace
+}  // namespace tessarine::test::go_to_sheet
