@@ -165,7 +165,7 @@ TEST(GoThroughSheet, TakesASlowSheet) {
 
 TEST(GoThroughSheet, PressesNothingWhenKeysMayReachAnotherPanel) {
   MovingPanel moving("chromium-english");
-  moving.choice.keysAreSafe = [] { return false; };
+  moving.choice.isAlone = [] { return false; };
   EXPECT_EQ(goThroughSheet(moving.choice, moving.folders.target), "no go-to sheet opened");
   EXPECT_THAT(moving.keys(), IsEmpty());
 }
@@ -173,7 +173,7 @@ TEST(GoThroughSheet, PressesNothingWhenKeysMayReachAnotherPanel) {
 TEST(GoThroughSheet, AsksBeforeEachKeyWhetherItIsSafe) {
   MovingPanel moving("chromium-english");
   int questions = 0;
-  moving.choice.keysAreSafe = [&] { return ++questions == 1; };
+  moving.choice.isAlone = [&] { return ++questions == 1; };
   EXPECT_NE(goThroughSheet(moving.choice, moving.folders.target), "");
   EXPECT_THAT(moving.keys(), Not(Contains(HasSubstr("return"))));
   EXPECT_EQ(moving.folderShown(), moving.folders.start);
@@ -336,7 +336,7 @@ TEST(CloseGoToSheet, SaysThatItIsStillOpen) {
 TEST(CloseGoToSheet, PressesNoKeyThatMayReachAnotherPanel) {
   MovingPanel moving("goto-sheet-open", {{"/panels/0/faults/pressRefused", -25200}});
   moving.choice.sheetTaker = servicePid;
-  moving.choice.keysAreSafe = [] { return false; };
+  moving.choice.isAlone = [] { return false; };
   EXPECT_FALSE(closeGoToSheet(moving.choice));
   EXPECT_THAT(moving.keys(), IsEmpty());
 }

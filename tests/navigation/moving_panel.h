@@ -21,9 +21,13 @@ inline PanelChoice choiceOf(const PanelRoot& panel, const std::string& path) {
                      false,
                      {servicePid, browserPid},
                      [] { return true; },
+                     [](const std::optional<Rect>&) { return true; },
                      currentTime() + 60,
+                     {},
+                     false,
+                     {},
                      {}};
-  choice.target = {path, isDirectory(path), {lastPathComponent(path)}};
+  choice.target = {path, isDirectory(path)};
   return choice;
 }
 
@@ -41,9 +45,7 @@ struct MovingPanel {
                        const std::string& name = "target")
       : folders(scenario, patches, name), choice(choiceOnDesktop(folders.target)) {}
 
-  void aimAt(const std::string& path) {
-    choice.target = {path, isDirectory(path), {lastPathComponent(path)}};
-  }
+  void aimAt(const std::string& path) { choice.target = {path, isDirectory(path)}; }
   std::string folderShown() { return folders.world.panel().folderShown(); }
   // What was posted, "chord -> 900" for the chord, "return -> 900" and "escape -> 900".
   std::vector<std::string> keys() const {
