@@ -428,9 +428,11 @@ TEST(VerifiedClosing, NeedsItsWindowOffTheList) {
 
 TEST(VerifiedErrors, EndAsTheHeaderSays) {
   FolderWorld listed("chromium-english", {{"/panels/0/windowList/staysUncapturable", true}});
-  EXPECT_THAT(HonestFailure(listed.world, listed.target).error, EndsWith(" is still listed"));
+  EXPECT_THAT(HonestFailure(listed.world, listed.target).error,
+              EndsWith(" is still listed: what it chose is unknown"));
   FolderWorld open("chromium-english", {{"/panels/0/faults/confirmDoesNothing", true}});
-  EXPECT_THAT(HonestFailure(open.world, open.target).error, EndsWith("s after it was confirmed"));
+  EXPECT_THAT(HonestFailure(open.world, open.target).error,
+              EndsWith("s after it was confirmed: what it will choose is unknown"));
 }
 
 TEST(VerifiedClosing, WaitsForItsWindowToLeaveTheList) {
@@ -699,7 +701,7 @@ TEST(VerifiedErrors, NameTheBrowserThatEndedWithItsPanel) {
       });
   const HonestFailure failure(world.world, world.target);
   EXPECT_EQ(failure.error,
-            "not verified: Google Chrome 812 ended with its panel: what it chose is unknown");
+            "not verified: the browser 812 ended with its panel: what it chose is unknown");
 }
 
 // --- Uploads. ---

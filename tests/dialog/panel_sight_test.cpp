@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "dialog/hand_built_panel.h"
+#include "platform/workspace.h"
 #include "support/temporary_folder.h"
 
 namespace tessarine::test::panel_sight {
@@ -519,12 +520,14 @@ TEST(ProofOf, ASearchShowsNoFolder) {
 TEST(ProofOf, ThePopUpMayDisproveTheFolderAndNotProveIt) {
   Seen seen;
   seen.sight.folderName = "a";
-  EXPECT_EQ(seen.proofOfFolder(seen.folder, {"a", "A localized"}), "folder shown");
-  seen.sight.folderName = "A localized";
-  EXPECT_EQ(seen.proofOfFolder(seen.folder, {"a", "A localized"}), "folder shown");
+  EXPECT_EQ(seen.proofOfFolder(seen.folder), "folder shown");
+  EXPECT_EQ(seen.proofOfFolder(seen.inner), "none");
   seen.sight.folderName = "b";
-  EXPECT_EQ(seen.proofOfFolder(seen.folder, {"a", "A localized"}), "none");
-  EXPECT_EQ(seen.proofOfFolder(seen.inner, {"b"}), "none");
+  EXPECT_EQ(seen.proofOfFolder(seen.folder), "none");
+  seen.sight.folder = "/";
+  EXPECT_EQ(seen.proofOfFolder("/"), "none");
+  seen.sight.folderName = fileManagerDisplayName("/");
+  EXPECT_EQ(seen.proofOfFolder("/"), "folder shown") << "as the file browser calls it";
 }
 
 TEST(ProofOf, AFolderSelectedInAColumnMustBeCalledSo) {
@@ -532,9 +535,9 @@ TEST(ProofOf, AFolderSelectedInAColumnMustBeCalledSo) {
   seen.sight.view = ListingView::columns;
   seen.select(seen.inner);
   seen.sight.folderName = "b";
-  EXPECT_EQ(seen.proofOfFolder(seen.inner, {"b"}), "entry selected");
+  EXPECT_EQ(seen.proofOfFolder(seen.inner), "entry selected");
   seen.sight.folderName = "c";
-  EXPECT_EQ(seen.proofOfFolder(seen.inner, {"b"}), "none");
+  EXPECT_EQ(seen.proofOfFolder(seen.inner), "none");
 }
 
 TEST(ProofOf, AFileSelectedInAColumnNeedNot) {

@@ -75,8 +75,12 @@ TEST(Glance, ThrowsWhenThePanelIsGone) {
 TEST(ProofWithin, LooksAtLeastOnce) {
   Choice world;
   EXPECT_EQ(textOf(proofWithin(world.choice, 0)), "folder shown");
+}
+
+TEST(ProofWithin, DoesNotLookAfterTheDeadline) {
+  Choice world;
   world.choice.deadline = currentTime() - 10;
-  EXPECT_EQ(textOf(proofWithin(world.choice, 3)), "folder shown");
+  EXPECT_THROW(proofWithin(world.choice, 3), TimeIsUp);
 }
 
 TEST(ProofWithin, WaitsForThePanel) {
