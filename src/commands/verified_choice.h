@@ -42,8 +42,9 @@ struct VerifiedChoice {
 //   "the panel closed before it was verified: what it chose is unknown"
 //   "the panel was gone before its confirm button was pressed: what it chose is unknown"
 //   "the panel did not show PATH any more when it was confirmed: what it chose is unknown"
-//   "the panel did not close within SECONDSs after it was confirmed: what it will choose is
-//   unknown" "the panel is gone, but its window NUMBER is still listed: what it chose is unknown"
+//   "the panel did not close within SECONDSs after it was confirmed: what it will choose is " +
+//   "unknown"
+//   "the panel is gone, but its window NUMBER is still listed: what it chose is unknown"
 //   "the browser PID ended with its panel: what it chose is unknown"
 // The panel stays open unless it closed itself; a go-to sheet that was opened is closed again.
 VerifiedChoice chooseVerified(std::int32_t primaryPid, const std::string& targetPath,

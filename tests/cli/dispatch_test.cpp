@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "cli/trace.h"
 #include "support/foreground_story.h"
 #include "support/world.h"
 
@@ -19,19 +20,6 @@ using Words = std::vector<std::string>;
 Words with(Words words, const Words& more) {
   words.insert(words.end(), more.begin(), more.end());
   return words;
-}
-
-// What a run left: its outcome, and everything that happened on the desktop.
-struct Trace {
-  Outcome outcome;
-  std::string record;
-  bool operator==(const Trace&) const = default;
-};
-
-Trace traceOf(const std::string& scenario, const Words& words) {
-  World world(scenario);
-  const Outcome outcome = world.run(words);
-  return {outcome, world.record().toText()};
 }
 
 TEST(Dispatch, CarriesOutTheCommandsThatNeedNoPanel) {

@@ -5,6 +5,7 @@
 
 #include "cli/dispatch.h"
 #include "cli/options.h"
+#include "cli/trace.h"
 #include "cli/usage_text.h"
 #include "support/world.h"
 
@@ -73,18 +74,6 @@ TEST(VerifyOption, IsNotInTheUsageText) {
   std::ostringstream output;
   printUsage(output);
   EXPECT_THAT(output.str(), Not(HasSubstr("verify")));
-}
-
-struct Trace {
-  Outcome outcome;
-  std::string record;
-  bool operator==(const Trace&) const = default;
-};
-
-Trace traceOf(const std::string& scenario, const Words& words) {
-  World world(scenario);
-  const Outcome outcome = world.run(words);
-  return {outcome, world.record().toText()};
 }
 
 TEST(VerifyOption, ChangesNothingOfTheOtherCommands) {

@@ -593,6 +593,16 @@ std::string lastRequest(const World& world) {
   return request == nullptr ? "" : request->name + " of " + request->role;
 }
 
+// Acts so many seconds after the last request of the last look, around the press.
+void afterTheLastLook(World& world, simulator::Seconds delay, const std::function<void()>& act) {
+  before(
+      world,
+      [&world] {
+        return enabledReads(world) >= 2 && lastRequest(world) == "AXValue of AXPopUpButton";
+      },
+      [&world, delay, act] { world.desktop().schedule(delay, act); });
+}
+
 simulator::Element* elementCalled(simulator::Element& at, const std::string& identifier) {
   const auto* own = at.get("AXIdentifier");
   if (own != nullptr && *own == simulator::Value(identifier)) return &at;
@@ -625,16 +635,8 @@ TEST(VerifiedMoment, ASelectionThatChangesBeforeThePressIsSeen) {
 TEST(VerifiedMoment, APanelThatIsCancelledBeforeThePressIsNoSuccess) {
   FolderWorld world("chromium-english");
   world.target = world.start;
-  before(
-      world.world,
-      [&] {
-        return enabledReads(world.world) >= 2 &&
-               lastRequest(world.world) == "AXValue of AXPopUpButton";
-      },
-      [&] {
-        world.world.desktop().schedule(
-            0.02, [&] { panelElement(world.world, "CancelButton").performAction("AXPress"); });
-      });
+  afterTheLastLook(world.world, 0.02,
+                   [&] { panelElement(world.world, "CancelButton").performAction("AXPress"); });
   const HonestFailure failure(world.world, world.target);
   EXPECT_EQ(failure.run.panels, "cancelled");
   EXPECT_THAT(failure.error, HasSubstr("what it chose is unknown"));
@@ -689,16 +691,8 @@ TEST(VerifiedKeys, GoToTheOwnerOfTheControlsThenToTheServiceThenToThePresenter) 
 TEST(VerifiedErrors, NameTheBrowserThatEndedWithItsPanel) {
   FolderWorld world("chromium-english");
   world.target = world.start;
-  before(
-      world.world,
-      [&] {
-        return enabledReads(world.world) >= 2 &&
-               lastRequest(world.world) == "AXValue of AXPopUpButton";
-      },
-      [&] {
-        world.world.desktop().schedule(
-            0.15, [&] { simulator::quitApplication(world.world.desktop(), browserPid, true); });
-      });
+  afterTheLastLook(world.world, 0.15,
+                   [&] { simulator::quitApplication(world.world.desktop(), browserPid, true); });
   const HonestFailure failure(world.world, world.target);
   EXPECT_EQ(failure.error,
             "not verified: the browser 812 ended with its panel: what it chose is unknown");

@@ -3,7 +3,7 @@
 
 #include "simulator/panel_world.h"
 
-namespace simulator {
+namespace simulator::panel_measured {
 namespace {
 
 using ::testing::ElementsAre;
@@ -319,4 +319,4 @@ TEST(AddressBar, HoldsItsTextAndTheKeyboard) {
 }
 
 }  // namespace
-}  // namespace simulator
+}  // namespace simulator::panel_measured
