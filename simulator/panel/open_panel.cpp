@@ -71,13 +71,19 @@ void OpenPanel::later(Seconds delay, std::function<void()> step) {
   });
 }
 
-Process& OpenPanel::shownIn() const {
+Pid OpenPanel::pidShowingIt() const {
   const bool service = options_.shape == PanelShape::serviceWindow || !isSeen();
-  return *desktop_.findProcess(service ? options_.service : options_.host);
+  return service ? options_.service : options_.host;
 }
 
+Process& OpenPanel::shownIn() const {
+  return *desktop_.findProcess(pidShowingIt());
+}
+
+// Before it opens, the service that is to show it may not have started.
 bool OpenPanel::alive() const {
-  return phase_ != Phase::closed && !shownIn().terminated;
+  const Process* process = desktop_.findProcess(pidShowingIt());
+  return phase_ != Phase::closed && process != nullptr && !process->terminated;
 }
 
 void OpenPanel::note(const std::string& milestone) {

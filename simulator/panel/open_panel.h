@@ -65,7 +65,8 @@ class OpenPanel final : public Panel, private GoToSheetOwner {
   void scheduleListChanges();
   void closeWindow(std::uint32_t number);
   Element& parentOfRoot();
-  Process& shownIn() const;  // the process in whose tree the panel stands
+  Pid pidShowingIt() const;  // of the process in whose tree the panel stands
+  Process& shownIn() const;  // which runs
   bool isSeen() const { return options_.shape != PanelShape::unseen; }
   void end(PanelOutcome::End how, const std::string& path);
   void close();

@@ -7,6 +7,7 @@
 #include "cli/options.h"
 #include "cli/watchdog.h"
 #include "core/tables.h"
+#include "core/time_budget.h"
 #include "core/tool_error.h"
 #include "platform/processes.h"
 

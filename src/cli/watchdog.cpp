@@ -15,9 +15,6 @@
 namespace tessarine {
 namespace {
 
-constexpr double watchdogMarginSeconds = 8.0;
-constexpr double shortestWatchdogSeconds = 12.0;
-
 // Shared by the worker, which writes the result or the error once, and the waiting thread, which
 // reads them only after the group wait succeeded. The enter/leave pair orders the two.
 struct Task {
@@ -47,11 +44,6 @@ dispatch_time_t deadlineAfter(double seconds) {
 }
 
 }  // namespace
-
-double watchdogSeconds(double timeoutSeconds) {
-  const double seconds = timeoutSeconds + watchdogMarginSeconds;
-  return seconds > shortestWatchdogSeconds ? seconds : shortestWatchdogSeconds;
-}
 
 Result runUnderWatchdog(double budgetSeconds, std::function<Result()> work) {
   const auto task = std::make_shared<Task>();

@@ -8,9 +8,6 @@
 
 namespace tessarine {
 
-// How long a command may take in all: its time-out and 8 s, but at least 12 s.
-double watchdogSeconds(double timeoutSeconds);
-
 // Runs the work on one worker of the global user-initiated queue and waits for it. Returns its
 // result or throws its error. When `budgetSeconds` pass first, throws ToolError timedOut "timed out
 // after " + budgetSeconds + "s (global watchdog)"; the worker is then abandoned, not stopped, and

@@ -9,6 +9,7 @@
 #include "commands/path_result.h"
 #include "core/numbers.h"
 #include "core/text.h"
+#include "core/time_budget.h"
 #include "core/tool_error.h"
 #include "dialog/panel_parts.h"
 #include "dialog/panel_search.h"
@@ -29,15 +30,15 @@
 namespace tessarine {
 namespace {
 
-// The watchdog's times (cli/watchdog.h), and how long before it everything has to end: time for the
-// last requests and for closing the go-to sheet.
-constexpr double endMarginSeconds = 8.0;
-constexpr double shortestEndSeconds = 12.0;
+// How long before the watchdog everything has to end: time for the last requests and for closing
+// the go-to sheet.
 constexpr double reserveSeconds = 4.0;
 constexpr double tidySeconds = 2.0;
 // A process that is busy for longer is asked again.
 constexpr double answerSeconds = 1.5;
 
+// As long as a person is asked whether scripts may ask it, the Finder does not answer.
+constexpr double finderSeconds = 3.0;
 constexpr double searchPollSeconds = 0.15;
 // How long a panel may take to enable its button while nothing is selected: measured 1.3 s.
 constexpr double readySeconds = 1.5;
@@ -68,8 +69,7 @@ std::string processText(const ProcessSurvey& survey, std::int32_t pid) {
 }
 
 double deadlineFor(double startTime, double timeoutSeconds) {
-  const double watchdog = std::max(shortestEndSeconds, timeoutSeconds + endMarginSeconds);
-  return startTime + watchdog - reserveSeconds;
+  return startTime + watchdogSeconds(timeoutSeconds) - reserveSeconds;
 }
 
 Target targetAt(const std::string& targetPath) {
@@ -92,6 +92,7 @@ struct SearchState {
   bool answered = false;
   bool helperFails = false;  // it is not asked again
   ProcessSurvey survey;
+  double lookSeconds = 0;  // that the last look took
 };
 
 bool isRunningProcess(std::int32_t pid) {
@@ -102,7 +103,7 @@ bool isRunningProcess(std::int32_t pid) {
 bool searchPanel(std::int32_t primaryPid, SearchState& state) {
   state.survey = surveyProcesses(state.helperFails ? 0 : surveySeconds);
   state.helperFails = !state.survey.windows;
-  const auto services = panelServicesOf(state.survey, primaryPid);
+  const auto services = panelServicesOf(state.survey, primaryPid, false);
   try {
     const auto panels = openPanels(state.survey, primaryPid, services);
     state.answered = true;
@@ -112,7 +113,9 @@ bool searchPanel(std::int32_t primaryPid, SearchState& state) {
                         panelCounts(state.survey, panels) + ")");
     }
     if (panels.empty()) return false;
-    state.found = FoundPanel{panels.front(), {}, state.survey, services};
+    const bool own = panels.front().owner.pid == primaryPid;
+    state.found = FoundPanel{
+        panels.front(), {}, state.survey, panelServicesOf(state.survey, primaryPid, own)};
     state.found->parts = panelParts(panels.front().element);
     return state.found->parts.complete();
   } catch (const Unanswered&) {
@@ -122,9 +125,18 @@ bool searchPanel(std::int32_t primaryPid, SearchState& state) {
 
 FoundPanel findPanel(std::int32_t primaryPid, double timeoutSeconds, double deadline) {
   SearchState state;
-  const Condition look = [&] { return searchPanel(primaryPid, state); };
+  bool found = false;
+  // Ends when the panel is found, or when another look would not end in time.
+  const Condition ends = [&] {
+    const double start = currentTime();
+    if (start + state.lookSeconds > deadline) return true;
+    found = searchPanel(primaryPid, state);
+    state.lookSeconds = currentTime() - start;
+    return found;
+  };
   const double end = std::min(currentTime() + timeoutSeconds, deadline);
-  if (look() || pollUntil(end - currentTime(), searchPollSeconds, look)) return *state.found;
+  if (!ends()) pollUntil(end - currentTime(), searchPollSeconds, ends);
+  if (found) return *state.found;
   const std::string browser = processText(state.survey, primaryPid);
   if (!state.answered) throw notVerified(browser + " does not answer");
   if (!state.found) {
@@ -137,15 +149,24 @@ FoundPanel findPanel(std::int32_t primaryPid, double timeoutSeconds, double dead
       (state.found->parts.listing ? "has no confirm button" : "shows no list of entries"));
 }
 
-// The process of the controls, the service that stands where the panel does or is the only one that
-// is the browser's, the process in whose tree the panel stands, the browser.
-std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t primaryPid) {
-  std::vector<std::int32_t> pids{elementPid(*found.parts.confirmButton).value_or(0)};
+// The service that draws the panel, when the controls do not tell: it stands where the panel does,
+// or is the only one that is the browser's.
+std::vector<std::int32_t> servicesOfPanel(const FoundPanel& found) {
+  if (found.services.size() == 1) return found.services;
+  auto services = found.services;
   const Rect frame = axFrame(found.root.element);
   const auto windows = found.survey.windows.value_or(std::vector<PanelWindowRef>{});
-  for (const std::int32_t service : found.services) {
-    const bool only = found.services.size() == 1;
-    if (only || !windowsAt(windows, {service}, frame).empty()) pids.push_back(service);
+  std::erase_if(services, [&](auto pid) { return windowsAt(windows, {pid}, frame).empty(); });
+  return services;
+}
+
+// The process of the controls, the service that draws the panel, the process in whose tree the
+// panel stands, the browser.
+std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t primaryPid) {
+  const std::int32_t controls = elementPid(*found.parts.confirmButton).value_or(0);
+  std::vector<std::int32_t> pids{controls};
+  if (!hasPID(runningPanelServices(found.survey), controls)) {
+    for (const std::int32_t service : servicesOfPanel(found)) pids.push_back(service);
   }
   pids.push_back(found.root.owner.pid);
   pids.push_back(primaryPid);
@@ -155,8 +176,10 @@ std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t prima
 PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Target& target,
                      double deadline) {
   const auto keyPids = keyPidsFor(found, primaryPid);
-  const auto isAlone = [survey = found.survey, services = found.services, primaryPid] {
-    return openPanels(survey, primaryPid, services).size() == 1;
+  const auto isAlone = [survey = found.survey, services = found.services, root = found.root.element,
+                        primaryPid] {
+    const auto panels = openPanels(survey, primaryPid, services);
+    return panels.size() == 1 && panels.front().element == root;
   };
   const auto hasNoNewWindow = [before = found.survey.windows, keyPids](const auto& sheetFrame) {
     const auto now = before ? listedWindows() : std::nullopt;
@@ -170,7 +193,7 @@ PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Tar
           .isAlone = isAlone,
           .hasNoNewWindow = hasNoNewWindow,
           .deadline = deadline,
-          .sheetTaker = {},
+          .sheetTakers = {},
           .returnUnderWay = false,
           .lastSight = {},
           .problem = {}};
@@ -283,6 +306,11 @@ std::string mismatchText(const PanelChoice& choice) {
   return "the panel shows " + sightText(choice) + ", not " + choice.target.path + why;
 }
 
+// A Return of which nothing was seen may still come to something.
+std::string afterReturnText(const PanelChoice& choice) {
+  return choice.returnUnderWay ? ": what it will choose is unknown" : "";
+}
+
 ProvenSight waitUntilProven(PanelChoice& choice) {
   std::optional<ProvenSight> proven;
   const Condition look = [&] { return (proven = lookForTheLastTime(choice)).has_value(); };
@@ -290,9 +318,9 @@ ProvenSight waitUntilProven(PanelChoice& choice) {
   if (look() || pollUntil(withinDeadline(choice, seconds), confirmPollSeconds, look)) {
     return *proven;
   }
-  if (!proofWithin(choice, 0)) throw notVerified(mismatchText(choice));
+  if (!proofWithin(choice, 0)) throw notVerified(mismatchText(choice) + afterReturnText(choice));
   throw notVerified("the panel shows " + choice.target.path +
-                    ", but its confirm button is disabled");
+                    ", but its confirm button is disabled" + afterReturnText(choice));
 }
 
 // The panel may still be read for a moment after the press landed, which took a while: whoever
@@ -387,13 +415,12 @@ std::string timeIsUpText(const PanelChoice& choice) {
   const std::string text =
       proven ? "the panel, which shows " + choice.target.path + ", is not confirmed"
              : mismatchText(choice);
-  return "the time is up, and " + text +
-         (choice.returnUnderWay ? ": what it will choose is unknown" : "");
+  return "the time is up, and " + text + afterReturnText(choice);
 }
 
 // Best effort, for errors: what was opened is closed.
 void tidySheet(PanelChoice& choice) {
-  if (!choice.sheetTaker) return;
+  if (choice.sheetTakers.empty()) return;
   choice.deadline = currentTime() + tidySeconds;
   try {
     closeGoToSheet(choice);
@@ -423,7 +450,7 @@ Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAns
 void putFrontmostBack(std::optional<std::int32_t> before, const std::vector<std::int32_t>& panels) {
   const auto now = frontmostApplicationPid();
   if (!before || !now || now == before) return;
-  if (std::find(panels.begin(), panels.end(), *now) == panels.end()) return;
+  if (!hasPID(panels, *now)) return;
   restoreFrontmostApplication(*before);
 }
 
@@ -475,7 +502,7 @@ Result chooseFolderVerified(std::int32_t primaryPid, const std::string& targetPa
   if (!fileExists(path)) throw ToolError::notFound("folder does not exist: " + path);
   if (!isDirectory(path)) throw ToolError::usage("path is not a directory: " + path);
   const auto [volumeRoot, components] = volumeRootAndComponents(path);
-  const std::string volumeName = displayName(volumeRoot);
+  const std::string volumeName = displayNameWithin(volumeRoot, finderSeconds);
   const auto choice = chooseFrom(startTime, primaryPid, targetAt(path), timeoutSeconds);
   return withChoice(
       folderResult(path, volumeRoot, volumeName, components, lastPathComponent(path), "verified"),

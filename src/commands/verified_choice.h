@@ -37,8 +37,8 @@ struct VerifiedChoice {
 //   "the panel shows WHAT, not PATH (WHY)"
 //   "the panel shows PATH, but its confirm button is disabled"
 //   "the time is up, and the panel shows WHAT, not PATH (WHY)",
-//   "the time is up, and the panel, which shows PATH, is not confirmed", either of them followed
-//   by ": what it will choose is unknown" when the go-to sheet's Return may still come to something
+//   "the time is up, and the panel, which shows PATH, is not confirmed"; these four followed by
+//   ": what it will choose is unknown" when the go-to sheet's Return may still come to something
 //   "the panel closed before it was verified: what it chose is unknown"
 //   "the panel was gone before its confirm button was pressed: what it chose is unknown"
 //   "the panel did not show PATH any more when it was confirmed: what it chose is unknown"

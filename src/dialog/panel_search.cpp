@@ -48,6 +48,10 @@ bool hasOpenTitle(const Element& element) {
          titles.contains(readText(element, "AXDescription").value_or(""));
 }
 
+bool hasCancelTitle(const Element& button) {
+  return tables().cancelButtonTitles.contains(readText(button, "AXTitle").value_or(""));
+}
+
 // What a walk below a window found.
 struct FoundRoots {
   Elements identified;
@@ -81,49 +85,52 @@ void findRoots(const Element& window, FoundRoots& found) {
   }
 }
 
-// Whether a Cancel and a Choose button stand below the window: only then a chooser may.
-bool mayHoldChooser(const Element& window) {
-  bool cancel = false;
-  bool choose = false;
+// The Cancel buttons below the window, by their titles, in containers alone.
+Elements cancelButtonsIn(const Element& window) {
+  Elements buttons;
   std::size_t visited = 0;
   Elements level{window};
   for (int depth = 0; depth <= deepestButton && !level.empty(); ++depth) {
     Elements next;
     for (const Element& element : level) {
-      if (++visited > mostButtonNodes) return false;
-      if (readText(element, "AXRole") == "AXButton") {
-        const std::string title = readText(element, "AXTitle").value_or("");
-        cancel = cancel || tables().cancelButtonTitles.contains(title);
-        choose = choose || tables().chooseButtonTitles.contains(title);
+      if (++visited > mostButtonNodes) return buttons;
+      const std::string role = readText(element, "AXRole").value_or("");
+      if (isContainerRole(role)) {
+        const Elements children = childrenOf(element);
+        next.insert(next.end(), children.begin(), children.end());
+      } else if (role == "AXButton" && hasCancelTitle(element)) {
+        buttons.push_back(element);
       }
-      const Elements children = childrenOf(element);
-      next.insert(next.end(), children.begin(), children.end());
     }
     level = std::move(next);
   }
-  return cancel && choose;
+  return buttons;
 }
 
-// The innermost element around both.
-std::optional<Element> around(const Element& first, const Element& second) {
-  const auto others = ancestorChain({second, axParent(second)});
-  for (const NodeRef& node : ancestorChain({first, axParent(first)})) {
-    const bool common = std::any_of(others.begin(), others.end(), [&](const NodeRef& other) {
-      return other.element == node.element;
-    });
-    if (common) return node.element;
+bool isChooser(const Element& element) {
+  const PanelParts parts = panelParts(element);
+  return parts.complete() && parts.cancelButton && subtreeHasChooserSignature(element);
+}
+
+// The innermost chooser around the button. The window itself is none, as it outlives the chooser.
+std::optional<Element> chooserAround(const Element& button, const Element& window) {
+  for (const NodeRef& node : ancestorChain({button, axParent(button)})) {
+    if (node.element == window) return {};
+    if (isContainerRole(readText(node.element, "AXRole").value_or("")) && isChooser(node.element))
+      return node.element;
   }
   return {};
 }
 
-// A finder of embedded choosers may answer with their whole window, which outlives them.
-std::optional<Element> embeddedRoot(const Element& app, const Elements& windows) {
-  if (std::none_of(windows.begin(), windows.end(), mayHoldChooser)) return {};
-  const auto chooser = findEmbeddedChooserRoot(app);
-  if (!chooser) return {};
-  const PanelParts parts = panelParts(chooser->element);
-  if (!parts.complete() || !parts.cancelButton) return {};
-  return around(*parts.confirmButton, *parts.cancelButton);
+Elements embeddedRoots(const Elements& windows) {
+  Elements roots;
+  for (const Element& window : windows) {
+    for (const Element& button : cancelButtonsIn(window)) {
+      const auto root = chooserAround(button, window);
+      if (root && !isAmongElements(roots, *root)) roots.push_back(*root);
+    }
+  }
+  return roots;
 }
 
 bool holdsControls(const Element& root) {
@@ -140,9 +147,16 @@ std::vector<std::int32_t> ownersOf(const Elements& elements) {
   return pids;
 }
 
-// Whether both roots show one panel: at one place, with the same elements below them. Where these
-// are other processes' elements in the two trees, and cannot be compared, the place decides.
-bool showOnePanel(const Element& one, const Element& other) {
+// Whether panel services have several windows there.
+bool severalStandAt(const ProcessSurvey& survey, const Rect& frame) {
+  return survey.windows &&
+         windowsAt(*survey.windows, runningPanelServices(survey), frame).size() > 1;
+}
+
+// Whether a root of the browser and one of the service show one panel: at one place, with the same
+// elements below them. Where these are other processes' elements in the two trees, and cannot be
+// compared, the place decides, unless panel services have several windows there.
+bool showOnePanel(const ProcessSurvey& survey, const Element& one, const Element& other) {
   if (one == other) return true;
   const auto frame = readFrame(one);
   const auto otherFrame = readFrame(other);
@@ -152,14 +166,32 @@ bool showOnePanel(const Element& one, const Element& other) {
   const bool shared = std::any_of(contents.begin(), contents.end(), [&](const Element& element) {
     return isAmongElements(otherContents, element);
   });
-  return shared || contents.empty() || otherContents.empty() ||
-         ownersOf(contents) != ownersOf(otherContents);
+  if (shared) return true;
+  const bool comparable =
+      !contents.empty() && !otherContents.empty() && ownersOf(contents) == ownersOf(otherContents);
+  return !comparable && !severalStandAt(survey, *frame);
 }
 
+FoundRoots rootsBelowWindows(const Elements& windows) {
+  FoundRoots found;
+  for (const Element& window : windows) findRoots(window, found);
+  return found;
+}
+
+std::vector<PanelRoot> identifiedRootsIn(const AppRef& app) {
+  std::vector<PanelRoot> roots;
+  for (const Element& element : rootsBelowWindows(shownWindows(app.app)).identified) {
+    roots.push_back({element, app, true});
+  }
+  return roots;
+}
+
+using RootFinder = std::vector<PanelRoot> (*)(const AppRef&);
+
 std::vector<PanelRoot> serviceRoots(const ProcessSurvey& survey, std::int32_t primaryPid,
-                                    std::int32_t service) {
+                                    std::int32_t service, RootFinder rootsIn) {
   try {
-    auto roots = panelRootsIn({Element::application(service), service, panelServiceLabel});
+    auto roots = rootsIn({Element::application(service), service, panelServiceLabel});
     std::erase_if(roots, [&](const PanelRoot& root) {
       const auto frame = readFrame(root.element);
       return frame && standsWithAnother(survey, primaryPid, *frame);
@@ -170,12 +202,29 @@ std::vector<PanelRoot> serviceRoots(const ProcessSurvey& survey, std::int32_t pr
   }
 }
 
+// The browser's own, then those that only the services show.
+std::vector<PanelRoot> panelsFoundBy(RootFinder rootsIn, const ProcessSurvey& survey,
+                                     std::int32_t primaryPid,
+                                     const std::vector<std::int32_t>& services) {
+  auto panels = rootsIn({Element::application(primaryPid), primaryPid, primaryBrowserLabel});
+  const auto own = static_cast<std::ptrdiff_t>(panels.size());
+  for (const std::int32_t service : services) {
+    for (PanelRoot& root : serviceRoots(survey, primaryPid, service, rootsIn)) {
+      const bool twin =
+          std::any_of(panels.begin(), panels.begin() + own, [&](const PanelRoot& panel) {
+            return showOnePanel(survey, panel.element, root.element);
+          });
+      if (!twin) panels.push_back(std::move(root));
+    }
+  }
+  return panels;
+}
+
 }  // namespace
 
 std::vector<PanelRoot> panelRootsIn(const AppRef& app) {
   const Elements windows = shownWindows(app.app);
-  FoundRoots found;
-  for (const Element& window : windows) findRoots(window, found);
+  const FoundRoots found = rootsBelowWindows(windows);
   std::vector<PanelRoot> roots;
   for (const Element& element : found.identified) roots.push_back({element, app, true});
   if (!roots.empty()) return roots;
@@ -183,28 +232,16 @@ std::vector<PanelRoot> panelRootsIn(const AppRef& app) {
     if (holdsControls(element)) roots.push_back({element, app, false});
   }
   if (!roots.empty() || app.label != primaryBrowserLabel) return roots;
-  if (const auto element = embeddedRoot(app.app, windows)) roots.push_back({*element, app, false});
+  for (const Element& element : embeddedRoots(windows)) roots.push_back({element, app, false});
   return roots;
 }
 
+// What has no identifier takes long to find in a window with a large page: it is looked for when
+// there is none anywhere.
 std::vector<PanelRoot> openPanels(const ProcessSurvey& survey, std::int32_t primaryPid,
                                   const std::vector<std::int32_t>& services) {
-  auto panels = panelRootsIn({Element::application(primaryPid), primaryPid, primaryBrowserLabel});
-  const std::size_t own = panels.size();
-  for (const std::int32_t service : services) {
-    for (PanelRoot& root : serviceRoots(survey, primaryPid, service)) {
-      const auto twin = std::find_if(
-          panels.begin(), panels.begin() + static_cast<std::ptrdiff_t>(own),
-          [&](const PanelRoot& panel) { return showOnePanel(panel.element, root.element); });
-      if (twin == panels.begin() + static_cast<std::ptrdiff_t>(own)) {
-        panels.push_back(std::move(root));
-      }
-    }
-  }
-  const bool identified = std::any_of(panels.begin(), panels.end(),
-                                      [](const PanelRoot& panel) { return panel.identified; });
-  if (identified) std::erase_if(panels, [](const PanelRoot& panel) { return !panel.identified; });
-  return panels;
+  auto panels = panelsFoundBy(identifiedRootsIn, survey, primaryPid, services);
+  return panels.empty() ? panelsFoundBy(panelRootsIn, survey, primaryPid, services) : panels;
 }
 
 std::string panelCounts(const ProcessSurvey& survey, const std::vector<PanelRoot>& panels) {

@@ -24,8 +24,10 @@ struct PanelRoot {
 
 // The roots in one application's tree: its windows, the focused and the main one, and what stands
 // below them down to three levels, 150 elements of each, without pages, tool bars and listings. A
-// chooser without identifier or title that is embedded in a window of the browser counts as
-// findEmbeddedChooserRoot finds it, narrowed to what holds its two buttons. Throws Unanswered.
+// chooser without identifier or title that is embedded in a window of the browser is the innermost
+// element around a Cancel button that has the chooser's signature and a panel's controls; no more
+// than eight levels and 360 elements of a window are searched for the button, pages and listings
+// not at all. Throws Unanswered.
 std::vector<PanelRoot> panelRootsIn(const AppRef& app);
 
 // The browser's open panels: those of its own tree, then those that the panel services alone show.

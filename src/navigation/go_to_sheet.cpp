@@ -6,6 +6,7 @@
 #include "core/tables.h"
 #include "navigation/go_to_folder.h"
 #include "platform/accessibility.h"
+#include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/wait.h"
 
@@ -58,11 +59,15 @@ std::optional<Element> pathFieldOf(const Element& sheet) {
   return {};
 }
 
+// A sheet that is no panel.
+bool isSubordinateSheet(const Element& element) {
+  return readText(element, "AXRole") == "AXSheet" &&
+         readText(element, "AXIdentifier") != sheetPanelIdentifier;
+}
+
 bool isGoToSheet(const Element& element) {
-  if (readText(element, "AXRole") != "AXSheet") return false;
-  const std::string identifier = readText(element, "AXIdentifier").value_or("");
-  if (identifier == sheetPanelIdentifier) return false;
-  return identifier == sheetIdentifier || pathFieldOf(element).has_value();
+  return isSubordinateSheet(element) &&
+         (readText(element, "AXIdentifier") == sheetIdentifier || pathFieldOf(element).has_value());
 }
 
 // What a sheet of the panel may hang from: the root, and around a chooser that is neither a window
@@ -79,6 +84,16 @@ Elements carriersOf(const Element& root) {
   return carriers;
 }
 
+// The first sheet of the panel that is such a one.
+std::optional<Element> sheetOf(const Element& root, bool (*isSuch)(const Element&)) {
+  for (const Element& carrier : carriersOf(root)) {
+    for (const Element& child : sheetChildren(carrier)) {
+      if (isSuch(child)) return child;
+    }
+  }
+  return {};
+}
+
 bool sheetIsOpen(const PanelChoice& choice) {
   return holds(choice, [&] { return goToSheetOf(choice.panel.element).has_value(); });
 }
@@ -89,12 +104,20 @@ bool mayPostKeyTo(const PanelChoice& choice, std::int32_t pid) {
          holds(choice, [&] { return readText(choice.panel.element, "AXRole").has_value(); });
 }
 
+// What is opened must be closed in time: Return and Escape are made sure of like the chord.
+void requireTimeForKeys(const PanelChoice& choice, double seconds) {
+  const double needed = sheetOpensSeconds + 2 * seconds;
+  if (withinDeadline(choice, needed) < needed) throw TimeIsUp();
+}
+
 // The process whose chord opened the sheet.
 std::optional<std::int32_t> openSheet(PanelChoice& choice) {
   for (const std::int32_t pid : choice.keyPids) {
+    const double start = currentTime();
     if (!mayPostKeyTo(choice, pid)) continue;
+    requireTimeForKeys(choice, currentTime() - start);
     openGoToFolderSheet(pid);
-    choice.sheetTaker = pid;
+    choice.sheetTakers.push_back(pid);
     const bool opened = pollUntil(withinDeadline(choice, sheetOpensSeconds), sheetPollSeconds,
                                   [&] { return sheetIsOpen(choice); });
     if (opened) return pid;
@@ -194,6 +217,20 @@ std::optional<Element> closingButtonOf(const PanelChoice& choice, const Element&
   return {};
 }
 
+// The sheet that is open, if any, once it can be told: one without an identifier is known when its
+// field has come.
+std::optional<Element> openSheetOf(const PanelChoice& choice) {
+  std::optional<Element> sheet;
+  const Condition isKnown = [&] {
+    return holds(choice, [&] {
+      sheet = goToSheetOf(choice.panel.element);
+      return sheet || !sheetOf(choice.panel.element, isSubordinateSheet);
+    });
+  };
+  if (!isKnown()) pollUntil(withinDeadline(choice, sheetFieldSeconds), sheetPollSeconds, isKnown);
+  return sheet;
+}
+
 bool closeByButton(const PanelChoice& choice, const Element& sheet) {
   std::optional<Element> button;
   holds(choice, [&] { return (button = closingButtonOf(choice, sheet)).has_value(); });
@@ -202,21 +239,20 @@ bool closeByButton(const PanelChoice& choice, const Element& sheet) {
   return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
 }
 
+// A slow sheet may have opened after the time of its chord: then an earlier one's process has it.
 bool closeByEscape(const PanelChoice& choice, const Element& sheet) {
-  if (!choice.sheetTaker || !mayPostKeyInto(choice, sheet, *choice.sheetTaker)) return false;
-  tapKey(*choice.sheetTaker, keyCodeEscape, noModifiers, {}, sheetKeySeconds);
-  return sheetGoesWithin(choice, sheet, sheetClosesSeconds);
+  for (auto pid = choice.sheetTakers.rbegin(); pid != choice.sheetTakers.rend(); ++pid) {
+    if (!mayPostKeyInto(choice, sheet, *pid)) continue;
+    tapKey(*pid, keyCodeEscape, noModifiers, {}, sheetKeySeconds);
+    if (sheetGoesWithin(choice, sheet, sheetClosesSeconds)) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
 std::optional<Element> goToSheetOf(const Element& root) {
-  for (const Element& carrier : carriersOf(root)) {
-    for (const Element& child : sheetChildren(carrier)) {
-      if (isGoToSheet(child)) return child;
-    }
-  }
-  return {};
+  return sheetOf(root, isGoToSheet);
 }
 
 std::string goThroughSheet(PanelChoice& choice, const std::string& path) {
@@ -235,8 +271,7 @@ std::string goThroughSheet(PanelChoice& choice, const std::string& path) {
 }
 
 bool closeGoToSheet(PanelChoice& choice) {
-  std::optional<Element> sheet;
-  holds(choice, [&] { return (sheet = goToSheetOf(choice.panel.element)).has_value(); });
+  const auto sheet = openSheetOf(choice);
   if (!sheet) return true;
   return closeByButton(choice, *sheet) || closeByEscape(choice, *sheet);
 }

@@ -41,10 +41,10 @@ struct PanelChoice {
   std::function<bool(const std::optional<Rect>& sheetFrame)> hasNoNewWindow;
   // In the clock's time: no wait goes beyond it, and nothing is begun after it.
   double deadline = 0;
-  // Filled in meanwhile: the process to which the last chord went that may have opened the go-to
-  // sheet, whether a Return is under way of which nothing was seen yet, what the last complete look
-  // saw, and why the panel is not where it should be.
-  std::optional<std::int32_t> sheetTaker;
+  // Filled in meanwhile: the processes that were sent the chord of the go-to sheet, whether a Return
+  // is under way of which nothing was seen yet, what the last complete look saw, and why the panel
+  // is not where it should be.
+  std::vector<std::int32_t> sheetTakers;
   bool returnUnderWay = false;
   std::optional<PanelSight> lastSight;
   std::string problem;

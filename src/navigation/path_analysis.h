@@ -18,6 +18,9 @@ VolumePath volumeRootAndComponents(const std::string& path);
 // answer. Asked once for each path; a script run, without a time limit, the first time.
 std::string displayName(const std::string& path);
 
+// The same; the Finder has so long to answer.
+std::string displayNameWithin(const std::string& path, double timeoutSeconds);
+
 // The components of `to` below `from`; empty when `to` is not below it, or is the same.
 std::vector<std::string> relativeComponents(const std::string& from, const std::string& to);
 

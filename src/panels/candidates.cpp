@@ -54,12 +54,14 @@ std::vector<std::int32_t> panelServicePIDs(std::int32_t primaryPid) {
   return pids;
 }
 
+bool hasPID(const std::vector<std::int32_t>& pids, std::int32_t pid) {
+  return std::find(pids.begin(), pids.end(), pid) != pids.end();
+}
+
 std::vector<std::int32_t> uniquePIDs(const std::vector<std::int32_t>& pids) {
   std::vector<std::int32_t> unique;
   for (const std::int32_t pid : pids) {
-    if (pid > 0 && std::find(unique.begin(), unique.end(), pid) == unique.end()) {
-      unique.push_back(pid);
-    }
+    if (pid > 0 && !hasPID(unique, pid)) unique.push_back(pid);
   }
   return unique;
 }

@@ -26,6 +26,8 @@ std::string panelServiceName(const std::string& browserName);
 // of captured panel windows; without the primary pid and without repeats.
 std::vector<std::int32_t> panelServicePIDs(std::int32_t primaryPid);
 
+bool hasPID(const std::vector<std::int32_t>& pids, std::int32_t pid);
+
 // Without repeats and without pids below 1, the first of each kept, in order.
 std::vector<std::int32_t> uniquePIDs(const std::vector<std::int32_t>& pids);
 

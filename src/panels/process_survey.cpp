@@ -108,14 +108,14 @@ bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std
 }
 
 bool isServiceOf(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service,
-                 bool isOnly) {
+                 bool isOnlyChoice) {
   const auto served = servedApplication(survey, service);
   const auto names = namesOf(survey, primaryPid);
   if (served && !names.empty() && !names.contains(*served)) return false;
   if (standsWithBrowser(survey, primaryPid, service)) return true;
   const bool named = served && names.contains(*served) && !survey.processes.empty();
   if (named && !anotherHasName(survey, primaryPid, *served)) return true;
-  return isOnly && !survey.processes.empty();
+  return isOnlyChoice;
 }
 
 }  // namespace
@@ -172,12 +172,13 @@ std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey) {
   return uniquePIDs(pids);
 }
 
-std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid) {
+std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid,
+                                          bool showsPanel) {
   auto services = runningPanelServices(survey);
   std::erase(services, primaryPid);
-  const bool isOnly = services.size() == 1;
+  const bool isOnlyChoice = showsPanel && services.size() == 1 && !survey.processes.empty();
   std::erase_if(services, [&](std::int32_t service) {
-    return !isServiceOf(survey, primaryPid, service, isOnly);
+    return !isServiceOf(survey, primaryPid, service, isOnlyChoice);
   });
   return services;
 }
@@ -188,7 +189,7 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
   for (const PanelWindowRef& window : windowsOf(survey)) {
     if (!rectsEqual(window.frame, frame)) continue;
     if (window.pid == primaryPid) return false;
-    another = another || std::find(services.begin(), services.end(), window.pid) == services.end();
+    another = another || !hasPID(services, window.pid);
   }
   return another;
 }
@@ -197,8 +198,7 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
                                       const std::vector<std::int32_t>& owners, const Rect& frame) {
   Windows standing;
   for (const PanelWindowRef& window : windows) {
-    const bool owned = std::find(owners.begin(), owners.end(), window.pid) != owners.end();
-    if (owned && rectsEqual(window.frame, frame)) standing.push_back(window);
+    if (hasPID(owners, window.pid) && rectsEqual(window.frame, frame)) standing.push_back(window);
   }
   return standing;
 }
@@ -207,8 +207,7 @@ bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
                     const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
                     const std::optional<Rect>& left) {
   return std::any_of(now.begin(), now.end(), [&](const PanelWindowRef& window) {
-    const bool owned = std::find(owners.begin(), owners.end(), window.pid) != owners.end();
-    if (!owned || (left && rectsEqual(window.frame, *left))) return false;
+    if (!hasPID(owners, window.pid) || (left && rectsEqual(window.frame, *left))) return false;
     return windowsAt(now, {window.pid}, window.frame).size() >
            windowsAt(before, {window.pid}, window.frame).size();
   });

@@ -52,9 +52,11 @@ std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey);
 //   one there, or
 // - it is named for the browser ("Open and Save Panel Service (NAME)") and no other process that
 //   runs has that name, or
-// - it is the only one that runs.
+// - it is the only one that runs, and the browser shows a panel in its own tree (`showsPanel`),
+//   which some service must have drawn.
 // One that is named for another application is not, whatever else is so.
-std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid);
+std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid,
+                                          bool showsPanel);
 
 // Whether a window of a process that is neither the browser nor a panel service stands exactly
 // there, and none of the browser's does.

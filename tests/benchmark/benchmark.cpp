@@ -49,6 +49,10 @@ constexpr double emptying = 2 * key(0.05);
 constexpr double sheetByControls = key(0.15) + 0.25 + 0.12 + 0.2 + key(0.25);
 // The sheet by keys: its chord and arrival, the field emptied, the path typed, Return.
 constexpr double sheetByKeys = key(0.15) + 0.2 + emptying + typing(folderPath, 0.02) + key(0.25);
+// The verified sheet: its chord, and Return; what follows each is watched for.
+constexpr double sheetByProof = key(0.15) + key(0.05);
+// A sheet that no process opens.
+constexpr double noSheet = 2 * (key(0.15) + 1.3);
 // The volume is shown, its first row looked for in vain; after the sheet the folder's own row is.
 constexpr double walkAndSheet = 0.15 + 2.5 + sheetByControls + 0.3 + 2.0;
 // A click into the panel, the sheet's chord and arrival, the field emptied, the path typed, Return
@@ -80,6 +84,7 @@ std::vector<Route> routes() {
   const std::vector<std::string> folder{"choose-folder", "--path", folderPath};
   const std::vector<std::string> strict{"choose-folder", "--path", folderPath,
                                         "--strict-background"};
+  const std::vector<std::string> verified{"choose-folder", "--path", folderPath, "--verify"};
   const std::vector<std::string> events{"choose-folder", "--path", folderPath,
                                         "--prefer-background-panel"};
   const std::vector<std::string> script{"choose-folder", "--path", folderPath,
@@ -97,6 +102,8 @@ std::vector<Route> routes() {
   const World::Patches parentIsPlace{
       {"/panels/0/folder", "/"},
       {"/places", {{{"label", "usr"}, {"path", "/usr"}, {"urlKnown", true}}}}};
+  World::Patches keysReachNobody = parentIsPlace;
+  keysReachNobody.emplace_back("/panels/0/keysReach", "nobody");
   const World::Patches fast{{"/panels/0/slow", 0.5}};
   const World::Patches rowUnderClick{
       {"/panels/0/layout/list", {{"x", 160}, {"y", 92}, {"width", 640}, {"height", 250}}}};
@@ -110,6 +117,11 @@ std::vector<Route> routes() {
       {"choose_folder/strict_english", english, strict, strictly, sheetByControls},
       {"choose_folder/strict_chinese", chinese, strict, strictly, sheetByControls},
       {"choose_folder/strict_old", "english-old-generation", strict, strictly, sheetByControls},
+      {"choose_folder/verified_english", english, verified, "verified", sheetByProof},
+      {"choose_folder/verified_chinese", chinese, verified, "verified", sheetByProof},
+      {"choose_folder/verified_old", "english-old-generation", verified, "verified", sheetByProof},
+      {"choose_folder/verified_without_keys", chinese, verified, "verified", noSheet,
+       keysReachNobody},
       {"choose_folder/hierarchy", chinese, folder, "hierarchy", click, parentIsPlace},
       {"choose_folder/go_to_folder", english, folder, "go-to-folder-ax", walkAndSheet},
       {"choose_folder/events", "unseen-folders", events, "background-window-capture-cgevent",

@@ -13,22 +13,6 @@
 namespace tessarine::test {
 namespace {
 
-TEST(Watchdog, GivesACommandItsTimeoutAndEightSecondsButAtLeastTwelve) {
-  EXPECT_EQ(watchdogSeconds(10), 18.0);
-  EXPECT_EQ(watchdogSeconds(30), 38.0);
-  EXPECT_EQ(watchdogSeconds(4.5), 12.5);
-  EXPECT_EQ(watchdogSeconds(4), 12.0);
-  EXPECT_EQ(watchdogSeconds(0), 12.0);
-  EXPECT_EQ(watchdogSeconds(-20), 12.0);
-}
-
-TEST(Watchdog, BarksAtTwelveSecondsWhenTheTimeoutIsNoNumber) {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(watchdogSeconds(std::numeric_limits<double>::quiet_NaN()), 12.0);
-  EXPECT_EQ(watchdogSeconds(-infinity), 12.0);
-  EXPECT_EQ(watchdogSeconds(infinity), infinity);
-}
-
 TEST(Watchdog, ReturnsTheResultOfWorkThatIsDoneInTime) {
   BareDesktop bare;
   const Result result = runUnderWatchdog(12, [] {

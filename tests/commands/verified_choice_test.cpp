@@ -7,8 +7,8 @@
 #include <functional>
 #include <memory>
 
-#include "cli/watchdog.h"
 #include "commands/verified_world.h"
+#include "core/time_budget.h"
 #include "dialog/tree.h"
 
 namespace tessarine::test::verified_choice {
@@ -264,6 +264,33 @@ TEST(VerifiedPanel, OfASecondBrowserIsNotTouched) {
   EXPECT_EQ(world.world.record().keyEvents(), 0U);
 }
 
+// Its service is the only one that runs, and nothing tells whose it is.
+TEST(VerifiedPanel, OfASecondBrowserThatOnlyItsServiceShowsIsNotTouched) {
+  FolderWorld world("two-browsers", {{"/panels/0/opensAtSeconds", 3600},
+                                     {"/panels/1/shape", "service-window"},
+                                     {"/panels/1/listed", "none"}});
+  const HonestFailure failure(world.world, world.target, "choose-folder", {"--timeout", "1"});
+  EXPECT_THAT(failure.error, HasSubstr("no open panel of Google Chrome"));
+  EXPECT_EQ(failure.run.panels, "open, open");
+  EXPECT_EQ(world.world.record().keyEvents(), 0U);
+}
+
+// Its service's window stands just where the browser's own panel has its window.
+TEST(VerifiedPanel, WhoseControlsTellTheirServiceSendsKeysToNoOther) {
+  const nlohmann::ordered_json ownFrame{{"x", 320}, {"y", 180}, {"width", 800}, {"height", 450}};
+  FolderWorld world("two-browsers", {{"/panels/0/keysReach", "nobody"},
+                                     {"/panels/0/listed", "host"},
+                                     {"/panels/1/listed", "service"},
+                                     {"/panels/1/folder", "/usr"},
+                                     {"/panels/1/frame", ownFrame}});
+  chooseVerifiedFolder(world);
+  EXPECT_GT(world.world.record().keyEvents(), 0U);
+  for (const std::string& event : postedEventKinds(world.world.record())) {
+    EXPECT_THAT(event, ::testing::AnyOf(EndsWith("-> 900"), EndsWith("-> 812")));
+  }
+  EXPECT_EQ(world.world.panel(1).folderShown(), "/usr");
+}
+
 TEST(VerifiedPanel, NeedsAConfirmButton) {
   FolderWorld world("chromium-english", {{"/panels/0/faults/noConfirmButton", true}});
   const HonestFailure failure(world.world, world.target, "choose-folder", {"--timeout", "1"});
@@ -322,6 +349,15 @@ TEST(VerifiedChoice, IsNotMisledByASuggestion) {
   const VerifiedRun run = chooseVerifiedFolder(world);
   EXPECT_THAT(run.panels, ::testing::AnyOf("open", "chosen " + world.target));
   EXPECT_EQ(world.world.verdict(), "true");
+}
+
+// The folder vanishes before the sheet is confirmed, which stays open then.
+TEST(VerifiedChoice, SaysThatAReturnOfWhichNothingWasSeenMayStillComeToSomething) {
+  FolderWorld world("chromium-english");
+  world.world.desktop().schedule(0.3, [&] { std::filesystem::remove_all(world.target); });
+  const HonestFailure failure(world.world, world.target);
+  EXPECT_THAT(failure.error, AllOf(HasSubstr("the go-to sheet did not go"),
+                                   EndsWith("): what it will choose is unknown")));
 }
 
 TEST(VerifiedChoice, ClosesTheSheetThatItOpenedWhenItFails) {
@@ -393,7 +429,6 @@ TEST(VerifiedConfirmation, NeedsAnEnabledButton) {
   };
   find(world.world.desktop().findProcess(browserPid)->root);
   ASSERT_NE(button, nullptr);
-  world.world.desktop().schedule(1.0, [] {});
   button->set("AXEnabled", false);
   const HonestFailure failure(world.world, world.target);
   EXPECT_THAT(failure.error,

@@ -192,6 +192,47 @@ TEST(PanelRootsIn, AnEmbeddedChooserWithoutIdentifiersIsTheBrowsersAlone) {
   EXPECT_THAT(panelRootsIn({app, browserPid, panelServiceLabel}), IsEmpty());
 }
 
+// A chooser with its list, its text and a bar of buttons.
+Node& addChooser(Node& parent, const std::string& called) {
+  Node& chooser = add(parent, called, "AXGroup", {{"called", called}});
+  Node& list = chooser.addChild("AXScrollArea").addChild("AXOutline");
+  list.set("AXDescription", std::string("列表视图"));
+  Node& bar = chooser.addChild("AXGroup");
+  bar.addChild("AXButton").set("AXTitle", std::string("Cancel"));
+  bar.addChild("AXButton").set("AXTitle", std::string("Open"));
+  return chooser;
+}
+
+TEST(PanelRootsIn, AnEmbeddedChooserIsTheInnermostElementAroundItsListAndItsButtons) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  addChooser(window.addChild("AXGroup"), "chooser");
+  EXPECT_THAT(namesIn(world), ElementsAre("chooser, by its title"));
+}
+
+TEST(PanelRootsIn, EmbeddedChoosersAreAllFound) {
+  BareDesktop world;
+  addChooser(world.addWindow("Extensions").addChild("AXGroup"), "one");
+  addChooser(world.addWindow("Downloads").addChild("AXGroup"), "two");
+  EXPECT_EQ(namesIn(world).size(), 2U);
+}
+
+// It would still be there when the chooser has closed.
+TEST(PanelRootsIn, ABrowsersWindowIsNoEmbeddedChooser) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  window.addChild("AXOutline").set("AXDescription", std::string("列表视图"));
+  window.addChild("AXButton").set("AXTitle", std::string("Cancel"));
+  window.addChild("AXButton").set("AXTitle", std::string("Open"));
+  EXPECT_THAT(namesIn(world), IsEmpty());
+}
+
+TEST(PanelRootsIn, NoPageIsSearchedForAnEmbeddedChooser) {
+  BareDesktop world;
+  addChooser(world.addWindow("Extensions").addChild("AXWebArea"), "page");
+  EXPECT_THAT(namesIn(world), IsEmpty());
+}
+
 TEST(PanelRootsIn, AnOldPanelOfAnotherTitleIsNone) {
   BareDesktop world;
   Node& window = world.addWindow("Page Setup");
@@ -236,7 +277,7 @@ TEST(PanelRootsIn, ThrowsWhenAWindowDoesNotSayWhatItHolds) {
 
 std::vector<PanelRoot> panelsOf(std::int32_t pid = browserPid) {
   const ProcessSurvey survey = surveyProcesses();
-  return openPanels(survey, pid, panelServicesOf(survey, pid));
+  return openPanels(survey, pid, panelServicesOf(survey, pid, false));
 }
 
 // "812 primary-browser" for each panel.
@@ -287,6 +328,22 @@ TEST(OpenPanels, OneOfTheBrowserAndOneOfTheServiceAtOnePlaceAreTwo) {
                 {{"/panels/0/shape", "host-sheet"},
                  {"/panels/1/frame", {{"x", 320}, {"y", 180}, {"width", 800}, {"height", 450}}}});
   EXPECT_EQ(panelsOf().size(), 2U);
+}
+
+// Their elements cannot be compared; that the service has two windows there tells.
+TEST(OpenPanels, TwoAtOnePlaceAreToldByTheirWindows) {
+  const std::string frame = "/panels/1/frame";
+  const nlohmann::ordered_json place{{"x", 320}, {"y", 180}, {"width", 800}, {"height", 450}};
+  World::Patches patches{{"/panels/0/shape", "host-sheet"},
+                         {"/panels/0/elementsBelongTo", "host"},
+                         {"/panels/0/listed", "host-and-service"},
+                         {"/panels/1/listed", "host-and-service"},
+                         {frame, place}};
+  World listed("two-panels", patches);
+  EXPECT_EQ(panelsOf().size(), 2U);
+  patches[3].second = "host";
+  World unlisted("two-panels", patches);
+  EXPECT_EQ(panelsOf().size(), 1U);
 }
 
 TEST(OpenPanels, ATitleInOneTreeDoesNotCountBesideAnIdentifierInAnother) {

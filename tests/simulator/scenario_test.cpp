@@ -283,6 +283,17 @@ TEST(Scenario, PanelWhoseApplicationQuitBeforeNeverOpens) {
   EXPECT_EQ(scene->desktop.findProcess(900), nullptr);
 }
 
+// Of a window that a service alone shows there is no such service then.
+TEST(Scenario, PanelThatHasNotOpenedIsAskedWhetherItLives) {
+  const auto scene = makeScene(scenarioFromText(R"({
+    "panels": [{"shape": "service-window", "opensAtSeconds": 5}],
+    "person": [{"atSeconds": 1, "quits": 812, "remembered": false}]})",
+                                                "quitting"));
+  EXPECT_FALSE(scene->panels[0]->alive());
+  scene->desktop.advanceTo(10);
+  EXPECT_FALSE(scene->panels[0]->alive());
+}
+
 TEST(Scenario, PanelsOfOneServiceThatEndsEndItTogether) {
   Scenario scenario = bundledScenario("two-panels");
   for (const char* panel : {"/panels/0/serviceEnds", "/panels/1/serviceEnds"}) {

@@ -92,7 +92,10 @@ simulator::Scenario patchedScenario(const std::string& name, const World::Patche
 }  // namespace
 
 World::World(const std::string& scenario, const Patches& patches)
-    : scene_(simulator::makeScene(patchedScenario(scenario, patches))), attached_(scene_->desktop) {
+    : World(patchedScenario(scenario, patches)) {}
+
+World::World(const simulator::Scenario& scenario)
+    : scene_(simulator::makeScene(scenario)), attached_(scene_->desktop) {
   installCaptureHelper(scene_->desktop);
 }
 

@@ -16,6 +16,7 @@
 #include "platform/element.h"
 #include "simulator/desktop/desktop.h"
 #include "simulator/judge/call_log.h"
+#include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "support/temporary_folder.h"
 
@@ -75,6 +76,7 @@ class World {
  public:
   using Patches = std::vector<std::pair<std::string, nlohmann::ordered_json>>;
   explicit World(const std::string& scenario, const Patches& patches = {});
+  explicit World(const simulator::Scenario& scenario);
 
   simulator::Desktop& desktop() { return scene_->desktop; }
   const simulator::Record& record() const { return scene_->desktop.record(); }
