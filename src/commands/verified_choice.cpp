@@ -50,9 +50,10 @@ constexpr double enabledSeconds = 2.5;
 constexpr double confirmPollSeconds = 0.05;
 constexpr double closePollSeconds = 0.1;
 constexpr double closeSeconds = 2.0;
-// A press that went unanswered may land later, one that failed otherwise hardly does.
-constexpr double unansweredCloseSeconds = 6.0;
+// A press that failed hardly lands later; one that went unanswered does so before its process
+// answers anything else.
 constexpr double failedCloseSeconds = 1.0;
+constexpr double answersAgainSeconds = 6.0;
 constexpr double windowLeavesSeconds = 4.0;
 
 // On one line, as file names may hold line breaks.
@@ -103,7 +104,8 @@ bool isRunningProcess(std::int32_t pid) {
 bool searchPanel(std::int32_t primaryPid, SearchState& state) {
   state.survey = surveyProcesses(state.helperFails ? 0 : surveySeconds);
   state.helperFails = !state.survey.windows;
-  const auto services = panelServicesOf(state.survey, primaryPid, false);
+  auto services = panelServicesOf(state.survey, primaryPid);
+  if (services.empty()) services = panelServicesByPlace(state.survey, primaryPid);
   try {
     const auto panels = openPanels(state.survey, primaryPid, services);
     state.answered = true;
@@ -113,9 +115,7 @@ bool searchPanel(std::int32_t primaryPid, SearchState& state) {
                         panelCounts(state.survey, panels) + ")");
     }
     if (panels.empty()) return false;
-    const bool own = panels.front().owner.pid == primaryPid;
-    state.found = FoundPanel{
-        panels.front(), {}, state.survey, panelServicesOf(state.survey, primaryPid, own)};
+    state.found = FoundPanel{panels.front(), {}, state.survey, services};
     state.found->parts = panelParts(panels.front().element);
     return state.found->parts.complete();
   } catch (const Unanswered&) {
@@ -165,7 +165,7 @@ std::vector<std::int32_t> servicesOfPanel(const FoundPanel& found) {
 std::vector<std::int32_t> keyPidsFor(const FoundPanel& found, std::int32_t primaryPid) {
   const std::int32_t controls = elementPid(*found.parts.confirmButton).value_or(0);
   std::vector<std::int32_t> pids{controls};
-  if (!hasPID(runningPanelServices(found.survey), controls)) {
+  if (controls == 0 || controls == primaryPid) {
     for (const std::int32_t service : servicesOfPanel(found)) pids.push_back(service);
   }
   pids.push_back(found.root.owner.pid);
@@ -387,9 +387,9 @@ void waitForVerifiedClose(const PanelChoice& choice, const WatchedClose& closing
   }
 }
 
-double closeSecondsAfter(int pressAnswer) {
-  if (pressAnswer == kAXErrorSuccess) return closeSeconds;
-  return pressAnswer == kAXErrorCannotComplete ? unansweredCloseSeconds : failedCloseSeconds;
+void awaitAnswer(const PanelChoice& choice) {
+  const Condition answers = [&] { return answersNow(choice.panel.element); };
+  if (!answers()) pollUntil(withinDeadline(choice, answersAgainSeconds), closePollSeconds, answers);
 }
 
 Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
@@ -401,7 +401,9 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnsw
     throw notVerified(
         "the panel was gone before its confirm button was pressed: what it chose is unknown");
   }
-  closing.seconds = closeSecondsAfter(answer);
+  if (answer == kAXErrorCannotComplete) awaitAnswer(choice);
+  const bool failed = answer != kAXErrorSuccess && answer != kAXErrorCannotComplete;
+  closing.seconds = failed ? failedCloseSeconds : closeSeconds;
   // What was pressed is awaited, also at the end of the time.
   choice.deadline = std::max(choice.deadline, currentTime() + closeSeconds);
   waitForVerifiedClose(choice, closing, primaryPid);

@@ -244,6 +244,19 @@ std::vector<PanelRoot> openPanels(const ProcessSurvey& survey, std::int32_t prim
   return panels.empty() ? panelsFoundBy(panelRootsIn, survey, primaryPid, services) : panels;
 }
 
+std::vector<std::int32_t> panelServicesByPlace(const ProcessSurvey& survey,
+                                               std::int32_t primaryPid) {
+  auto services = possiblePanelServicesOf(survey, primaryPid);
+  std::erase_if(services, [&](std::int32_t service) {
+    const auto roots = serviceRoots(survey, primaryPid, service, panelRootsIn);
+    return std::none_of(roots.begin(), roots.end(), [&](const PanelRoot& root) {
+      return standsWithBrowser(survey, primaryPid, service, axFrame(root.element));
+    });
+  });
+  if (services.size() > 1) services.clear();
+  return services;
+}
+
 std::string panelCounts(const ProcessSurvey& survey, const std::vector<PanelRoot>& panels) {
   std::vector<std::pair<std::int32_t, int>> counts;
   for (const PanelRoot& panel : panels) {

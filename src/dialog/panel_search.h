@@ -37,6 +37,12 @@ std::vector<PanelRoot> panelRootsIn(const AppRef& app);
 std::vector<PanelRoot> openPanels(const ProcessSurvey& survey, std::int32_t primaryPid,
                                   const std::vector<std::int32_t>& services);
 
+// The service that may be the browser's and whose panel, as its tree has it, stands where a window
+// of the browser and of no third process stands: for when its own windows are not listed. None when
+// there are several.
+std::vector<std::int32_t> panelServicesByPlace(const ProcessSurvey& survey,
+                                               std::int32_t primaryPid);
+
 // Where the panels are: "Google Chrome 812: 2, panel service 900: 1".
 std::string panelCounts(const ProcessSurvey& survey, const std::vector<PanelRoot>& panels);
 

@@ -41,9 +41,9 @@ struct PanelChoice {
   std::function<bool(const std::optional<Rect>& sheetFrame)> hasNoNewWindow;
   // In the clock's time: no wait goes beyond it, and nothing is begun after it.
   double deadline = 0;
-  // Filled in meanwhile: the processes that were sent the chord of the go-to sheet, whether a Return
-  // is under way of which nothing was seen yet, what the last complete look saw, and why the panel
-  // is not where it should be.
+  // Filled in meanwhile: the processes that were sent the chord of the go-to sheet, whether a
+  // Return is under way of which nothing was seen yet, what the last complete look saw, and why the
+  // panel is not where it should be.
   std::vector<std::int32_t> sheetTakers;
   bool returnUnderWay = false;
   std::optional<PanelSight> lastSight;

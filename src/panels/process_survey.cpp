@@ -1,6 +1,7 @@
 #include "panels/process_survey.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <string_view>
 
@@ -17,6 +18,10 @@ namespace {
 constexpr std::string_view serviceExecutable = "com.apple.appkit.xpc.openAndSavePanelService";
 constexpr std::string_view serviceDisplayName = "Open and Save Panel Service";
 constexpr std::string_view bundleExecutables = ".app/Contents/MacOS/";
+// As their bundles' names begin.
+constexpr std::array<std::string_view, 9> browserNames{
+    "Google Chrome", "Chromium", "Microsoft Edge", "Brave Browser", "Vivaldi",
+    "Opera",         "Arc",      "Firefox",        "Safari"};
 
 using Windows = std::vector<PanelWindowRef>;
 
@@ -90,32 +95,38 @@ bool anotherHasName(const ProcessSurvey& survey, std::int32_t pid, const std::st
          std::any_of(windows.begin(), windows.end(), ownsWindow);
 }
 
-// Whether the service and the browser, and nobody else, have windows at one place.
-bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service) {
-  const Windows& windows = windowsOf(survey);
-  for (const PanelWindowRef& window : windows) {
-    if (window.pid != service || !window.frame.hasArea()) continue;
-    bool browser = false;
-    bool third = false;
-    for (const PanelWindowRef& other : windows) {
-      if (!rectsEqual(other.frame, window.frame)) continue;
-      browser = browser || other.pid == primaryPid;
-      third = third || (other.pid != primaryPid && other.pid != service);
-    }
-    if (browser && !third) return true;
-  }
-  return false;
-}
-
-bool isServiceOf(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service,
-                 bool isOnlyChoice) {
+bool isNamedForAnother(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service) {
   const auto served = servedApplication(survey, service);
   const auto names = namesOf(survey, primaryPid);
-  if (served && !names.empty() && !names.contains(*served)) return false;
-  if (standsWithBrowser(survey, primaryPid, service)) return true;
-  const bool named = served && names.contains(*served) && !survey.processes.empty();
-  if (named && !anotherHasName(survey, primaryPid, *served)) return true;
-  return isOnlyChoice;
+  return served && !names.empty() && !names.contains(*served);
+}
+
+bool isNamedForBrowserAlone(const ProcessSurvey& survey, std::int32_t primaryPid,
+                            std::int32_t service) {
+  const auto served = servedApplication(survey, service);
+  return served && namesOf(survey, primaryPid).contains(*served) && !survey.processes.empty() &&
+         !anotherHasName(survey, primaryPid, *served);
+}
+
+bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service) {
+  const Windows& windows = windowsOf(survey);
+  return std::any_of(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
+    return window.pid == service && standsWithBrowser(survey, primaryPid, service, window.frame);
+  });
+}
+
+bool isBrowser(const std::string& name) {
+  const bool known =
+      std::any_of(browserNames.begin(), browserNames.end(),
+                  [&](std::string_view browser) { return name.starts_with(browser); });
+  return known && !contains(name, "Helper");
+}
+
+bool anotherBrowserRuns(const ProcessSurvey& survey, std::int32_t primaryPid) {
+  return std::any_of(survey.processes.begin(), survey.processes.end(),
+                     [&](const ListedProcess& process) {
+                       return process.pid != primaryPid && isBrowser(bundleName(process.command));
+                     });
 }
 
 }  // namespace
@@ -172,15 +183,37 @@ std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey) {
   return uniquePIDs(pids);
 }
 
-std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid,
-                                          bool showsPanel) {
+std::vector<std::int32_t> possiblePanelServicesOf(const ProcessSurvey& survey,
+                                                  std::int32_t primaryPid) {
   auto services = runningPanelServices(survey);
-  std::erase(services, primaryPid);
-  const bool isOnlyChoice = showsPanel && services.size() == 1 && !survey.processes.empty();
   std::erase_if(services, [&](std::int32_t service) {
-    return !isServiceOf(survey, primaryPid, service, isOnlyChoice);
+    return service == primaryPid || isNamedForAnother(survey, primaryPid, service);
   });
   return services;
+}
+
+std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid) {
+  auto services = possiblePanelServicesOf(survey, primaryPid);
+  const bool isOnlyChoice = runningPanelServices(survey).size() == 1 && survey.windows &&
+                            !survey.processes.empty() && !anotherBrowserRuns(survey, primaryPid);
+  if (isOnlyChoice) return services;
+  std::erase_if(services, [&](std::int32_t service) {
+    return !standsWithBrowser(survey, primaryPid, service) &&
+           !isNamedForBrowserAlone(survey, primaryPid, service);
+  });
+  return services;
+}
+
+bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service,
+                       const Rect& frame) {
+  if (!frame.hasArea()) return false;
+  bool browser = false;
+  for (const PanelWindowRef& window : windowsOf(survey)) {
+    if (!rectsEqual(window.frame, frame)) continue;
+    if (window.pid != primaryPid && window.pid != service) return false;
+    browser = browser || window.pid == primaryPid;
+  }
+  return browser;
 }
 
 bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, const Rect& frame) {

@@ -47,16 +47,22 @@ std::string processName(const ProcessSurvey& survey, std::int32_t pid);
 // display name, and owners of windows that are called by the display name. In the survey's order.
 std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey);
 
-// Those of them that can be told to be the browser's. A service is when
+// Those of them that may be the browser's: that are not named for another application ("Open and
+// Save Panel Service (NAME)").
+std::vector<std::int32_t> possiblePanelServicesOf(const ProcessSurvey& survey,
+                                                  std::int32_t primaryPid);
+
+// Those of these that can be told to be the browser's. A service is when
 // - a window of its stands exactly where a window of the browser stands, and no third process has
 //   one there, or
-// - it is named for the browser ("Open and Save Panel Service (NAME)") and no other process that
-//   runs has that name, or
-// - it is the only one that runs, and the browser shows a panel in its own tree (`showsPanel`),
-//   which some service must have drawn.
-// One that is named for another application is not, whatever else is so.
-std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid,
-                                          bool showsPanel);
+// - it is named for the browser and no other process that runs has that name, or
+// - it is the only one that runs, and so, as far as its name tells, is the browser; but not while
+//   the windows are unknown, by which another application's panel is told.
+std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid);
+
+// Whether a window of the browser stands exactly there, and none of a third process.
+bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service,
+                       const Rect& frame);
 
 // Whether a window of a process that is neither the browser nor a panel service stands exactly
 // there, and none of the browser's does.

@@ -277,7 +277,7 @@ TEST(PanelRootsIn, ThrowsWhenAWindowDoesNotSayWhatItHolds) {
 
 std::vector<PanelRoot> panelsOf(std::int32_t pid = browserPid) {
   const ProcessSurvey survey = surveyProcesses();
-  return openPanels(survey, pid, panelServicesOf(survey, pid, false));
+  return openPanels(survey, pid, panelServicesOf(survey, pid));
 }
 
 // "812 primary-browser" for each panel.
@@ -407,6 +407,45 @@ TEST(OpenPanels, AnEmbeddedChooserWithoutIdentifiersIsNarrowedToItself) {
   // Neither the window nor the page in it.
   EXPECT_EQ(axRole(panels.front().element), "AXSplitGroup");
   EXPECT_TRUE(panelParts(panels.front().element).complete());
+}
+
+// --- Services that only the place of their panel tells of. ---
+
+TEST(PanelServicesByPlace, HoldTheOneWhosePanelStandsWhereTheBrowserHasAWindow) {
+  World world("english-service-window", {{"/panels/0/listed", "host"}});
+  const ProcessSurvey survey = surveyProcesses();
+  EXPECT_THAT(panelServicesByPlace(survey, browserPid), ElementsAre(servicePid));
+  EXPECT_THAT(panelServicesByPlace(survey, terminalPid), IsEmpty());
+}
+
+TEST(PanelServicesByPlace, AreNoneWhereTheBrowserHasNoWindow) {
+  World world("english-service-window", {{"/panels/0/listed", "none"}});
+  EXPECT_THAT(panelServicesByPlace(surveyProcesses(), browserPid), IsEmpty());
+}
+
+TEST(PanelServicesByPlace, AreNoneWhereAThirdProcessHasAWindowToo) {
+  World world("english-service-window", {{"/panels/0/listed", "host"}});
+  ProcessSurvey survey = surveyProcesses();
+  ASSERT_TRUE(survey.windows);
+  survey.windows->push_back({77, 250, "Finder", "", {320, 180, 800, 450}});
+  EXPECT_THAT(panelServicesByPlace(survey, browserPid), IsEmpty());
+}
+
+TEST(PanelServicesByPlace, AreNotNamedForAnother) {
+  World world("english-service-window",
+              {{"/panels/0/listed", "host"},
+               {"/panels/0/serviceCommand", "Open and Save Panel Service (TextEdit)"}});
+  EXPECT_THAT(panelServicesByPlace(surveyProcesses(), browserPid), IsEmpty());
+}
+
+TEST(PanelServicesByPlace, AreNoneWhenSeveralStandThere) {
+  World world("two-browsers",
+              {{"/panels/0/shape", "service-window"},
+               {"/panels/0/listed", "host"},
+               {"/panels/1/shape", "service-window"},
+               {"/panels/1/listed", "none"},
+               {"/panels/1/frame", {{"x", 320}, {"y", 180}, {"width", 800}, {"height", 450}}}});
+  EXPECT_THAT(panelServicesByPlace(surveyProcesses(), browserPid), IsEmpty());
 }
 
 // --- Where they are. ---

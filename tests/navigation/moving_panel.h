@@ -34,7 +34,7 @@ inline PanelChoice choiceOf(const PanelRoot& panel, const std::string& path) {
 // The only panel of the desktop's browser.
 inline PanelChoice choiceOnDesktop(const std::string& path) {
   const ProcessSurvey survey = surveyProcesses();
-  const auto panels = openPanels(survey, browserPid, panelServicesOf(survey, browserPid, true));
+  const auto panels = openPanels(survey, browserPid, panelServicesOf(survey, browserPid));
   if (panels.size() != 1) throw std::runtime_error("one panel expected");
   return choiceOf(panels.front(), path);
 }

@@ -164,32 +164,28 @@ TEST(RunningPanelServices, AreNoneWithoutAnything) {
 
 // --- Which of them are the browser's: its window stands where the browser's panel stands. ---
 
-// While the browser's own tree shows no panel.
-std::vector<std::int32_t> servicesOf(const ProcessSurvey& survey, std::int32_t primaryPid) {
-  return panelServicesOf(survey, primaryPid, false);
-}
-
 // Two services run, so that none is the only one, and neither is named.
 ProcessSurvey twoUnnamed(std::vector<PanelWindowRef> windows) {
   return surveyOf({{812, chrome}, {900, service}, {901, service}}, std::move(windows));
 }
 
 TEST(PanelServicesOf, HoldsOneWhoseWindowStandsWhereOneOfTheBrowserStands) {
-  EXPECT_THAT(servicesOf(twoUnnamed({window(812, "Google Chrome"), window(901, "")}), 812),
+  EXPECT_THAT(panelServicesOf(twoUnnamed({window(812, "Google Chrome"), window(901, "")}), 812),
               ElementsAre(901));
 }
 
 TEST(PanelServicesOf, LacksOneWhoseWindowStandsElsewhere) {
   for (const Rect& frame : {elsewhere, Rect{321, 180, 800, 450}, Rect{320, 181, 800, 450},
                             Rect{320, 180, 801, 450}, Rect{320, 180, 800, 451}}) {
-    EXPECT_THAT(servicesOf(twoUnnamed({window(812, "Google Chrome"), window(901, "", frame)}), 812),
-                IsEmpty());
+    EXPECT_THAT(
+        panelServicesOf(twoUnnamed({window(812, "Google Chrome"), window(901, "", frame)}), 812),
+        IsEmpty());
   }
 }
 
 TEST(PanelServicesOf, LacksOneThatStandsWhereAThirdProcessHasAWindowToo) {
   EXPECT_THAT(
-      servicesOf(
+      panelServicesOf(
           twoUnnamed({window(812, "Google Chrome"), window(901, ""), window(700, "Preview")}), 812),
       IsEmpty());
 }
@@ -197,19 +193,21 @@ TEST(PanelServicesOf, LacksOneThatStandsWhereAThirdProcessHasAWindowToo) {
 TEST(PanelServicesOf, LacksOneThatStandsNowhere) {
   constexpr Rect nowhere{};
   EXPECT_THAT(
-      servicesOf(twoUnnamed({window(812, "Google Chrome", nowhere), window(901, "", nowhere)}),
-                 812),
+      panelServicesOf(twoUnnamed({window(812, "Google Chrome", nowhere), window(901, "", nowhere)}),
+                      812),
       IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksTwoThatStandAtTheSamePlace) {
   EXPECT_THAT(
-      servicesOf(twoUnnamed({window(812, "Google Chrome"), window(900, ""), window(901, "")}), 812),
+      panelServicesOf(twoUnnamed({window(812, "Google Chrome"), window(900, ""), window(901, "")}),
+                      812),
       IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksOneThatStandsWhereNoWindowOfTheBrowserStands) {
-  EXPECT_THAT(servicesOf(twoUnnamed({window(901, ""), window(700, "Preview")}), 812), IsEmpty());
+  EXPECT_THAT(panelServicesOf(twoUnnamed({window(901, ""), window(700, "Preview")}), 812),
+              IsEmpty());
 }
 
 // --- Its windows' owner is named for this browser alone. ---
@@ -221,106 +219,119 @@ ProcessSurvey twoNamed(const std::string& owner, std::vector<ListedProcess> more
 }
 
 TEST(PanelServicesOf, HoldsOneThatIsNamedForTheBrowser) {
-  EXPECT_THAT(servicesOf(twoNamed(chromeService), 812), ElementsAre(901));
+  EXPECT_THAT(panelServicesOf(twoNamed(chromeService), 812), ElementsAre(901));
 }
 
 TEST(PanelServicesOf, HoldsOneWhoseCommandIsTheNameForTheBrowser) {
-  EXPECT_THAT(servicesOf(surveyOf({{812, chrome}, {900, chromeService}, {901, service}}), 812),
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, chromeService}, {901, service}}), 812),
               ElementsAre(900));
 }
 
 TEST(PanelServicesOf, LacksOneThatIsNamedForAnotherApplication) {
-  EXPECT_THAT(servicesOf(twoNamed(serviceOf("Google Chrome Dev")), 812), IsEmpty());
-  EXPECT_THAT(servicesOf(twoNamed(serviceOf("Chrome")), 812), IsEmpty());
-  EXPECT_THAT(servicesOf(twoNamed(serviceOf("google chrome")), 812), IsEmpty());
+  EXPECT_THAT(panelServicesOf(twoNamed(serviceOf("Google Chrome Dev")), 812), IsEmpty());
+  EXPECT_THAT(panelServicesOf(twoNamed(serviceOf("Chrome")), 812), IsEmpty());
+  EXPECT_THAT(panelServicesOf(twoNamed(serviceOf("google chrome")), 812), IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksOneThatMayBeNamedForASecondBrowserOfThatName) {
   EXPECT_THAT(
-      servicesOf(twoNamed(chromeService, {{813, "/Users/me" + chrome + " --user-data-dir=/x"}}),
-                 812),
+      panelServicesOf(
+          twoNamed(chromeService, {{813, "/Users/me" + chrome + " --user-data-dir=/x"}}), 812),
       IsEmpty());
-  EXPECT_THAT(servicesOf(twoNamed(chromeService, {{814, edge}}), 812), ElementsAre(901));
+  EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{814, edge}}), 812), ElementsAre(901));
 }
 
 TEST(PanelServicesOf, DoesNotTakeABrowsersHelperForASecondBrowser) {
   const std::string helper =
       "/Applications/Google Chrome.app/Contents/Frameworks/Google Chrome Framework.framework/"
       "Helpers/Google Chrome Helper.app/Contents/MacOS/Google Chrome Helper --type=gpu-process";
-  EXPECT_THAT(servicesOf(twoNamed(chromeService, {{830, helper}}), 812), ElementsAre(901));
+  EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{830, helper}}), 812), ElementsAre(901));
 }
 
 TEST(PanelServicesOf, LacksOneThatMayBeNamedForAProcessThatOnlyItsWindowTellsOf) {
   ProcessSurvey survey = twoNamed(chromeService);
   survey.windows->push_back(window(813, "Google Chrome", elsewhere));
-  EXPECT_THAT(servicesOf(survey, 812), IsEmpty());
+  EXPECT_THAT(panelServicesOf(survey, 812), IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksOneThatMayBeNamedForAProcessOfThatBareName) {
   for (const char* command : {"Google Chrome", "Google Chrome --headless"}) {
-    EXPECT_THAT(servicesOf(twoNamed(chromeService, {{813, command}}), 812), IsEmpty()) << command;
+    EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{813, command}}), 812), IsEmpty())
+        << command;
   }
-  EXPECT_THAT(servicesOf(twoNamed(chromeService, {{813, "Google Chrome Dev"}}), 812),
+  EXPECT_THAT(panelServicesOf(twoNamed(chromeService, {{813, "Google Chrome Dev"}}), 812),
               ElementsAre(901));
 }
 
-// --- It is the only one that runs, and the browser shows a panel. ---
+// --- It is the only one that runs. ---
 
-TEST(PanelServicesOf, HoldsTheOnlyOneThatRunsWhenTheBrowserShowsAPanel) {
-  for (const auto& survey : {surveyOf({{812, chrome}, {900, service}}),
-                             withoutWindows({{812, chrome}, {900, service}})}) {
-    EXPECT_THAT(panelServicesOf(survey, 812, true), ElementsAre(900));
-    EXPECT_THAT(panelServicesOf(survey, 812, false), IsEmpty())
-        << "it may have drawn another application's panel";
+const std::string textEdit = "/System/Applications/TextEdit.app/Contents/MacOS/TextEdit";
+const std::string firefox = "/Applications/Firefox.app/Contents/MacOS/firefox";
+const std::string chromeHelper =
+    "/Applications/Google Chrome.app/Contents/Frameworks/Google Chrome Framework.framework/"
+    "Helpers/Google Chrome Helper (Renderer).app/Contents/MacOS/Google Chrome Helper (Renderer)";
+
+TEST(PanelServicesOf, HoldsTheOnlyOneThatRunsBesideTheOnlyBrowser) {
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}}), 812), ElementsAre(900));
+  EXPECT_THAT(
+      panelServicesOf(
+          surveyOf({{812, chrome}, {820, chromeHelper}, {250, textEdit}, {900, service}}), 812),
+      ElementsAre(900));
+}
+
+TEST(PanelServicesOf, LacksTheOnlyOneWhileAnotherBrowserRuns) {
+  for (const std::string& other : {edge, firefox, chrome}) {
+    EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {813, other}, {900, service}}), 812),
+                IsEmpty())
+        << other;
   }
 }
 
+TEST(PanelServicesOf, LacksTheOnlyOneWhileTheWindowsAreUnknown) {
+  EXPECT_THAT(panelServicesOf(withoutWindows({{812, chrome}, {900, service}}), 812), IsEmpty());
+}
+
 TEST(PanelServicesOf, LacksTwoOfWhichNothingIsKnown) {
-  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}, {901, service}}), 812, true),
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}, {901, service}}), 812),
               IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksTheOnlyOneWhenItIsNamedForAnother) {
   EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}},
                                        {window(900, serviceOf("TextEdit"), elsewhere)}),
-                              812, true),
-              IsEmpty());
-}
-
-TEST(PanelServicesOf, LacksTheOnlyOneThatIsListedWhenPsPrintsNothing) {
-  EXPECT_THAT(panelServicesOf(surveyOf({}, {window(900, chromeService, elsewhere)}), 812, true),
+                              812),
               IsEmpty());
 }
 
 // Who else runs nobody knows then.
 TEST(PanelServicesOf, LacksAllThatOnlyTheirNamesTellOfWhenPsPrintsNothing) {
   EXPECT_THAT(
-      servicesOf(
+      panelServicesOf(
           surveyOf({}, {window(812, "Google Chrome", elsewhere), window(900, chromeService)}), 812),
       IsEmpty());
-  EXPECT_THAT(
-      servicesOf(surveyOf({}, {window(812, "Google Chrome"), window(900, chromeService)}), 812),
-      ElementsAre(900));
+  EXPECT_THAT(panelServicesOf(
+                  surveyOf({}, {window(812, "Google Chrome"), window(900, chromeService)}), 812),
+              ElementsAre(900));
 }
 
 TEST(PanelServicesOf, LacksTheBrowserItself) {
-  EXPECT_THAT(servicesOf(surveyOf({{812, chromeService}}), 812), IsEmpty());
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chromeService}}), 812), IsEmpty());
 }
 
 // Whatever else is so.
 TEST(PanelServicesOf, LacksOneThatIsNamedForAnotherThoughItStandsWhereTheBrowserDoes) {
   EXPECT_THAT(
-      servicesOf(surveyOf({{812, chrome}, {900, service}},
-                          {window(812, "Google Chrome"), window(900, serviceOf("TextEdit"))}),
-                 812),
+      panelServicesOf(surveyOf({{812, chrome}, {900, service}},
+                               {window(812, "Google Chrome"), window(900, serviceOf("TextEdit"))}),
+                      812),
       IsEmpty());
 }
 
 TEST(PanelServicesOf, HoldsSeveralInTheSurveysOrder) {
-  EXPECT_THAT(servicesOf(surveyOf({{812, chrome}, {902, service}, {900, service}},
-                                  {window(812, "Google Chrome"), window(900, ""),
-                                   window(902, chromeService, elsewhere)}),
-                         812),
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {902, service}, {900, service}},
+                                       {window(812, "Google Chrome"), window(900, ""),
+                                        window(902, chromeService, elsewhere)}),
+                              812),
               ElementsAre(902, 900));
 }
 
@@ -328,7 +339,7 @@ TEST(PanelServicesOf, IsTheSameForABrowserOfAnotherName) {
   const auto survey =
       surveyOf({{813, edge}, {900, service}, {901, service}},
                {window(900, chromeService, elsewhere), window(901, serviceOf("Microsoft Edge"))});
-  EXPECT_THAT(servicesOf(survey, 813), ElementsAre(901));
+  EXPECT_THAT(panelServicesOf(survey, 813), ElementsAre(901));
 }
 
 // --- Places. ---
