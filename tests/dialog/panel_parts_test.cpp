@@ -130,6 +130,12 @@ TEST(PanelParts, OfTwoOfOneNameTheFirstCounts) {
   EXPECT_EQ(panel.parts().confirmButton, first);
 }
 
+TEST(PanelParts, OfTwoViewsTheFirstCounts) {
+  HandBuiltPanel panel("ListView");
+  add(panel.split, "IconView", "AXList");
+  EXPECT_EQ(viewOf(panel.parts()), "list");
+}
+
 // --- Where the walk goes. ---
 
 TEST(PanelParts, AreNotLookedForInEntries) {
