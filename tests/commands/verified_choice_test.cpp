@@ -174,6 +174,13 @@ TEST(VerifiedBrowser, MustRun) {
   EXPECT_EQ(world.world.panelOutcomes(), "open");
 }
 
+TEST(VerifiedBrowser, NeedNotBeAnApplicationThatTheWorkspaceKnows) {
+  FolderWorld world("chromium-english");
+  const Outcome outcome = world.world.run({"choose-folder", "--pid", std::to_string(servicePid),
+                                           "--path", world.target, "--verify", "--timeout", "0"});
+  EXPECT_THAT(outcome.errors, StartsWith("not verified: no open panel of "));
+}
+
 TEST(VerifiedBrowser, MustRunBeforeAnythingIsAskedOfIt) {
   FolderWorld world("chromium-english");
   world.world.run({"choose-folder", "--pid", "0", "--path", world.target, "--verify"});
@@ -807,6 +814,16 @@ TEST(VerifiedMoment, NoKeyIsPressedOnceASecondPanelIsOpen) {
   EXPECT_THAT(postedEventKinds(world.world.record()),
               Not(::testing::Contains(HasSubstr("key 36"))));
   EXPECT_EQ(world.world.verdict(), "true");
+}
+
+TEST(VerifiedMoment, AButtonThatStaysDisabledIsWaitedForForAFewSeconds) {
+  FolderWorld world("chromium-english");
+  world.target = world.start;
+  panelElement(world.world, "OKButton").set("AXEnabled", false);
+  EXPECT_EQ(
+      HonestFailure(world.world, world.target).error,
+      "not verified: the panel shows " + world.target + ", but its confirm button is disabled");
+  EXPECT_NEAR(world.world.desktop().now(), 2.5, 1.0);
 }
 
 // --- Corners. ---

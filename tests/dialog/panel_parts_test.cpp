@@ -132,7 +132,7 @@ TEST(PanelParts, OfTwoOfOneNameTheFirstCounts) {
 
 TEST(PanelParts, OfTwoViewsTheFirstCounts) {
   HandBuiltPanel panel("ListView");
-  add(panel.split, "IconView", "AXList");
+  add(*panel.listing->parent(), "IconView", "AXList");
   EXPECT_EQ(viewOf(panel.parts()), "list");
 }
 
