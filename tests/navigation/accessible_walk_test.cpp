@@ -419,7 +419,7 @@ TEST(WalkToTarget, KnowsTheFolderShownByAnotherPath) {
 
 TEST(WalkToTarget, BeginsAtTheRootWhereThatIsShown) {
   ByHand world;
-  world.panel.addEntry("/tmp/");
+  world.panel.addEntry("/var/");
   const Node& entry = world.panel.addEntry("/usr/");
   PanelChoice choice = world.choice();
   choice.target = {"/usr", true};
