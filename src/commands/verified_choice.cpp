@@ -105,9 +105,12 @@ bool searchPanel(std::int32_t primaryPid, SearchState& state) {
   state.survey = surveyProcesses(state.helperFails ? 0 : surveySeconds);
   state.helperFails = !state.survey.windows;
   auto services = panelServicesOf(state.survey, primaryPid);
-  if (services.empty()) services = panelServicesByPlace(state.survey, primaryPid);
   try {
-    const auto panels = openPanels(state.survey, primaryPid, services);
+    auto panels = openPanels(state.survey, primaryPid, services);
+    if (panels.empty() && services.empty()) {
+      services = panelServicesByPlace(state.survey, primaryPid);
+      panels = openPanels(state.survey, primaryPid, services);
+    }
     state.answered = true;
     state.found.reset();
     if (panels.size() > 1) {

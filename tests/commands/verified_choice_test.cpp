@@ -139,6 +139,18 @@ TEST(VerifiedResult, HasTheKeysOfChoosePathInOrder) {
             verifiedPath(file, "file", servicePid));
 }
 
+TEST(VerifiedResult, OfChoosePathNamesAFolderADirectory) {
+  FolderWorld world("chromium-english");
+  EXPECT_EQ(runVerified(world.world, "choose-path", world.target).outcome,
+            verifiedPath(world.target, "directory", browserPid, "folder shown"));
+}
+
+TEST(VerifiedResult, HasThePathWithoutWhatIsOfNoEffectInIt) {
+  FolderWorld world("chromium-english");
+  EXPECT_EQ(runVerified(world.world, "choose-folder", world.start + "//./target/").outcome,
+            verifiedFolder(world.target));
+}
+
 TEST(VerifiedResult, SaysInWhoseTreeThePanelWas) {
   FolderWorld world("english-service-window");
   EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target, servicePid));
@@ -162,6 +174,13 @@ TEST(VerifiedBrowser, MustRun) {
   EXPECT_EQ(world.world.panelOutcomes(), "open");
 }
 
+TEST(VerifiedBrowser, NeedNotBeAnApplicationThatTheWorkspaceKnows) {
+  FolderWorld world("chromium-english");
+  const Outcome outcome = world.world.run({"choose-folder", "--pid", std::to_string(servicePid),
+                                           "--path", world.target, "--verify", "--timeout", "0"});
+  EXPECT_THAT(outcome.errors, StartsWith("not verified: no open panel of "));
+}
+
 TEST(VerifiedBrowser, MustRunBeforeAnythingIsAskedOfIt) {
   FolderWorld world("chromium-english");
   world.world.run({"choose-folder", "--pid", "0", "--path", world.target, "--verify"});
@@ -173,6 +192,19 @@ TEST(VerifiedBrowser, MayNotAnswer) {
   const HonestFailure failure(world.world, world.target, "choose-folder", {"--timeout", "2"});
   EXPECT_THAT(failure.error, AllOf(HasSubstr("Google Chrome"), EndsWith("does not answer")));
   EXPECT_LT(world.world.desktop().now(), watchdogSeconds(2));
+}
+
+// It is asked with little patience: two looks fit into the time.
+TEST(VerifiedBrowser, IsNotWaitedForLongByASingleRequest) {
+  FolderWorld world("chromium-english", {{"/faults/silentProcesses", {812}}});
+  const HonestFailure failure(world.world, world.target, "choose-folder", {"--timeout", "2"});
+  EXPECT_LE(world.world.desktop().now(), 5.0);
+}
+
+TEST(VerifiedBrowser, NeedNotBeListedByPs) {
+  FolderWorld world("chromium-english");
+  world.world.desktop().faults().missing_programs.insert("/bin/ps");
+  EXPECT_THAT(chooseVerifiedFolder(world).outcome.errors, Not(HasSubstr("no process")));
 }
 
 TEST(VerifiedBrowser, MayBeBusyForAWhile) {
@@ -208,6 +240,21 @@ TEST(VerifiedPanel, IsWaitedForUpToTheTimeout) {
   EXPECT_THAT(failure.error, EndsWith(" was found within 2.5s"));
   EXPECT_GE(world.world.desktop().now(), 2.4);
   EXPECT_LE(world.world.desktop().now(), 4.0);
+}
+
+long helperStarts(const World& world) {
+  const auto& lines = world.record().lines();
+  return std::count_if(lines.begin(), lines.end(), [](const simulator::RecordLine& line) {
+    const auto* started = std::get_if<simulator::ProgramStarted>(&line.entry);
+    return started != nullptr && started->arguments == std::vector<std::string>{"list"};
+  });
+}
+
+TEST(VerifiedPanel, IsSearchedWithOneListOfWindowsWhereTheHelperHangs) {
+  FolderWorld world("chromium-english",
+                    {{"/faults/captureHelperHangs", true}, {"/panels/0/opensAtSeconds", 5}});
+  EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target));
+  EXPECT_EQ(helperStarts(world.world), 1);
 }
 
 TEST(VerifiedPanel, IsLookedForOnceAtLeast) {
@@ -319,6 +366,12 @@ TEST(VerifiedKind, AFolderIsRefusedForAFilePanel) {
   }
 }
 
+TEST(VerifiedKind, AFilePanelIsKnownWithinTwoSeconds) {
+  FolderWorld world("chromium-english", {{"/panels/0/mode", "files"}});
+  const HonestFailure failure(world.world, world.target);
+  EXPECT_LE(world.world.desktop().now(), 2.5);
+}
+
 TEST(VerifiedKind, AFileIsRefusedForAFolderPanel) {
   for (const char* mode : {"folders", "upload"}) {
     FolderWorld world("chromium-english", {{"/panels/0/mode", mode}});
@@ -339,7 +392,8 @@ TEST(VerifiedChoice, SaysWhatThePanelShowsInstead) {
   const HonestFailure failure(world.world, world.target);
   EXPECT_THAT(failure.error, StartsWith("not verified: the panel shows " + world.start + ", not " +
                                         world.target + " ("));
-  EXPECT_THAT(failure.error, HasSubstr("no go-to sheet opened"));
+  EXPECT_THAT(failure.error,
+              EndsWith(" (no go-to sheet opened; " + world.target + " cannot be selected)"));
   EXPECT_EQ(presses(world.world), 0);
 }
 
@@ -347,7 +401,7 @@ TEST(VerifiedChoice, SaysWhatThePanelShowsInstead) {
 TEST(VerifiedChoice, IsNotMisledByASuggestion) {
   FolderWorld world("chromium-english", {{"/panels/0/goTo/suggestion", "/usr"}});
   const VerifiedRun run = chooseVerifiedFolder(world);
-  EXPECT_THAT(run.panels, ::testing::AnyOf("open", "chosen " + world.target));
+  EXPECT_EQ(run.panels, "chosen " + world.target);
   EXPECT_EQ(world.world.verdict(), "true");
 }
 
@@ -358,6 +412,14 @@ TEST(VerifiedChoice, SaysThatAReturnOfWhichNothingWasSeenMayStillComeToSomething
   const HonestFailure failure(world.world, world.target);
   EXPECT_THAT(failure.error, AllOf(HasSubstr("the go-to sheet did not go"),
                                    EndsWith("): what it will choose is unknown")));
+}
+
+TEST(VerifiedChoice, SaysThatTheSheetLedElsewhere) {
+  FolderWorld world("chromium-english", {{"/panels/0/goTo/suggestion", "/usr"},
+                                         {"/panels/0/view", "columns"},
+                                         {"/places", nlohmann::ordered_json::array()}});
+  const HonestFailure failure(world.world, world.target);
+  EXPECT_THAT(failure.error, HasSubstr(" (the go-to sheet led elsewhere; "));
 }
 
 TEST(VerifiedChoice, ClosesTheSheetThatItOpenedWhenItFails) {
@@ -412,8 +474,24 @@ TEST(VerifiedConfirmation, ASuccessDoesNotCountWhenThePanelStays) {
 TEST(VerifiedConfirmation, ARefusalIsNotRepeated) {
   FolderWorld world("chromium-english", {{"/panels/0/faults/pressRefused", -25200}});
   const HonestFailure failure(world.world, world.target);
-  EXPECT_THAT(failure.error, HasSubstr("did not close within"));
+  EXPECT_THAT(failure.error, HasSubstr("did not close within 1.0s"));
   EXPECT_EQ(presses(world.world), 1);
+}
+
+TEST(VerifiedConfirmation, IsWaitedForAsLongAsThePressAllows) {
+  const auto errorFor = [](const char* fault, const nlohmann::ordered_json& value) {
+    FolderWorld world("chromium-english", {{std::string("/panels/0/faults/") + fault, value}});
+    return HonestFailure(world.world, world.target).error;
+  };
+  EXPECT_THAT(errorFor("confirmDoesNothing", true), HasSubstr("did not close within 2.0s"));
+  EXPECT_THAT(errorFor("pressRefused", -25204), HasSubstr("did not close within 2.0s"));
+}
+
+// The panel may have torn its button down already.
+TEST(VerifiedConfirmation, AButtonThatIsGoneCountsWhenThePanelClosesAfterwards) {
+  FolderWorld world("chromium-english", {{"/panels/0/faults/confirmAnswers", -25202},
+                                         {"/panels/0/faults/closesLateBySeconds", 0.5}});
+  EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target));
 }
 
 // A file panel whose file cannot be selected keeps its button disabled; here it is disabled by
@@ -459,6 +537,7 @@ TEST(VerifiedClosing, NeedsItsWindowOffTheList) {
   FolderWorld world("chromium-english", {{"/panels/0/windowList/staysUncapturable", true}});
   const HonestFailure failure(world.world, world.target);
   EXPECT_THAT(failure.error, StartsWith("not verified: the panel is gone, but its window "));
+  EXPECT_LE(world.world.desktop().now(), 8.0);
 }
 
 TEST(VerifiedErrors, EndAsTheHeaderSays) {
@@ -518,6 +597,13 @@ TEST(VerifiedErrors, AreOneLineWhateverThePathHolds) {
   FolderWorld world("chromium-english", {{"/panels/0/mode", "files"}}, "two\nlines\r\nor three");
   const HonestFailure failure(world.world, world.target);
   EXPECT_THAT(failure.error, HasSubstr("a folder for a file panel"));
+}
+
+TEST(VerifiedErrors, HoldNoControlCharacters) {
+  FolderWorld world("chromium-english", {{"/panels/0/mode", "files"}},
+                    "tab\tdelete\x7f"
+                    "bell\a.");
+  EXPECT_THAT(HonestFailure(world.world, world.target).error, EndsWith("/tab delete bell ."));
 }
 
 TEST(VerifiedErrors, AreOneLineWhateverThePanelShows) {
@@ -662,9 +748,97 @@ TEST(VerifiedMoment, ASelectionThatChangesBeforeThePressIsSeen) {
         list.setAttribute("AXSelectedRows", simulator::List{row});
       });
   const HonestFailure failure(world.world, world.target);
+  EXPECT_THAT(failure.error, EndsWith(" selected, not " + world.target));
   EXPECT_EQ(presses(world.world), 0);
   EXPECT_EQ(failure.run.panels, "open");
   EXPECT_EQ(world.world.verdict(), "true");
+}
+
+TEST(VerifiedMoment, ASelectionThatChangesWhileItIsPressedIsSeen) {
+  FolderWorld world("chromium-english", {{"/panels/0/faults/closesLateBySeconds", 1}});
+  world.target = world.start;
+  before(
+      world.world, [&] { return presses(world.world) == 1; },
+      [&] {
+        auto& list = panelElement(world.world, "ListView");
+        list.set("AXSelectedRows", simulator::List{list.children().back()->id()});
+      });
+  EXPECT_EQ(HonestFailure(world.world, world.target).error,
+            "not verified: the panel did not show " + world.target +
+                " any more when it was confirmed: what it chose is unknown");
+}
+
+// What cannot be listed any more may be there still.
+TEST(VerifiedMoment, AListOfWindowsThatFailsAfterThePressIsNoProof) {
+  FolderWorld world("chromium-english");
+  before(
+      world.world, [&] { return presses(world.world) == 1; },
+      [&] { world.world.desktop().faults().missing_programs.insert("background-window-capture"); });
+  EXPECT_THAT(HonestFailure(world.world, world.target).error,
+              EndsWith(" is still listed: what it chose is unknown"));
+}
+
+TEST(VerifiedMoment, APanelThatGoesWhileItsButtonIsAwaitedIsNoneAnyMore) {
+  FolderWorld world("chromium-english", {{"/panels/0/faults/noConfirmButton", true}});
+  world.world.desktop().schedule(
+      1.0, [&] { panelElement(world.world, "CancelButton").performAction("AXPress"); });
+  EXPECT_THAT(HonestFailure(world.world, world.target, "choose-folder", {"--timeout", "3"}).error,
+              HasSubstr("no open panel of Google Chrome"));
+}
+
+TEST(VerifiedMoment, NoReturnIsPressedOnceTheServiceHasANewWindow) {
+  FolderWorld world("chromium-english");
+  world.world.desktop().schedule(0.3, [&] {
+    simulator::Window window;
+    window.owner = servicePid;
+    window.frame = {40, 40, 300, 200};
+    world.world.desktop().addWindow(window);
+  });
+  runVerified(world.world, "choose-folder", world.target);
+  EXPECT_THAT(postedEventKinds(world.world.record()),
+              Not(::testing::Contains(HasSubstr("key 36"))));
+  EXPECT_EQ(world.world.verdict(), "true");
+}
+
+// Its windows are not listed, and its tree tells.
+TEST(VerifiedMoment, NoReturnIsPressedOnceTheTreesShowASecondPanel) {
+  FolderWorld world("two-panels", {{"/panels/0/slow", 3},
+                                   {"/panels/1/folder", "/usr"},
+                                   {"/panels/1/listed", "none"},
+                                   {"/panels/1/opensAtSeconds", 0.3}});
+  runVerified(world.world, "choose-folder", world.target);
+  EXPECT_THAT(postedEventKinds(world.world.record()),
+              Not(::testing::Contains(HasSubstr("key 36"))));
+  EXPECT_EQ(world.world.verdict(), "true");
+}
+
+TEST(VerifiedMoment, APanelThatCannotYetBeConfirmedIsWaitedFor) {
+  FolderWorld world("chromium-english", {{"/panels/0/mode", "upload"}});
+  world.target = world.start;
+  panelElement(world.world, "OKButton").set("AXEnabled", false);
+  world.world.desktop().schedule(
+      1.0, [&] { panelElement(world.world, "OKButton").set("AXEnabled", true); });
+  EXPECT_EQ(chooseVerifiedFolder(world).panels, "chosen " + world.target);
+}
+
+TEST(VerifiedMoment, TheNewFolderButtonTellsTheKindWhateverIsSelected) {
+  FolderWorld world("chromium-english");
+  const std::string file = world.files.makeFile("start/report.txt", "text");
+  auto& list = panelElement(world.world, "ListView");
+  list.setAttribute("AXSelectedRows", simulator::List{list.children().back()->id()});
+  EXPECT_EQ(HonestFailure(world.world, file, "choose-path").error,
+            "not verified: a file for a folder panel: " + file);
+}
+
+// A press that lands after all does so before its process answers anything else.
+TEST(VerifiedMoment, ACancelLongAfterAPressThatWentUnansweredIsNoSuccess) {
+  FolderWorld world("chromium-english",
+                    {{"/panels/0/faults/pressRefused", -25204},
+                     {"/frontmost", browserPid},
+                     {"/person", {{{"atSeconds", 5}, {"clicks", {{"x", 960}, {"y", 598}}}}}}});
+  EXPECT_EQ(chooseVerifiedFolder(world).outcome.exitStatus, 1);
+  world.world.desktop().advanceTo(6);
+  EXPECT_EQ(world.world.panelOutcomes(), "cancelled");
 }
 
 TEST(VerifiedMoment, APanelThatIsCancelledBeforeThePressIsNoSuccess) {
@@ -686,6 +860,16 @@ TEST(VerifiedMoment, NoKeyIsPressedOnceASecondPanelIsOpen) {
   EXPECT_THAT(postedEventKinds(world.world.record()),
               Not(::testing::Contains(HasSubstr("key 36"))));
   EXPECT_EQ(world.world.verdict(), "true");
+}
+
+TEST(VerifiedMoment, AButtonThatStaysDisabledIsWaitedForForAFewSeconds) {
+  FolderWorld world("chromium-english");
+  world.target = world.start;
+  panelElement(world.world, "OKButton").set("AXEnabled", false);
+  EXPECT_EQ(
+      HonestFailure(world.world, world.target).error,
+      "not verified: the panel shows " + world.target + ", but its confirm button is disabled");
+  EXPECT_NEAR(world.world.desktop().now(), 2.5, 1.0);
 }
 
 // --- Corners. ---
@@ -721,6 +905,35 @@ TEST(VerifiedKeys, GoToTheOwnerOfTheControlsThenToTheServiceThenToThePresenter) 
   EXPECT_THAT(
       chords({{"/panels/0/keysReach", "host"}}),
       ElementsAre("key 5+120000 down -> 900", "key 5+120000 down -> 812", "key 36 down -> 812"));
+}
+
+TEST(VerifiedKeys, GoToTheBrowserWhereAServiceAloneShowsThePanel) {
+  FolderWorld world("english-service-window", {{"/panels/0/keysReach", "host"}});
+  EXPECT_EQ(chooseVerifiedFolder(world).panels, "chosen " + world.target);
+  EXPECT_THAT(postedEventKinds(world.world.record()), ::testing::Contains("key 36 down -> 812"));
+}
+
+TEST(VerifiedKeys, GoToTheOnlyServiceThoughItsWindowIsNotListed) {
+  FolderWorld world("chromium-english",
+                    {{"/panels/0/elementsBelongTo", "host"}, {"/panels/0/listed", "none"}});
+  EXPECT_EQ(chooseVerifiedFolder(world).panels, "chosen " + world.target);
+  EXPECT_THAT(postedEventKinds(world.world.record()), ::testing::Contains("key 36 down -> 900"));
+}
+
+TEST(VerifiedKind, AFolderPanelsTargetIsOpenedWhereItCannotBeSelected) {
+  FolderWorld world("chromium-english", {{"/panels/0/keysReach", "nobody"},
+                                         {"/panels/0/faults/ignoresSelection", true}});
+  EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target));
+}
+
+// Opening it would choose it.
+TEST(VerifiedKind, AFilePanelsPackageIsNotOpened) {
+  FolderWorld files("file-panel-english", {{"/panels/0/keysReach", "nobody"}});
+  files.files.makeFolder("start/Tool.app");
+  const std::string file = files.files.makeFile("start/Tool.app/report.txt", "text");
+  EXPECT_THAT(HonestFailure(files.world, file, "choose-path").error,
+              HasSubstr(files.start + "/Tool.app does not open"));
+  EXPECT_EQ(files.world.panelOutcomes(), "open");
 }
 
 TEST(VerifiedErrors, NameTheBrowserThatEndedWithItsPanel) {

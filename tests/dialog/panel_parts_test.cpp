@@ -123,6 +123,19 @@ TEST(PanelParts, StandInNestedSplitGroupsInAnyOrder) {
   EXPECT_EQ(viewOf(panel.parts()), "icons");
 }
 
+TEST(PanelParts, OfTwoOfOneNameTheFirstCounts) {
+  HandBuiltPanel panel;
+  const Element first = *panel.parts().confirmButton;
+  add(panel.split, "OKButton", "AXButton");
+  EXPECT_EQ(panel.parts().confirmButton, first);
+}
+
+TEST(PanelParts, OfTwoViewsTheFirstCounts) {
+  HandBuiltPanel panel("ListView");
+  add(*panel.listing->parent(), "IconView", "AXList");
+  EXPECT_EQ(viewOf(panel.parts()), "list");
+}
+
 // --- Where the walk goes. ---
 
 TEST(PanelParts, AreNotLookedForInEntries) {
@@ -177,7 +190,8 @@ TEST(PanelParts, AreLookedForAmongTwoHundredAndFiftyElements) {
 }
 
 TEST(PanelParts, ContainersAreWindowsGroupsAndAreas) {
-  for (const char* role : {"AXWindow", "AXGroup", "AXSplitGroup", "AXScrollArea"}) {
+  for (const char* role : {"AXWindow", "AXSheet", "AXDialog", "AXGroup", "AXSplitGroup",
+                           "AXScrollArea", "AXLayoutArea", "AXUnknown"}) {
     EXPECT_TRUE(isContainerRole(role)) << role;
   }
   for (const char* role : {"AXRow", "AXOutline", "AXList", "AXBrowser", "AXButton", "AXTextField",
@@ -231,6 +245,40 @@ TEST(OldPanelParts, TakeTheRightOfTwoListsForTheListing) {
   }
 }
 
+TEST(OldPanelParts, KnowTheViewOfTheRightOfTwoLists) {
+  OldPanel panel;
+  panel.put("sidebar", "AXOutline", {}, {0, 0, 160, 300});
+  panel.put("columns", "AXBrowser", {}, {160, 0, 500, 300});
+  EXPECT_EQ(viewOf(panel.parts()), "columns");
+}
+
+TEST(OldPanelParts, KnowTheViewOfAListThatIsDescribed) {
+  OldPanel panel;
+  panel.put("columns", "AXBrowser", {{"AXDescription", "列表视图"}});
+  EXPECT_EQ(viewOf(panel.parts()), "columns");
+}
+
+TEST(OldPanelParts, KnowALongerDescription) {
+  OldPanel panel;
+  panel.put("list", "AXOutline", {{"AXDescription", "list view, 3 items"}});
+  EXPECT_EQ(calledOf(panel.parts().listing), "list");
+}
+
+TEST(OldPanelParts, OfTwoListsThatAreDescribedTheFirstCounts) {
+  OldPanel panel;
+  panel.put("list", "AXOutline", {{"AXDescription", "list view"}});
+  panel.put("second", "AXOutline", {{"AXDescription", "list view"}});
+  EXPECT_EQ(calledOf(panel.parts().listing), "list");
+}
+
+TEST(OldPanelParts, AListThatIsDescribedCountsWhateverStandsToItsRight) {
+  OldPanel panel;
+  panel.put("list", "AXOutline", {{"AXDescription", "list view"}}, {0, 0, 100, 100});
+  panel.put("middle", "AXTable", {}, {100, 0, 100, 100});
+  panel.put("right", "AXTable", {}, {200, 0, 100, 100});
+  EXPECT_EQ(calledOf(panel.parts().listing), "list");
+}
+
 TEST(OldPanelParts, TakeTheOtherListForTheListingWhereTheSidebarIsDescribed) {
   OldPanel panel;
   panel.put("list", "AXOutline", {}, {0, 0, 500, 300});
@@ -272,11 +320,21 @@ TEST(OldPanelParts, KnowColumns) {
 }
 
 TEST(OldPanelParts, KnowIcons) {
+  for (const char* role : {"AXList", "AXCollection"}) {
+    OldPanel panel;
+    panel.put("sidebar", "AXOutline", {{"AXDescription", "sidebar"}}, {0, 0, 160, 300});
+    panel.put("icons", role, {}, {160, 0, 500, 300});
+    EXPECT_EQ(calledOf(panel.parts().listing), "icons") << role;
+    EXPECT_EQ(viewOf(panel.parts()), "icons") << role;
+  }
+}
+
+TEST(OldPanelParts, KnowATable) {
   OldPanel panel;
   panel.put("sidebar", "AXOutline", {{"AXDescription", "sidebar"}}, {0, 0, 160, 300});
-  panel.put("icons", "AXList", {}, {160, 0, 500, 300});
-  EXPECT_EQ(calledOf(panel.parts().listing), "icons");
-  EXPECT_EQ(viewOf(panel.parts()), "icons");
+  panel.put("table", "AXTable", {}, {160, 0, 500, 300});
+  EXPECT_EQ(calledOf(panel.parts().listing), "table");
+  EXPECT_EQ(viewOf(panel.parts()), "list");
 }
 
 // --- What does not answer. ---

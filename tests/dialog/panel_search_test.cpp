@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/tables.h"
 #include "dialog/panel_parts.h"
 #include "dialog/tree.h"
 #include "panels/candidates.h"
@@ -83,6 +84,35 @@ TEST(PanelRootsIn, AreCountedOnce) {
   EXPECT_EQ(namesIn(world).size(), 1U);
 }
 
+TEST(PanelRootsIn, AreLookedForOnceInEachWindow) {
+  BareDesktop world;
+  world.addWindow("Extensions");
+  world.process().focused_window = world.desktop.windows().front()->number;
+  namesIn(world);
+  EXPECT_EQ(requestsFor(world.desktop.record(), "AXIdentifier"), 1);
+}
+
+// One that also is a window of its own in the list, as focused sheets are.
+TEST(PanelRootsIn, ATitledSheetIsOne) {
+  BareDesktop world;
+  Node& sheet = world.addWindow("Extensions").addChild("AXSheet");
+  sheet.set("AXTitle", std::string("Open"));
+  sheet.set("called", std::string("old"));
+  addControls(sheet);
+  simulator::Window of;
+  of.owner = browserPid;
+  of.element = &sheet;
+  world.process().focused_window = world.desktop.addWindow(of).number;
+  EXPECT_THAT(namesIn(world), ElementsAre("old, by its title"));
+}
+
+TEST(PanelRootsIn, AreNotLookedForInAPanel) {
+  BareDesktop world;
+  Node& panel = addPanel(world.addWindow("Extensions"), "panel");
+  addPanel(panel, "part");
+  EXPECT_THAT(namesIn(world), ElementsAre("panel"));
+}
+
 TEST(PanelRootsIn, MayStandInTheFocusedWindowAlone) {
   BareDesktop world;
   Node& window = world.addWindow("Extensions");
@@ -115,8 +145,8 @@ TEST(PanelRootsIn, AreLookedForAmongAHundredAndFiftyElementsOfEachWindow) {
     addPanel(window);
     return !namesIn(world).empty();
   };
-  EXPECT_TRUE(found(147));
-  EXPECT_FALSE(found(151));
+  EXPECT_TRUE(found(148));
+  EXPECT_FALSE(found(149));
   BareDesktop world;
   addPanel(world.addWindow("back"), "of the second window");
   addSiblings(world.addWindow("front"), 200);
@@ -163,6 +193,36 @@ TEST(PanelRootsIn, AnOldPanelIsKnownByItsTitleAndControls) {
     window.set("called", std::string("old"));
     addControls(window);
     EXPECT_THAT(namesIn(world), ElementsAre("old, by its title")) << title;
+  }
+}
+
+TEST(PanelRootsIn, AnOldPanelIsAWindowASheetOrADialog) {
+  for (const char* role : {"AXWindow", "AXSheet", "AXDialog"}) {
+    BareDesktop world;
+    Node& old = world.addWindow("Extensions").addChild(role);
+    old.set("AXTitle", std::string("Open"));
+    old.set("called", std::string("old"));
+    addControls(old);
+    EXPECT_THAT(namesIn(world), ElementsAre("old, by its title")) << role;
+  }
+}
+
+TEST(PanelRootsIn, AnOldPanelIsKnownByItsDescriptionToo) {
+  BareDesktop world;
+  Node& window = world.addWindow("");
+  window.set("AXDescription", std::string("打开"));
+  window.set("called", std::string("old"));
+  addControls(window);
+  EXPECT_THAT(namesIn(world), ElementsAre("old, by its title"));
+}
+
+TEST(PanelRootsIn, OneButtonBesideAListIsEnoughForAnOldPanel) {
+  for (const char* title : {"Cancel", "Choose"}) {
+    BareDesktop world;
+    Node& window = world.addWindow("Open");
+    window.addChild("AXOutline").set("AXDescription", std::string("list view"));
+    window.addChild("AXButton").set("AXTitle", std::string(title));
+    EXPECT_EQ(namesIn(world).size(), 1U) << title;
   }
 }
 
@@ -230,6 +290,33 @@ TEST(PanelRootsIn, ABrowsersWindowIsNoEmbeddedChooser) {
 TEST(PanelRootsIn, NoPageIsSearchedForAnEmbeddedChooser) {
   BareDesktop world;
   addChooser(world.addWindow("Extensions").addChild("AXWebArea"), "page");
+  EXPECT_THAT(namesIn(world), IsEmpty());
+}
+
+// A page of the browser that is a chooser, below as many groups, beside so many other elements.
+std::size_t choosersFound(int groups, int others) {
+  BareDesktop world;
+  Node* at = &world.addWindow("Extensions");
+  Node& page = at->addChild("AXWebArea");
+  for (int i = 0; i < others; ++i) page.addChild("AXStaticText");
+  for (int i = 0; i < groups; ++i) at = &at->addChild("AXGroup");
+  addControls(*at);
+  at->children().back()->addChild("AXPopUpButton").set("AXTitle", std::string(locationMarker));
+  return namesIn(world).size();
+}
+
+TEST(PanelRootsIn, AnEmbeddedChooserMayStandDeepAndBesideAPage) {
+  EXPECT_EQ(choosersFound(0, 0), 1U);
+  EXPECT_EQ(choosersFound(4, 0), 1U);
+  EXPECT_EQ(choosersFound(0, 330), 1U);
+}
+
+TEST(PanelRootsIn, AnEmbeddedChooserWithoutAListIsNone) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  window.addChild("AXButton").set("AXTitle", std::string("Cancel"));
+  window.addChild("AXButton").set("AXTitle", std::string("Choose"));
+  window.addChild("AXPopUpButton").set("AXTitle", std::string(locationMarker));
   EXPECT_THAT(namesIn(world), IsEmpty());
 }
 
@@ -448,6 +535,92 @@ TEST(PanelServicesByPlace, AreNoneWhenSeveralStandThere) {
   EXPECT_THAT(panelServicesByPlace(surveyProcesses(), browserPid), IsEmpty());
 }
 
+// A sheet in the browser's tree and one in the service's, each at the same place.
+struct TwoTrees : BareDesktop {
+  simulator::Process& service = desktop.addProcess({.pid = servicePid,
+                                                    .name = "Service",
+                                                    .command = "service",
+                                                    .application = true,
+                                                    .host = {}});
+  Node& own = addPanel(addWindow("Extensions"));
+  Node& other = addPanel(serviceWindow());
+
+  TwoTrees() {
+    for (Node* sheet : {&own, &other}) sheet->setFrame({100, 100, 400, 300});
+  }
+  Node& serviceWindow() {
+    Node& window = service.root.addChild("AXWindow");
+    simulator::Window of;
+    of.owner = servicePid;
+    of.element = &window;
+    desktop.addWindow(of);
+    return window;
+  }
+  std::size_t panels() const { return openPanels({}, browserPid, {servicePid}).size(); }
+};
+
+TEST(OpenPanels, AtOnePlaceWithElementsThatCannotBeComparedAreOne) {
+  TwoTrees world;
+  world.own.addChild("AXGroup");
+  world.other.addChild("AXGroup");
+  EXPECT_EQ(world.panels(), 1U);
+}
+
+TEST(OpenPanels, AtOnePlaceWithOtherElementsOfTheSameProcessesAreTwo) {
+  TwoTrees world;
+  simulator::ElementTable& table = world.process().elements;
+  world.own.addChild("AXGroup");
+  world.own.addChild("AXGroup", world.service.elements);
+  world.other.addChild("AXGroup");
+  world.other.addChild("AXGroup", table);
+  EXPECT_EQ(world.panels(), 2U);
+}
+
+TEST(OpenPanels, AtOnePlaceOfWhichOneShowsNothingAreOne) {
+  for (const bool own : {true, false}) {
+    TwoTrees world;
+    (own ? world.own : world.other).addChild("AXGroup");
+    EXPECT_EQ(world.panels(), 1U);
+  }
+  TwoTrees empty;
+  EXPECT_EQ(empty.panels(), 1U);
+}
+
+TEST(OpenPanels, AtPlacesThatNobodyTellsAreTwo) {
+  BareDesktop world;
+  simulator::Process& service = world.desktop.addProcess({.pid = servicePid,
+                                                          .name = "Service",
+                                                          .command = "service",
+                                                          .application = true,
+                                                          .host = {}});
+  addPanel(world.addWindow("Extensions"));
+  Node& window = service.root.addChild("AXWindow");
+  simulator::Window of;
+  of.owner = servicePid;
+  of.element = &window;
+  world.desktop.addWindow(of);
+  addPanel(window);
+  EXPECT_EQ(openPanels({}, browserPid, {servicePid}).size(), 2U);
+}
+
+// The focused window of the service is the browser's own sheet.
+TEST(OpenPanels, OfTheVerySameElementAreOne) {
+  BareDesktop world;
+  simulator::Process& service = world.desktop.addProcess({.pid = servicePid,
+                                                          .name = "Service",
+                                                          .command = "service",
+                                                          .application = true,
+                                                          .host = {}});
+  Node& sheet = addPanel(world.addWindow("Extensions"));
+  simulator::Window of;
+  of.owner = servicePid;
+  of.element = &sheet;
+  service.focused_window = world.desktop.addWindow(of).number;
+  EXPECT_EQ(panelRootsIn({Element::application(servicePid), servicePid, panelServiceLabel}).size(),
+            1U);
+  EXPECT_EQ(openPanels({}, browserPid, {servicePid}).size(), 1U);
+}
+
 // --- Where they are. ---
 
 TEST(PanelCounts, NameBrowserAndServices) {
@@ -462,6 +635,7 @@ TEST(PanelCounts, NameBrowserAndServices) {
   EXPECT_EQ(panelCounts(survey, {own, own, services}),
             "Google Chrome 812: 2, panel service 900: 1");
   EXPECT_EQ(panelCounts(survey, {services}), "panel service 900: 1");
+  EXPECT_EQ(panelCounts({}, {own}), "process 812: 1");
 }
 
 }  // namespace

@@ -144,6 +144,49 @@ TEST(LookAt, LeavesOutTheEntriesOfUnfoldedFolders) {
   EXPECT_EQ(shown.proof(shown.wants(shown.target)), "none");
 }
 
+// A folder may have been removed meanwhile: that its entries stand in one place is seen all the
+// same.
+TEST(LookAt, SeesAFolderThatIsNoMore) {
+  HandBuiltPanel panel;
+  panel.addEntry("/nowhere/a");
+  panel.addEntry("/nowhere/b");
+  EXPECT_EQ(lookAt(panel.parts()).folder, "/nowhere");
+}
+
+TEST(LookAt, AsksNineEntriesForTheirLocations) {
+  const auto folderAfter = [](int nameless) {
+    HandBuiltPanel panel;
+    for (int i = 0; i < nameless; ++i) panel.addEntry("");
+    panel.addEntry("/usr/lib/");
+    return lookAt(panel.parts()).folder;
+  };
+  EXPECT_EQ(folderAfter(8), "/usr");
+  EXPECT_EQ(folderAfter(9), std::nullopt);
+}
+
+TEST(LookAt, SeesRowsAloneInAList) {
+  Shown shown;
+  shown.panel.list->addChild("AXColumn");
+  shown.panel.list->addChild("AXGroup");
+  EXPECT_EQ(shown.look().entries.size(), 3U);
+}
+
+// Lists answer for attributes of other views, too.
+TEST(LookAt, SeesTheChildrenOfIconsAndColumns) {
+  for (const char* view : {"ColumnView", "IconView"}) {
+    Shown shown(view);
+    shown.panel.list->set("AXRows", simulator::List{});
+    EXPECT_EQ(shown.look().entries.size(), 3U) << view;
+  }
+}
+
+// Only an outline's rows can be unfolded.
+TEST(LookAt, AsksIconsForNoUnfoldedFolder) {
+  Shown shown("IconView");
+  shown.look();
+  EXPECT_EQ(requestsFor(shown.panel.desktop.record(), "AXDisclosedByRow"), 0);
+}
+
 // Most of what is listed stands in the unfolded folder, which is not shown for that.
 TEST(LookAt, IsNotMisledByAnUnfoldedFolderWithManyEntries) {
   TemporaryFolder files;
@@ -198,6 +241,36 @@ TEST(LookAt, TakesTheDeepestColumnForTheFolderShown) {
   Shown shown("ColumnView");
   EXPECT_EQ(shown.look().folder, shown.folder);
   EXPECT_EQ(shown.proof(shown.wants(shown.files.path())), "none");
+}
+
+TEST(LookAt, SeesColumnsThatAreListsThemselves) {
+  HandBuiltPanel panel("ColumnView");
+  Node& column = panel.listing->addChild("AXList");
+  panel.listing->set("AXColumns", simulator::List{column.id()});
+  column.addChild("AXGroup").set("AXURL", simulator::Url{"file:///usr/lib"});
+  EXPECT_EQ(lookAt(panel.parts()).folder, "/usr");
+}
+
+TEST(LookAt, SeesTheListOfAColumnBehindItsScrollBar) {
+  HandBuiltPanel panel("ColumnView");
+  Node& area = panel.listing->addChild("AXScrollArea");
+  area.addChild("AXScrollBar").addChild("AXButton");
+  area.addChild("AXList").addChild("AXGroup").set("AXURL", simulator::Url{"file:///usr/lib"});
+  panel.listing->set("AXColumns", simulator::List{area.id()});
+  EXPECT_EQ(lookAt(panel.parts()).folder, "/usr");
+}
+
+TEST(LookAt, SeesColumnsThatOnlyTheChildrenTellOf) {
+  Shown shown("ColumnView");
+  shown.panel.listing->clear("AXColumns");
+  EXPECT_EQ(shown.look().folder, shown.folder);
+}
+
+TEST(LookAt, TakesNoOtherListOfTheBrowserForAColumn) {
+  Shown shown("ColumnView");
+  Node& preview = shown.panel.listing->addChild("AXScrollArea").addChild("AXList");
+  preview.addChild("AXGroup").set("AXURL", simulator::Url{"file:///usr/lib"});
+  EXPECT_EQ(shown.look().folder, shown.folder);
 }
 
 // A folder without entries has no column of its own: it is selected in the last one there is.
@@ -307,6 +380,17 @@ TEST(LookAt, DoesNotKnowTheSelectionWhenAnEntryDoesNotTell) {
   shown.otherEntry->clear("AXSelected");
   EXPECT_FALSE(shown.look().selectionKnown);
   EXPECT_EQ(shown.proof(shown.wants(shown.folder)), "none");
+}
+
+TEST(LookAt, AsksTwoHundredEntriesWhetherTheyAreSelected) {
+  const auto known = [](int entries) {
+    HandBuiltPanel panel("IconView");
+    panel.list->clear("AXSelectedChildren");
+    for (int i = 0; i < entries; ++i) panel.addEntry("/usr/" + std::to_string(i));
+    return lookAt(panel.parts()).selectionKnown;
+  };
+  EXPECT_TRUE(known(200));
+  EXPECT_FALSE(known(201));
 }
 
 TEST(LookAt, ResolvesLinksOfASelectedEntry) {
@@ -440,6 +524,124 @@ TEST(StillAsSeen, DoesNotHoldForALookThatCannotBeRepeatedSo) {
   EXPECT_FALSE(stillAsSeen(withoutList, parts));
 }
 
+// --- Looking while it may be closing. ---
+
+// What a panel shows otherwise than it did when its target, the folder or an entry of it, was
+// proven.
+struct Closing : Shown {
+  explicit Closing(const std::string& view = "ListView") : Shown(view) {
+    panel.popup.set("AXValue", std::string("shown"));
+  }
+  void proveFolder() { prove(folder); }
+  void proveEntry() {
+    panel.select({targetEntry});
+    prove(target);
+  }
+  bool showsOtherwise() const { return tessarine::showsOtherwise(before, parts, wanted); }
+  // The listing is built anew with these entries; the last one is answered.
+  Node* relist(const std::vector<std::string>& locations) {
+    panel.removeEntries();
+    Node* last = nullptr;
+    for (const std::string& location : locations) last = &panel.addEntry(location);
+    return last;
+  }
+
+  PanelParts parts;
+  PanelSight before;
+  Target wanted;
+
+ private:
+  void prove(const std::string& path) {
+    wanted = wants(path);
+    parts = panel.parts();
+    before = lookAt(parts);
+    ASSERT_TRUE(proofOf(before, wanted));
+    ASSERT_FALSE(showsOtherwise());
+  }
+};
+
+TEST(ShowsOtherwise, HoldsWhenTheFolderShownIsCalledOtherwise) {
+  Closing closing;
+  closing.proveFolder();
+  closing.panel.popup.set("AXValue", std::string("elsewhere"));
+  EXPECT_TRUE(closing.showsOtherwise());
+}
+
+// It is taken, whatever folder is shown.
+TEST(ShowsOtherwise, DoesNotMindTheFolderAroundASelectedEntry) {
+  Closing closing;
+  closing.proveEntry();
+  closing.panel.popup.set("AXValue", std::string("elsewhere"));
+  EXPECT_FALSE(closing.showsOtherwise());
+}
+
+TEST(ShowsOtherwise, HoldsWhenTheSelectionIsAnother) {
+  for (const char* view : {"ListView", "IconView"}) {
+    Closing closing(view);
+    closing.proveEntry();
+    closing.panel.select({closing.otherEntry});
+    EXPECT_TRUE(closing.showsOtherwise()) << view;
+    closing.panel.select({});
+    EXPECT_TRUE(closing.showsOtherwise()) << view;
+    closing.panel.select({closing.targetEntry, closing.otherEntry});
+    EXPECT_TRUE(closing.showsOtherwise()) << view;
+  }
+}
+
+TEST(ShowsOtherwise, HoldsWhenSomethingIsSelectedThatWasNot) {
+  Closing closing;
+  closing.proveFolder();
+  closing.panel.select({closing.otherEntry});
+  EXPECT_TRUE(closing.showsOtherwise());
+}
+
+TEST(ShowsOtherwise, DoesNotHoldWhenAListingBuiltAnewSelectsTheTarget) {
+  Closing closing;
+  closing.proveEntry();
+  Node* again = closing.relist({closing.other + "/", closing.target + "/"});
+  closing.panel.select({again});
+  EXPECT_FALSE(closing.showsOtherwise());
+  closing.panel.select({closing.relist({closing.target + "/", closing.other + "/"})});
+  EXPECT_TRUE(closing.showsOtherwise());
+}
+
+TEST(ShowsOtherwise, HoldsWhenAListingBuiltAnewListsAnotherFolder) {
+  Closing closing;
+  closing.proveFolder();
+  closing.relist({closing.target + "/", closing.file});
+  EXPECT_FALSE(closing.showsOtherwise());
+  closing.relist({"", closing.files.makeFolder("elsewhere/target") + "/"});
+  EXPECT_TRUE(closing.showsOtherwise());
+  closing.relist({});
+  EXPECT_FALSE(closing.showsOtherwise());
+}
+
+TEST(ShowsOtherwise, DoesNotMindAFolderThatIsUnfolded) {
+  Closing closing;
+  closing.proveFolder();
+  closing.panel.addEntry(closing.files.makeFolder("shown/other/inner") + "/");
+  EXPECT_FALSE(closing.showsOtherwise());
+}
+
+TEST(ShowsOtherwise, DoesNotHoldWhenNothingAnswers) {
+  Closing closing;
+  closing.proveFolder();
+  closing.panel.popup.set("AXValue", std::string("elsewhere"));
+  closing.panel.window.removeChild(closing.panel.root);
+  EXPECT_FALSE(closing.showsOtherwise());
+}
+
+// --- Names. ---
+
+TEST(IsNameOf, HoldsForTheLastComponentAndForTheNameThatPeopleSee) {
+  BareDesktop world;
+  EXPECT_TRUE(isNameOf("lib", "/usr/lib"));
+  EXPECT_TRUE(isNameOf("/", "/"));
+  EXPECT_TRUE(isNameOf(fileManagerDisplayName("/"), "/"));
+  EXPECT_FALSE(isNameOf("usr", "/usr/lib"));
+  EXPECT_FALSE(isNameOf("", "/usr/lib"));
+}
+
 // --- Proof. ---
 
 // A sight of real folders: "a" with the folder "b" and the file "c".
@@ -560,6 +762,20 @@ TEST(ProofOf, TheSameFileUnderAnotherPathIsTheSame) {
   EXPECT_EQ(seen.proofOfFolder(seen.inner), "entry selected");
 }
 
+// The target's own spelling is another one than that of the entries' locations.
+TEST(ProofOf, TheFolderMayBeCalledAsInEitherSpelling) {
+  Seen seen;
+  const std::string link = seen.files.path() + "/link";
+  std::filesystem::create_directory_symlink(seen.folder, link);
+  seen.sight.folder = link;
+  for (const char* name : {"link", "a"}) {
+    seen.sight.folderName = name;
+    EXPECT_EQ(seen.proofOfFolder(seen.folder), "folder shown") << name;
+  }
+  seen.sight.folderName = "b";
+  EXPECT_EQ(seen.proofOfFolder(seen.folder), "none");
+}
+
 TEST(ProofOf, WhatDoesNotExistIsNeverProven) {
   Seen seen;
   const std::string missing = seen.files.path() + "/missing";
@@ -594,6 +810,17 @@ TEST(EntryLocation, IsLookedForInTwelveElements) {
   EXPECT_TRUE(found(3));
   EXPECT_TRUE(found(10));
   EXPECT_FALSE(found(11));
+}
+
+TEST(EntryLocation, IsLookedForThreeLevelsBelowTheEntry) {
+  const auto foundAt = [](int level) {
+    HandBuiltPanel panel;
+    Node& row = panel.list->addChild("AXRow");
+    addChain(row, level).set("AXURL", simulator::Url{"file:///usr"});
+    return entryLocation(panel.handle(row)).has_value();
+  };
+  EXPECT_TRUE(foundAt(3));
+  EXPECT_FALSE(foundAt(4));
 }
 
 TEST(EntryLocation, ThrowsWhenAnElementDoesNotAnswer) {
@@ -635,9 +862,18 @@ TEST(Describe, SaysWhatThePanelShows) {
   EXPECT_EQ(describe(seen.sight), seen.folder);
   seen.select(seen.file);
   EXPECT_EQ(describe(seen.sight), seen.folder + " with " + seen.file + " selected");
+  seen.sight.selection.push_back(seen.desktop.appHandle());
+  seen.sight.selected.reset();
+  EXPECT_EQ(describe(seen.sight), seen.folder + " with several entries selected");
+  seen.sight.selection.pop_back();
+  EXPECT_EQ(describe(seen.sight), seen.folder + " with an entry without a location selected");
+  seen.sight.selectionKnown = false;
+  EXPECT_EQ(describe(seen.sight), seen.folder + " and does not say what is selected");
   PanelSight nothing;
   nothing.selectionKnown = true;
   EXPECT_EQ(describe(nothing), "a folder that it does not name");
+  nothing.folderName = "Pictures";
+  EXPECT_EQ(describe(nothing), "Pictures");
 }
 
 }  // namespace

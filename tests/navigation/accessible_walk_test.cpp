@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "dialog/hand_built_panel.h"
 #include "navigation/moving_panel.h"
 #include "support/transcript.h"
@@ -365,6 +367,379 @@ TEST(WalkToTarget, EndsAtTheDeadline) {
   const double before = currentTime();
   EXPECT_THROW(walkToTarget(moving.choice), TimeIsUp);
   EXPECT_LE(currentTime() - before, 1.0);
+}
+
+// --- Which entry, and what may be opened. ---
+
+TEST(TakeTargetEntry, PrefersTheEntryOfThatVeryName) {
+  ByHand world;
+  for (const char* name : {"first", "second"}) {
+    std::filesystem::create_directory_symlink(world.wanted, world.folder + "/" + name);
+  }
+  const Node& first = world.panel.addEntry(world.folder + "/first");
+  world.panel.addEntry(world.folder + "/second");
+  PanelChoice choice = world.choice();
+  EXPECT_EQ(takeTargetEntry(choice), "");
+  EXPECT_EQ(*world.panel.list->get("AXSelectedRows"),
+            simulator::Value(simulator::List{first.id()}));
+  const Node& entry = world.panel.addEntry(world.wanted + "/");
+  EXPECT_EQ(takeTargetEntry(choice), "");
+  EXPECT_EQ(*world.panel.list->get("AXSelectedRows"),
+            simulator::Value(simulator::List{entry.id()}));
+}
+
+TEST(TakeTargetEntry, EndsAtTheDeadlineAmongHundreds) {
+  ByHand world;
+  for (int i = 0; i < 300; ++i) world.panel.addEntry(world.folder + "/" + std::to_string(i));
+  PanelChoice choice = world.choice();
+  world.panel.desktop.prices().request = 0.01;
+  choice.deadline = currentTime() + 1;
+  const double before = currentTime();
+  EXPECT_NE(takeTargetEntry(choice), "");
+  EXPECT_LE(currentTime() - before, 1.5);
+}
+
+TEST(TakeTargetEntry, WaitsASecondForTheEntry) {
+  ByHand world;
+  world.panel.addEntry(world.files.makeFolder("folder/another") + "/");
+  PanelChoice choice = world.choice();
+  const double before = currentTime();
+  EXPECT_THAT(takeTargetEntry(choice), HasSubstr("is not listed in"));
+  EXPECT_NEAR(currentTime() - before, 1, 0.3);
+}
+
+TEST(WalkToTarget, KnowsTheFolderShownByAnotherPath) {
+  ByHand world;
+  const std::string link = world.files.path() + "/link";
+  std::filesystem::create_directory_symlink(world.folder, link);
+  world.panel.addEntry(link + "/wanted/");
+  PanelChoice choice = world.choice();
+  EXPECT_EQ(walkToTarget(choice), "");
+}
+
+TEST(WalkToTarget, BeginsAtTheRootWhereThatIsShown) {
+  ByHand world;
+  world.panel.addEntry("/var/");
+  const Node& entry = world.panel.addEntry("/usr/");
+  PanelChoice choice = world.choice();
+  choice.target = {"/usr", true};
+  EXPECT_EQ(walkToTarget(choice), "");
+  EXPECT_EQ(*world.panel.list->get("AXSelectedRows"),
+            simulator::Value(simulator::List{entry.id()}));
+}
+
+// What opens a folder between the one shown and the target, in a panel that may choose files.
+int openings(const std::string& name, bool isFolderPanel) {
+  ByHand world;
+  Node& entry = world.panel.addEntry(world.files.makeFolder("folder/" + name) + "/");
+  world.count(entry);
+  PanelChoice choice = world.choice();
+  choice.target = {world.files.makeFolder("folder/" + name + "/inner"), true};
+  choice.isFolderPanel = isFolderPanel;
+  EXPECT_EQ(walkToTarget(choice), world.folder + "/" + name + " does not open");
+  return world.opened;
+}
+
+TEST(WalkToTarget, OpensNoPackageWhereFilesAreChosen) {
+  EXPECT_EQ(openings("Tool.app", false), 0);
+  EXPECT_GT(openings("Tool.app", true), 0);
+  for (const char* name : {"plain", "v1.2", "ends.", "a.b-c"}) {
+    EXPECT_GT(openings(name, false), 0) << name;
+  }
+}
+
+// Rows are used again for other entries.
+TEST(WalkToTarget, PerformsNothingOnAnEntryThatNamesAnotherFolderNow) {
+  ByHand world;
+  Node& entry = world.panel.addEntry(world.wanted + "/");
+  const std::string another = world.files.makeFolder("folder/another");
+  int late = 0;
+  entry.addAction("AXOpen", [&] {
+    entry.children().front()->children().back()->set("AXURL",
+                                                     simulator::Url{"file://" + another + "/"});
+    return ax::success;
+  });
+  entry.children().front()->addAction("AXOpen", [&] { return ++late, ax::success; });
+  PanelChoice choice = world.choice();
+  choice.target = {world.inner, true};
+  EXPECT_EQ(walkToTarget(choice), world.wanted + " does not open");
+  EXPECT_EQ(late, 0);
+}
+
+TEST(WalkToTarget, OpensAFolderByEitherActionOfAnyOfItsElements) {
+  for (const char* action : {"AXOpen", "AXPress"}) {
+    for (const bool ofCell : {true, false}) {
+      ByHand world;
+      Node& entry = world.panel.addEntry(world.wanted + "/");
+      (ofCell ? *entry.children().front() : entry).addAction(action, [&] {
+        world.panel.removeEntries();
+        world.panel.addEntry(world.inner + "/");
+        return ax::success;
+      });
+      PanelChoice choice = world.choice();
+      choice.target = {world.inner, true};
+      EXPECT_EQ(walkToTarget(choice), "") << action << ofCell;
+    }
+  }
+}
+
+TEST(WalkToTarget, OpensAFolderInColumnsBySelectingIt) {
+  TemporaryFolder files;
+  const std::string wanted = files.makeFolder("folder/wanted");
+  const std::string inner = files.makeFolder("folder/wanted/inner");
+  HandBuiltPanel panel("ColumnView");
+  panel.addColumn();
+  Node& entry = panel.addEntry(wanted + "/");
+  entry.makeSettable("AXSelected", [&](const simulator::Value&) {
+    panel.select({&entry});
+    Node& column = panel.addColumn();
+    Node& listed = panel.addEntry(inner + "/");
+    column.makeSettable("AXSelectedChildren", [&](const simulator::Value&) {
+      panel.select({&listed});
+      return ax::success;
+    });
+    return ax::success;
+  });
+  PanelChoice choice =
+      choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, inner);
+  EXPECT_EQ(walkToTarget(choice), "");
+}
+
+TEST(WalkToTarget, SelectsNoFolderOnTheWayInAList) {
+  ByHand world;
+  world.panel.addEntry(world.wanted + "/");
+  PanelChoice choice = world.choice();
+  choice.target = {world.inner, true};
+  EXPECT_EQ(walkToTarget(choice), world.wanted + " does not open");
+  EXPECT_EQ(*world.panel.list->get("AXSelectedRows"), simulator::Value(simulator::List{}));
+}
+
+// --- Sidebars and menus built by hand. ---
+
+// A list that shows a folder of no use, with a sidebar beside it and a menu in its pop-up: what
+// they do a test says.
+struct Surroundings : ByHand {
+  Surroundings() { panel.addEntry(files.makeFolder("far/away") + "/"); }
+  void show(const std::vector<std::string>& locations) {
+    panel.removeEntries();
+    for (const std::string& location : locations) panel.addEntry(location);
+  }
+  // A row of the sidebar, with its label two levels down.
+  Node& addPlace(const std::string& label, const std::string& location) {
+    Node& row = add(sidebar, label, "AXRow");
+    row.addChild("AXCell").addChild("AXStaticText").set("AXValue", label);
+    if (!location.empty()) row.set("AXURL", simulator::Url{"file://" + location + "/"});
+    return row;
+  }
+  void whenSelected(Node& row, std::function<void()> effect) {
+    row.makeSettable("AXSelected", [effect = std::move(effect)](const simulator::Value&) {
+      return effect(), ax::success;
+    });
+  }
+  // A menu that the pop-up shows for the action, with items that do this when they are pressed.
+  using Items = std::vector<std::pair<std::string, std::function<void()>>>;
+  void addMenu(const Items& items, const std::string& action = "AXShowMenu") {
+    panel.popup.addAction(action, [this, items] {
+      ++menusShown;
+      Node& menu = panel.popup.addChild("AXMenu");
+      menu.addAction("AXCancel", [this, &menu] { return closeMenu(menu), ax::success; });
+      for (const auto& [title, effect] : items) {
+        Node& item = menu.addChild("AXMenuItem");
+        item.set("AXTitle", title);
+        item.addAction("AXPress", [this, &menu, chosen = effect] {
+          chosen();
+          return closeMenu(menu), ax::success;
+        });
+      }
+      return ax::success;
+    });
+  }
+  void closeMenu(Node& menu) { panel.popup.removeChild(menu); }
+  std::string walk() {
+    choice = this->ByHand::choice();
+    choice->isFolderPanel = true;
+    if (!target.empty()) choice->target = {target, isDirectory(target)};
+    return walkToTarget(*choice);
+  }
+
+  Node& sidebar = add(add(panel.split, "left", "AXScrollArea"), "its outline", "AXOutline");
+  std::string target;
+  std::optional<PanelChoice> choice;
+  int menusShown = 0;
+};
+
+TEST(WalkToTarget, ShowsAPlaceOfTheSidebarInAnyWay) {
+  for (const std::string way : {"row", "sidebar", "AXOpen", "AXPress"}) {
+    Surroundings world;
+    Node& row = world.addPlace("Folder", world.folder);
+    const auto shows = [&] { return world.show({world.wanted + "/"}), ax::success; };
+    if (way == "row") world.whenSelected(row, shows);
+    if (way == "sidebar") {
+      world.sidebar.makeSettable("AXSelectedRows", [&](const simulator::Value& value) {
+        EXPECT_EQ(value, simulator::Value(simulator::List{row.id()}));
+        return shows();
+      });
+    }
+    if (way.starts_with("AX")) row.children().front()->addAction(way, shows);
+    EXPECT_EQ(world.walk(), "") << way;
+  }
+}
+
+TEST(WalkToTarget, AsksTheSidebarForItsRows) {
+  Surroundings world;
+  Node& group = world.sidebar.addChild("AXGroup");
+  Node& row = group.addChild("AXRow");
+  row.set("AXURL", simulator::Url{"file://" + world.folder + "/"});
+  world.sidebar.set("AXRows", simulator::List{row.id()});
+  world.whenSelected(row, [&] { world.show({world.wanted + "/"}); });
+  EXPECT_EQ(world.walk(), "");
+}
+
+TEST(WalkToTarget, KnowsAPlaceWithoutALocationByItsLabel) {
+  Surroundings world;
+  world.whenSelected(world.addPlace("folder", ""), [&] { world.show({world.wanted + "/"}); });
+  EXPECT_EQ(world.walk(), "");
+}
+
+TEST(WalkToTarget, KnowsAPlaceByItsLocationAndNotByItsLabel) {
+  Surroundings world;
+  int selected = 0;
+  world.whenSelected(world.addPlace("folder", world.files.makeFolder("far/folder")),
+                     [&] { ++selected; });
+  EXPECT_NE(world.walk(), "");
+  EXPECT_EQ(selected, 0);
+}
+
+TEST(WalkToTarget, BeginsAtTheNearestPlace) {
+  for (const bool labelled : {true, false}) {
+    Surroundings world;
+    world.target = world.inner;
+    int others = 0;
+    world.whenSelected(world.addPlace("folder", labelled ? "" : world.folder), [&] { ++others; });
+    world.whenSelected(world.addPlace("wanted", labelled ? "" : world.wanted),
+                       [&] { world.show({world.inner + "/"}); });
+    EXPECT_EQ(world.walk(), "") << labelled;
+    EXPECT_EQ(others, 0) << labelled;
+  }
+}
+
+TEST(WalkToTarget, GoesOnWhereAPlaceLeadsNowhere) {
+  Surroundings world;
+  world.target = world.inner;
+  world.addPlace("wanted", world.wanted);
+  world.whenSelected(world.addPlace("folder", world.folder), [&] {
+    world.show({world.wanted + "/"});
+    world.panel.list->children().front()->addAction(
+        "AXOpen", [&] { return world.show({world.inner + "/"}), ax::success; });
+  });
+  EXPECT_EQ(world.walk(), "");
+}
+
+TEST(WalkToTarget, EndsAtAPlaceThatIsTheTarget) {
+  Surroundings world;
+  int others = 0;
+  world.whenSelected(world.addPlace("wanted", world.wanted),
+                     [&] { world.show({world.inner + "/"}); });
+  world.whenSelected(world.addPlace("folder", world.folder), [&] { ++others; });
+  EXPECT_EQ(world.walk(), "");
+  EXPECT_EQ(others, 0);
+}
+
+TEST(WalkToTarget, ShowsNoPlaceThatIsAFile) {
+  Surroundings world;
+  world.target = world.files.makeFile("folder/report", "text");
+  int selected = 0;
+  world.whenSelected(world.addPlace("report", world.target), [&] { ++selected; });
+  EXPECT_NE(world.walk(), "");
+  EXPECT_EQ(selected, 0);
+}
+
+// Another way to the folder makes its last step no easier.
+TEST(WalkToTarget, TriesNoOtherPlaceWhenOnlyTheLastStepFails) {
+  Surroundings world;
+  int others = 0;
+  world.show({world.files.makeFolder("folder/another") + "/"});
+  world.whenSelected(world.addPlace("above", world.files.path()), [&] { ++others; });
+  EXPECT_EQ(world.walk(), world.wanted + " is not listed in " + world.folder + hidden);
+  EXPECT_EQ(others, 0);
+  EXPECT_EQ(world.menusShown, 0);
+}
+
+TEST(WalkToTarget, AsksSixtyRowsOfTheSidebar) {
+  const auto found = [](int others) {
+    Surroundings world;
+    for (int i = 0; i < others; ++i) world.addPlace("place", "/usr");
+    world.whenSelected(world.addPlace("Folder", world.folder),
+                       [&] { world.show({world.wanted + "/"}); });
+    return world.walk().empty();
+  };
+  EXPECT_TRUE(found(59));
+  EXPECT_FALSE(found(60));
+}
+
+TEST(WalkToTarget, AsksADozenElementsOfARowForActions) {
+  const auto found = [](int others) {
+    Surroundings world;
+    Node& row = world.addPlace("Folder", world.folder);  // three elements
+    for (int i = 0; i < others; ++i) row.addChild("AXImage");
+    row.addChild("AXButton").addAction("AXPress", [&] {
+      return world.show({world.wanted + "/"}), ax::success;
+    });
+    return world.walk().empty();
+  };
+  EXPECT_TRUE(found(8));
+  EXPECT_FALSE(found(9));
+}
+
+TEST(WalkToTarget, PicksTheInnermostFolderOfTheMenu) {
+  for (const char* action : {"AXShowMenu", "AXPress"}) {
+    Surroundings world;
+    world.panel.popup.addChild("AXImage");
+    const std::string above = lastPathComponent(world.files.path());
+    int others = 0;
+    world.addMenu({{"far", [&] { ++others; }},
+                   {above, [&] { world.show({world.folder + "/"}); }},
+                   {"tmp", [&] { ++others; }},
+                   {"Macintosh HD", [&] { ++others; }},
+                   {"Disk", [&] { ++others; }}},
+                  action);
+    // The menu led to the folder around: from there it is walked as if that were shown.
+    world.target = world.files.makeFolder("wanted");
+    const std::string wanted = world.target;
+    EXPECT_EQ(world.walk(), wanted + " is not listed in " + world.files.path() + hidden) << action;
+    EXPECT_EQ(others, 0) << action;
+    EXPECT_EQ(world.menusShown, 1) << action;
+  }
+}
+
+TEST(WalkToTarget, ClosesAMenuWithoutAnItemOfTheWay) {
+  Surroundings world;
+  int others = 0;
+  world.addMenu({{"far", [&] { ++others; }}, {"Disk", [&] { ++others; }}});
+  EXPECT_EQ(world.walk(), "nothing in the panel leads to " + world.wanted);
+  EXPECT_EQ(others, 0);
+  EXPECT_EQ(world.menusShown, 1);
+  EXPECT_EQ(world.panel.popup.children().size(), 0U) << "its menu";
+}
+
+TEST(WalkToTarget, DoesNotBelieveAnItemOfTheMenu) {
+  Surroundings world;
+  world.addMenu({{"far", [] {}}, {lastPathComponent(world.files.path()), [] {}}});
+  EXPECT_EQ(world.walk(), "nothing in the panel leads to " + world.wanted);
+}
+
+// The menu leads nearer than the place, and is tried once.
+TEST(WalkToTarget, TriesTheMenuOnceBeforePlacesFartherAway) {
+  Surroundings world;
+  std::vector<int> menusAtPlace;
+  world.addMenu({{"far", [] {}}});
+  for (const char* name : {"first", "second"}) {
+    world.whenSelected(world.addPlace(name, "/"),
+                       [&] { menusAtPlace.push_back(world.menusShown); });
+  }
+  EXPECT_NE(world.walk(), "");
+  EXPECT_EQ(menusAtPlace, (std::vector<int>{1, 1}));
+  EXPECT_EQ(world.menusShown, 1);
 }
 
 }  // namespace

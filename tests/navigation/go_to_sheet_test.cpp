@@ -5,6 +5,7 @@
 
 #include "dialog/hand_built_panel.h"
 #include "navigation/moving_panel.h"
+#include "simulator/desktop/input.h"
 #include "support/transcript.h"
 
 namespace tessarine::test::go_to_sheet {
@@ -71,6 +72,59 @@ TEST(GoToSheetOf, IsNoOtherPanelOfThatWindow) {
   Node& root = add(window, "chooser", "AXGroup");
   add(add(window, "open-panel", "AXSheet"), "field", "AXTextField");
   EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "nothing");
+}
+
+TEST(GoToSheetOf, IsNoOldSheetThatSearches) {
+  HandBuiltPanel panel;
+  add(add(panel.root, "finder", "AXSheet"), "field", "AXTextField",
+      {{"AXSubrole", "AXSearchField"}});
+  EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "nothing");
+}
+
+TEST(GoToSheetOf, HasItsFieldThreeLevelsDownAtMost) {
+  const auto found = [](int groups, const char* role) {
+    HandBuiltPanel panel;
+    Node* at = &add(panel.root, "old sheet", "AXSheet");
+    for (int i = 0; i < groups; ++i) at = &at->addChild(role);
+    at->addChild("AXTextField");
+    return nameOf(goToSheetOf(panel.rootHandle()));
+  };
+  for (const char* role : {"AXGroup", "AXSplitGroup"}) {
+    EXPECT_EQ(found(2, role), "old sheet") << role;
+    EXPECT_EQ(found(3, role), "nothing") << role;
+  }
+  EXPECT_EQ(found(1, "AXTable"), "nothing");
+}
+
+TEST(GoToSheetOf, HasItsFieldAmongFortyElements) {
+  const auto found = [](int others) {
+    HandBuiltPanel panel;
+    Node& sheet = add(panel.root, "old sheet", "AXSheet");
+    for (int i = 0; i < others; ++i) sheet.addChild("AXStaticText");
+    sheet.addChild("AXTextField");
+    return nameOf(goToSheetOf(panel.rootHandle()));
+  };
+  EXPECT_EQ(found(39), "old sheet");
+  EXPECT_EQ(found(40), "nothing");
+}
+
+TEST(GoToSheetOf, HangsFromTheWindowFarAroundAChooser) {
+  BareDesktop world;
+  Node& window = world.addWindow("Extensions");
+  Node& root = add(addChain(window, 5), "chooser", "AXGroup");
+  add(window, "GoToWindow", "AXSheet");
+  EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "GoToWindow");
+}
+
+// What hangs from the element around a window, a sheet or a dialog is not its own.
+TEST(GoToSheetOf, IsNoneOfWhatStandsAroundThePanel) {
+  for (const char* role : {"AXWindow", "AXSheet", "AXDialog"}) {
+    BareDesktop world;
+    Node& window = world.addWindow("Extensions");
+    Node& root = add(window, "panel", role);
+    add(window, "GoToWindow", "AXSheet");
+    EXPECT_EQ(nameOf(goToSheetOf(world.handle(root))), "nothing") << role;
+  }
 }
 
 TEST(GoToSheetOf, ThrowsWhenThePanelDoesNotAnswer) {
@@ -307,6 +361,175 @@ TEST(GoThroughSheet, PostsNoChordThatLeavesNoTimeForClosingTheSheet) {
   EXPECT_THAT(moving.keys(), IsEmpty());
 }
 
+// --- Sheets built by hand. ---
+
+// A panel that opens a sheet with a field for the chord, and leaves what else keys do to a test.
+struct SheetByHand : simulator::InputReceiver {
+  SheetByHand() {
+    panel.addEntry("/usr/lib/");
+    panel.process().receivers.push_back(this);
+    choice.keyPids = {browserPid};
+  }
+  bool keyEvent(const simulator::KeyEvent& event, simulator::Route) override {
+    if (event.down && event.keyCode == 5) openSheet();
+    if (event.down && event.keyCode == 36) ++returns;
+    if (event.down && event.keyCode == 36 && returnCloses) closeSheet();
+    if (event.down && event.keyCode == 53) ++escapes;
+    return true;
+  }
+  bool mouseEvent(const simulator::MouseEvent&, simulator::Window&, simulator::Route) override {
+    return false;
+  }
+  void openSheet() {
+    sheet = &add(panel.root, "GoToWindow", "AXSheet");
+    sheet->setFrame({150, 120, 300, 100});
+    field = &sheet->addChild("AXTextField");
+    field->set("AXFocused", true);
+    field->makeSettable("AXValue", [this](const simulator::Value& value) {
+      field->set("AXValue", value);
+      written();
+      return ax::success;
+    });
+    opened();
+  }
+  void closeSheet() { panel.root.removeChild(*sheet); }
+  void confirmsByField() {
+    opened = [this] {
+      field->addAction("AXConfirm", [this] {
+        ++confirms;
+        closeSheet();
+        return ax::success;
+      });
+    };
+  }
+  Node& addButton(const std::string& title, std::function<void()> pressed) {
+    Node& button = sheet->addChild("AXButton");
+    button.set("AXTitle", title);
+    button.addAction("AXPress", [pressed = std::move(pressed)] { return pressed(), ax::success; });
+    return button;
+  }
+  std::string go() { return goThroughSheet(choice, "/usr/lib"); }
+
+  HandBuiltPanel panel;
+  PanelChoice choice =
+      choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, "/usr/lib");
+  Node* sheet = nullptr;
+  Node* field = nullptr;
+  std::function<void()> opened = [] {};
+  std::function<void()> written = [] {};
+  bool returnCloses = false;
+  int returns = 0;
+  int escapes = 0;
+  int confirms = 0;
+};
+
+// Keys that arrive before are lost.
+TEST(GoThroughSheet, WaitsUntilTheFieldHasTheKeyboard) {
+  SheetByHand world;
+  world.returnCloses = true;
+  bool focused = false;
+  world.opened = [&] {
+    world.field->set("AXFocused", false);
+    world.field->makeSettable("AXFocused", [&](const simulator::Value&) {
+      world.panel.desktop.schedule(0.2, [&] { world.field->set("AXFocused", true); });
+      return ax::success;
+    });
+  };
+  world.written = [&] { focused = *world.field->get("AXFocused") == simulator::Value(true); };
+  EXPECT_EQ(world.go(), "");
+  EXPECT_TRUE(focused);
+}
+
+TEST(GoThroughSheet, DoesNotWaitForAFieldThatDoesNotTellOfTheKeyboard) {
+  SheetByHand world;
+  double writtenAt = 0;
+  double openedAt = 0;
+  world.opened = [&] {
+    world.field->clear("AXFocused");
+    openedAt = world.panel.now();
+  };
+  world.written = [&] { writtenAt = world.panel.now(); };
+  world.returnCloses = true;
+  EXPECT_EQ(world.go(), "");
+  EXPECT_NEAR(writtenAt, openedAt, 0.35);
+}
+
+TEST(GoThroughSheet, KnowsThatNoReturnIsUnderWayOnceTheSheetHasGone) {
+  SheetByHand world;
+  world.returnCloses = true;
+  EXPECT_EQ(world.go(), "");
+  EXPECT_FALSE(world.choice.returnUnderWay);
+}
+
+TEST(GoThroughSheet, KnowsThatAReturnIsUnderWayOfWhichNothingWasSeen) {
+  SheetByHand world;
+  EXPECT_EQ(world.go(), "the go-to sheet did not go");
+  EXPECT_EQ(world.returns, 1);
+  EXPECT_TRUE(world.choice.returnUnderWay);
+}
+
+TEST(GoThroughSheet, ConfirmsByTheFieldWhereReturnDoesNothing) {
+  SheetByHand world;
+  world.confirmsByField();
+  EXPECT_EQ(world.go(), "");
+  EXPECT_EQ(world.returns, 1);
+  EXPECT_EQ(world.confirms, 1);
+}
+
+// A suggestion may be completed between the write and the Return.
+TEST(GoThroughSheet, ConfirmsNothingOnceTheFieldHoldsAnotherPath) {
+  SheetByHand world;
+  world.confirmsByField();
+  world.choice.hasNoNewWindow = [&](const std::optional<Rect>&) {
+    world.field->set("AXValue", std::string("/usr/share"));
+    return true;
+  };
+  EXPECT_EQ(world.go(), "the go-to sheet did not go");
+  EXPECT_EQ(world.returns, 0);
+  EXPECT_EQ(world.confirms, 0);
+}
+
+TEST(GoThroughSheet, PressesNoReturnAndNoEscapeWhileThereIsANewWindow) {
+  SheetByHand world;
+  std::vector<std::optional<Rect>> asked;
+  world.choice.hasNoNewWindow = [&](const std::optional<Rect>& sheetFrame) {
+    asked.push_back(sheetFrame);
+    return false;
+  };
+  EXPECT_EQ(world.go(), "the go-to sheet did not go");
+  EXPECT_EQ(world.returns + world.escapes, 0);
+  EXPECT_THAT(asked, ElementsAre(Rect{150, 120, 300, 100}, Rect{150, 120, 300, 100}));
+}
+
+TEST(GoThroughSheet, PressesNoReturnForASheetThatHasGone) {
+  SheetByHand world;
+  world.choice.hasNoNewWindow = [&](const std::optional<Rect>&) {
+    world.closeSheet();
+    return true;
+  };
+  world.go();
+  EXPECT_EQ(world.returns, 0);
+}
+
+TEST(GoThroughSheet, TakesNoLongerThanTheHeaderSays) {
+  const auto seconds = [](const std::function<void(SheetByHand&)>& change) {
+    SheetByHand world;
+    world.opened = [&] { change(world); };
+    const double before = world.panel.now();
+    EXPECT_NE(world.go(), "");
+    return world.panel.now() - before;
+  };
+  // No field; one that does not take the path, twice; one whose Return and AXConfirm do nothing.
+  // Each time Escape, which does nothing either, is waited for at last.
+  EXPECT_NEAR(seconds([](SheetByHand& world) { world.sheet->removeChildren(); }), 2 + 1.5, 0.6);
+  EXPECT_NEAR(seconds([](SheetByHand& world) {
+                world.field->makeSettable("AXValue",
+                                          [](const simulator::Value&) { return ax::success; });
+              }),
+              2 * 0.5 + 1.5, 0.6);
+  EXPECT_NEAR(seconds([](SheetByHand&) {}), 3 + 1.5 + 1.5, 0.6);
+}
+
 // --- Closing it. ---
 
 TEST(CloseGoToSheet, IsDoneWhenNoneIsOpen) {
@@ -356,6 +579,51 @@ TEST(CloseGoToSheet, PressesNoKeyThatMayReachAnotherPanel) {
   moving.choice.isAlone = [] { return false; };
   EXPECT_FALSE(closeGoToSheet(moving.choice));
   EXPECT_THAT(moving.keys(), IsEmpty());
+}
+
+TEST(CloseGoToSheet, PressesTheButtonThatClosesItAndNoOther) {
+  for (const char* cancels : {"Cancel", "取消", "Annuler"}) {
+    SheetByHand world;
+    world.panel.cancel.set("AXTitle", std::string("Annuler"));
+    world.openSheet();
+    int others = 0;
+    world.sheet->addChild("AXStaticText").set("AXTitle", std::string("Cancel"));
+    world.addButton("Aller", [&] { ++others; });
+    world.addButton("", [&] { ++others; });
+    world.addButton(cancels, [&] { world.closeSheet(); });
+    EXPECT_TRUE(closeGoToSheet(world.choice)) << cancels;
+    EXPECT_EQ(others, 0) << cancels;
+    EXPECT_EQ(world.escapes, 0) << cancels;
+  }
+}
+
+TEST(CloseGoToSheet, PressesNoButtonWithoutATitleAsThePanelsOwnHasNone) {
+  SheetByHand world;
+  world.panel.cancel.set("AXTitle", std::string());
+  world.openSheet();
+  int presses = 0;
+  world.addButton("", [&] { ++presses; });
+  EXPECT_FALSE(closeGoToSheet(world.choice));
+  EXPECT_EQ(presses, 0);
+}
+
+TEST(CloseGoToSheet, IsNotDoneWhileAnotherSheetIsOpen) {
+  SheetByHand world;
+  world.openSheet();
+  world.addButton("Cancel", [&] {
+    world.closeSheet();
+    world.openSheet();
+  });
+  EXPECT_FALSE(closeGoToSheet(world.choice));
+}
+
+// While it closes, its elements leave it before it goes itself.
+TEST(CloseGoToSheet, IsNotDoneWhileTheSheetIsStillThere) {
+  SheetByHand world;
+  world.openSheet();
+  world.addButton("Cancel", [&] { world.sheet->clear("AXIdentifier"); });
+  world.sheet->removeChild(*world.field);
+  EXPECT_FALSE(closeGoToSheet(world.choice));
 }
 
 TEST(CloseGoToSheet, ThrowsWhenThePanelIsGone) {

@@ -52,7 +52,9 @@ TEST(Glance, IsAbsentWhileThePanelIsBusy) {
   Choice world;
   setMessagingTimeout(0.5);
   world.silence();
+  const double before = world.now();
   EXPECT_FALSE(glance(world.choice));
+  EXPECT_NEAR(world.now() - before, 0.5, 0.1) << "one request that nobody answers is enough";
   setMessagingTimeout(0);
 }
 
@@ -64,6 +66,14 @@ TEST(Glance, FindsTheListingThatWasBuiltAnew) {
   for (int i = 0; i < 3 && !sight; ++i) sight = glance(world.choice);
   ASSERT_TRUE(sight);
   EXPECT_EQ(sight->folder, "/usr");
+}
+
+TEST(Glance, IsAbsentWhileTheNewListingCannotBeFound) {
+  Choice world;
+  world.panel.rebuildListing();
+  world.panel.desktop.faults().refused_requests.push_back(
+      {.error = ax::cannotComplete, .name = "AXIdentifier", .role = "AXButton"});
+  EXPECT_FALSE(glance(world.choice));
 }
 
 TEST(Glance, ThrowsWhenThePanelIsGone) {
@@ -172,8 +182,31 @@ TEST(Holds, DoesNotTakeABusyPanelForAGoneOne) {
   Choice world;
   setMessagingTimeout(0.5);
   world.silence();
+  const double before = world.now();
   EXPECT_FALSE(holds(world.choice, []() -> bool { throw Unanswered(false); }));
+  EXPECT_EQ(world.now(), before) << "nothing more is asked of it";
   setMessagingTimeout(0);
+}
+
+TEST(Holds, AsksNothingAfterTheDeadline) {
+  Choice world;
+  world.choice.deadline = currentTime() - 1;
+  int asked = 0;
+  EXPECT_THROW(holds(world.choice, [&] { return ++asked > 0; }), TimeIsUp);
+  EXPECT_EQ(asked, 0);
+}
+
+TEST(MayActOn, HoldsWhileTheElementIsThereAndAnswers) {
+  Choice world;
+  const Element entry = world.panel.handle(world.entry);
+  EXPECT_TRUE(mayActOn(world.choice, entry));
+  setMessagingTimeout(0.5);
+  world.silence();
+  EXPECT_FALSE(mayActOn(world.choice, entry));
+  setMessagingTimeout(0);
+  world.panel.desktop.faults().silent_processes.clear();
+  world.panel.removeEntries();
+  EXPECT_FALSE(mayActOn(world.choice, entry));
 }
 
 }  // namespace

@@ -70,6 +70,22 @@ TEST(SurveyProcesses, HasNoProcessesWhenPsPrintsNothing) {
   EXPECT_THAT(surveyProcesses().processes, IsEmpty());
 }
 
+TEST(SurveyProcesses, LeavesOutLinesThatAreNoProcess) {
+  ReportedDesktop world;
+  world.processes = "4711\n  PID COMMAND\n  812 " + chrome + "\n";
+  const ProcessSurvey survey = surveyProcesses();
+  ASSERT_EQ(survey.processes.size(), 1U);
+  EXPECT_EQ(survey.processes.front().pid, 812);
+}
+
+TEST(SurveyProcesses, DoesNotRunTheCaptureHelperWithoutTimeForIt) {
+  ReportedDesktop world;
+  EXPECT_FALSE(surveyProcesses(0).windows);
+  EXPECT_THAT(world.startsOf({"list"}), IsEmpty());
+  surveyProcesses();
+  EXPECT_EQ(world.startsOf({"list"}).size(), 1U);
+}
+
 TEST(SurveyProcesses, TellsNoWindowsFromNoList) {
   ReportedDesktop world;
   ASSERT_TRUE(surveyProcesses().windows);
@@ -127,6 +143,10 @@ TEST(ProcessName, IsTheBundlesElseThatOfTheOwnerOfItsWindows) {
   EXPECT_EQ(processName(survey, 812), "Google Chrome");
   EXPECT_EQ(processName(survey, 300), "Terminal");
   EXPECT_EQ(processName(survey, 4711), "");
+}
+
+TEST(ProcessName, IsThatOfTheFirstWindowWhoseOwnerHasOne) {
+  EXPECT_EQ(processName(surveyOf({}, {window(300, ""), window(300, "Terminal")}), 300), "Terminal");
 }
 
 TEST(ProcessName, IsEmptyWithoutAWindowList) {
@@ -227,6 +247,38 @@ TEST(PanelServicesOf, HoldsOneWhoseCommandIsTheNameForTheBrowser) {
               ElementsAre(900));
 }
 
+TEST(PanelServicesOf, HoldsOneThatASecondWindowNamesForTheBrowser) {
+  ProcessSurvey survey = twoNamed("");
+  survey.windows->push_back(window(901, chromeService, elsewhere));
+  EXPECT_THAT(panelServicesOf(survey, 812), ElementsAre(901));
+}
+
+TEST(PanelServicesOf, HoldsOneWhoseBrowserHasParenthesesInItsName) {
+  EXPECT_THAT(
+      panelServicesOf(surveyOf({{812, "/Applications/Chrome (Beta).app/Contents/MacOS/Chrome"},
+                                {900, service},
+                                {901, service}},
+                               {window(901, serviceOf("Chrome (Beta)"), elsewhere)}),
+                      812),
+      ElementsAre(901));
+}
+
+// Of a browser that ps shows as no application.
+TEST(PanelServicesOf, HoldsOneThatIsNamedAsTheBrowsersOwnWindowsAre) {
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, "/usr/bin/chromium"}, {900, service}, {901, service}},
+                                       {window(812, "Chromium"),
+                                        window(901, serviceOf("Chromium"), elsewhere)}),
+                              812),
+              ElementsAre(901));
+}
+
+TEST(PanelServicesOf, LacksOneOfTwoThatIsNamedWhereTheBrowserHasNoName) {
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, "/usr/bin/chromium"}, {900, service}, {901, service}},
+                                       {window(901, serviceOf("Chromium"), elsewhere)}),
+                              812),
+              IsEmpty());
+}
+
 TEST(PanelServicesOf, LacksOneThatIsNamedForAnotherApplication) {
   EXPECT_THAT(panelServicesOf(twoNamed(serviceOf("Google Chrome Dev")), 812), IsEmpty());
   EXPECT_THAT(panelServicesOf(twoNamed(serviceOf("Chrome")), 812), IsEmpty());
@@ -289,6 +341,34 @@ TEST(PanelServicesOf, LacksTheOnlyOneWhileAnotherBrowserRuns) {
 
 TEST(PanelServicesOf, LacksTheOnlyOneWhileTheWindowsAreUnknown) {
   EXPECT_THAT(panelServicesOf(withoutWindows({{812, chrome}, {900, service}}), 812), IsEmpty());
+}
+
+TEST(PanelServicesOf, HoldsTheOnlyOneThoughTheBrowserHasNoName) {
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, "/usr/bin/chromium"}, {900, service}},
+                                       {window(900, chromeService, elsewhere)}),
+                              812),
+              ElementsAre(900));
+}
+
+// Only what stands between the parentheses of its display name is an application's name.
+TEST(PanelServicesOf, HoldsTheOnlyOneWhateverElseItsCommandSays) {
+  for (const std::string& command :
+       {service + " (of TextEdit)", std::string("Open and Save Panel Service ()"),
+        std::string("Open and Save Panel Service (TextEdit")}) {
+    EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, command}}), 812), ElementsAre(900))
+        << command;
+  }
+}
+
+// Whoever else runs has another name than the browser.
+TEST(PanelServicesOf, LacksTheOnlyOneWhenItIsNamedForAnotherThatRuns) {
+  const std::string edit = "/Applications/TextEdit.app/Contents/MacOS/TextEdit";
+  const PanelWindowRef named = window(900, serviceOf("TextEdit"), elsewhere);
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {815, edit}, {900, service}}, {named}), 812),
+              IsEmpty());
+  EXPECT_THAT(panelServicesOf(
+                  surveyOf({{812, chrome}, {900, service}}, {named, window(815, "TextEdit")}), 812),
+              IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksTwoOfWhichNothingIsKnown) {
@@ -355,6 +435,12 @@ TEST(StandsWithAnother, HoldsWhereAnotherApplicationAloneHasAWindow) {
   EXPECT_FALSE(standsWithAnother(withoutWindows(processes), 812, place));
 }
 
+TEST(StandsWithAnother, HoldsWhereAServicesWindowStandsBehindTheOthers) {
+  EXPECT_TRUE(standsWithAnother(
+      surveyOf({{900, service}}, {window(700, "Preview"), window(900, chromeService)}), 812,
+      place));
+}
+
 TEST(WindowsAt, AreThoseOfTheOwnersThatStandExactlyThere) {
   const std::vector<PanelWindowRef> windows{
       window(812, "Google Chrome", place, 1), window(900, "", place, 2),
@@ -364,6 +450,36 @@ TEST(WindowsAt, AreThoseOfTheOwnersThatStandExactlyThere) {
   for (const auto& found : windowsAt(windows, {812, 900}, place)) numbers.push_back(found.windowID);
   EXPECT_THAT(numbers, ElementsAre(1U, 2U, 5U));
   EXPECT_THAT(windowsAt(windows, {}, place), IsEmpty());
+}
+
+// --- Windows that were not there before. ---
+
+bool hasMore(const std::vector<PanelWindowRef>& before, const std::vector<PanelWindowRef>& now,
+             const std::optional<Rect>& left = {}) {
+  return hasMoreWindows(before, now, {812, 900}, left);
+}
+
+TEST(HasMoreWindows, HoldsForOneMoreOfAnOwner) {
+  const std::vector<PanelWindowRef> before{window(812, "", place, 1)};
+  EXPECT_FALSE(hasMore(before, before));
+  EXPECT_FALSE(hasMore(before, {}));
+  EXPECT_TRUE(hasMore(before, {window(812, "", place, 1), window(812, "", elsewhere, 2)}));
+  EXPECT_TRUE(hasMore(before, {window(812, "", place, 1), window(812, "", place, 2)}));
+}
+
+// One of each may stand at one place.
+TEST(HasMoreWindows, CountsEachOwnersWindowsByThemselves) {
+  const std::vector<PanelWindowRef> before{window(812, "", place, 1), window(812, "", place, 2)};
+  EXPECT_TRUE(hasMore(before, {window(812, "", place, 1), window(900, "", place, 3)}));
+}
+
+TEST(HasMoreWindows, DoesNotMindThoseOfOthers) {
+  EXPECT_FALSE(hasMore({}, {window(700, "Preview", place, 4)}));
+}
+
+TEST(HasMoreWindows, LeavesOutWhatStandsAtThePlaceThatIsNamed) {
+  EXPECT_FALSE(hasMore({}, {window(900, "", place, 1)}, place));
+  EXPECT_TRUE(hasMore({}, {window(900, "", elsewhere, 1)}, place));
 }
 
 }  // namespace
