@@ -3,17 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/folder_world.h"
+#include "commands/verified_world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::verified_choice_limits {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-Outcome chooseVerifiedFolder(FolderWorld& folders, const std::string& timeout = "10") {
-  return folders.world.run({"choose-folder", "--verify", "--pid", std::to_string(browserPid),
-                            "--path", folders.target, "--timeout", timeout});
-}
 
 Json chrome(const Json& windows) {
   return {{"pid", browserPid},
@@ -34,7 +29,7 @@ World::Patches slowPages(int elements, const Json& panel) {
 // Scripts do not end while a person is asked whether they may talk to the Finder.
 TEST(VerifiedChoiceLimits, AFinderThatDoesNotAnswerIsAskedForThreeSeconds) {
   FolderWorld folders("chinese-service-window", {{"/faults", {{"scriptHangs", true}}}});
-  const Outcome outcome = chooseVerifiedFolder(folders);
+  const Outcome outcome = chooseVerifiedFolder(folders).outcome;
   EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
   EXPECT_EQ(Json::parse(outcome.output)["volumeDisplayName"], "Macintosh HD");
   EXPECT_LT(folders.world.desktop().now(), 8);
@@ -43,7 +38,7 @@ TEST(VerifiedChoiceLimits, AFinderThatDoesNotAnswerIsAskedForThreeSeconds) {
 
 TEST(VerifiedChoiceLimits, LargePagesAreNotWalkedWhereThePanelHasItsIdentifier) {
   FolderWorld large("chinese-service-window", slowPages(300, {{"shape", "service-window"}}));
-  const Outcome outcome = chooseVerifiedFolder(large);
+  const Outcome outcome = chooseVerifiedFolder(large).outcome;
   EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
   EXPECT_EQ(large.world.verdict(), "true");
 }
@@ -53,8 +48,8 @@ TEST(VerifiedChoiceLimits, NoLookBeginsThatWouldNotEndInTime) {
   FolderWorld folders(
       "chinese-service-window",
       slowPages(20, {{"language", "en"}, {"identifiers", false}, {"prompt", "Open"}}));
-  EXPECT_EQ(chooseVerifiedFolder(folders, "14"),
-            failed("not verified: no open panel of Google Chrome 812 was found within 14.0s"));
+  EXPECT_EQ(chooseVerifiedFolder(folders, {"--timeout", "14"}).outcome,
+            notVerified("no open panel of Google Chrome 812 was found within 14.0s"));
   EXPECT_LT(folders.world.desktop().now(), 22);
 }
 
@@ -65,7 +60,7 @@ TEST(VerifiedChoiceLimits, ALateSheetIsClosedThroughTheProcessThatOpenedIt) {
                    {"slow", 14},
                    {"faults", {{"pressRefused", -25205}}}};
   FolderWorld folders("chinese-service-window", {{"/panels/0", panel}});
-  const Outcome outcome = chooseVerifiedFolder(folders);
+  const Outcome outcome = chooseVerifiedFolder(folders).outcome;
   EXPECT_EQ(outcome.exitStatus, 1);
   EXPECT_EQ(folders.world.verdict(), "true");
   std::vector<std::string> sheet;
@@ -77,4 +72,4 @@ TEST(VerifiedChoiceLimits, ALateSheetIsClosedThroughTheProcessThatOpenedIt) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::verified_choice_limits
