@@ -33,6 +33,8 @@ enum class Language { english, simplifiedChinese, german };
 
 // Accessibility requests that fail although an element is there to answer them.
 struct RefusedRequests {
+  // Reading one attribute that is refused leaves its error in the answer to a request for several,
+  // refusing to have any read refuses such requests as a whole.
   AccessibilityRequest::Verb verb = AccessibilityRequest::Verb::copy;
   // Their answer. Nothing is handed out and nothing done, not even with `ax::success`.
   std::int32_t error = ax::cannotComplete;
@@ -185,6 +187,7 @@ class Desktop {
 
   // The answers to the kinds of requests.
   Reply reply(const CopyAttribute& request);
+  Reply reply(const CopyAttributes& request);
   Reply reply(const SetAttribute& request);
   Reply reply(const CopyActionNames& request);
   Reply reply(const PerformAction& request);

@@ -24,6 +24,7 @@ struct ValueDescriber {
   }
   Json operator()(const ElementId& id) const { return {{"pid", id.pid}, {"element", id.number}}; }
   Json operator()(const Url& url) const { return {{"url", url.text}}; }
+  Json operator()(const AttributeError& error) const { return {{"error", error.code}}; }
   Json operator()(const List& list) const {
     Json array = Json::array();
     for (const Value& value : list) array.push_back(describe(value));
@@ -39,6 +40,8 @@ const char* nameOf(AccessibilityRequest::Verb verb) {
   switch (verb) {
     case AccessibilityRequest::Verb::copy:
       return "copy";
+    case AccessibilityRequest::Verb::copySeveral:
+      return "copy several";
     case AccessibilityRequest::Verb::set:
       return "set";
     case AccessibilityRequest::Verb::actionNames:
@@ -80,6 +83,7 @@ struct EntryWriter {
     line["element"] = request.element.number;
     line["role"] = request.role;
     if (!request.name.empty()) line["name"] = request.name;
+    if (!request.names.empty()) line["names"] = request.names;
     if (request.verb == AccessibilityRequest::Verb::set) line["value"] = describe(request.value);
     line["error"] = request.error;
   }

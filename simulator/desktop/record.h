@@ -20,12 +20,13 @@ namespace simulator {
 enum class Origin { tool, script, person };
 
 struct AccessibilityRequest {
-  enum class Verb { copy, set, actionNames, perform };
+  enum class Verb { copy, copySeveral, set, actionNames, perform };
   Verb verb = Verb::copy;
   ElementId element;
-  std::string role;  // empty when no living element has that number
-  std::string name;  // attribute or action
-  Value value;       // of a set request
+  std::string role;                // empty when no living element has that number
+  std::string name;                // attribute or action
+  std::vector<std::string> names;  // the attributes of a request for several
+  Value value;                     // of a set request
   std::int32_t error = ax::success;
 };
 struct WorkspaceRequest {

@@ -27,12 +27,19 @@ inline constexpr std::int32_t apiDisabled = -25211;
 inline constexpr std::int32_t noValue = -25212;
 }  // namespace ax
 
-// --- Accessibility. The reply's value is the attribute's value or the list of action names. ---
+// --- Accessibility. The reply's value is the attribute's value, or a list: of action names, or of
+// what each of several attributes holds, at its position, an AttributeError where it has no value.
+// ---
 struct CopyAttribute {
   ElementId element;
   std::string name;
   // How long the program waits for the answer; absent: for ever.
   std::optional<Seconds> patience = {};
+};
+struct CopyAttributes {
+  ElementId element;
+  std::vector<std::string> names;
+  std::optional<Seconds> patience = {};  // as above
 };
 struct SetAttribute {
   ElementId element;
@@ -85,9 +92,9 @@ struct AskDisplayName {  // reply: the name under which the file browser shows t
   std::string path;
 };
 
-using Request =
-    std::variant<CopyAttribute, SetAttribute, CopyActionNames, PerformAction, PostEvent,
-                 AskFrontmost, AskRunning, Activate, AskScreens, AskWindows, AskDisplayName>;
+using Request = std::variant<CopyAttribute, CopyAttributes, SetAttribute, CopyActionNames,
+                             PerformAction, PostEvent, AskFrontmost, AskRunning, Activate,
+                             AskScreens, AskWindows, AskDisplayName>;
 
 // An answer. `error` is an accessibility error code; requests that are not accessibility requests
 // always answer with success.

@@ -12,8 +12,13 @@ constexpr Seconds rounding = 1e-9;
 
 template <typename T>
 constexpr bool is_accessibility =
-    std::is_same_v<T, CopyAttribute> || std::is_same_v<T, SetAttribute> ||
-    std::is_same_v<T, CopyActionNames> || std::is_same_v<T, PerformAction>;
+    std::is_same_v<T, CopyAttribute> || std::is_same_v<T, CopyAttributes> ||
+    std::is_same_v<T, SetAttribute> || std::is_same_v<T, CopyActionNames> ||
+    std::is_same_v<T, PerformAction>;
+
+// Whether a request asks for the value of attributes.
+template <typename T>
+constexpr bool copies = std::is_same_v<T, CopyAttribute> || std::is_same_v<T, CopyAttributes>;
 
 Value valueOf(const std::optional<Pid>& pid) {
   return pid ? Value(static_cast<double>(*pid)) : Value();
@@ -22,6 +27,8 @@ Value valueOf(const std::optional<Pid>& pid) {
 }  // namespace
 
 // How long the request keeps its process at work.
+// Assumed (Live.SeveralAttributesAreAnsweredAsFastAsOne): most of a request is its way there and
+// back, so that one for several attributes takes as long as one for a single attribute.
 template <typename Asked>
 Seconds Desktop::workOf(const Asked& asked) const {
   if constexpr (std::is_same_v<Asked, PerformAction>) {
@@ -45,7 +52,7 @@ bool Desktop::isPress(const PerformAction& request) const {
 // How long its sender waits.
 template <typename Asked>
 Seconds Desktop::patienceOf(const Asked& asked) const {
-  if constexpr (std::is_same_v<Asked, CopyAttribute>) {
+  if constexpr (copies<Asked>) {
     return asked.patience.value_or(request_timeout_);
   }
   return request_timeout_;
@@ -96,6 +103,9 @@ Reply Desktop::answerAccessibility(const Asked& asked) {
   if (const Element* element = findElement(asked.element)) entry.role = element->role();
   if constexpr (std::is_same_v<Asked, CopyActionNames>) {
     entry.verb = Verb::actionNames;
+  } else if constexpr (std::is_same_v<Asked, CopyAttributes>) {
+    entry.verb = Verb::copySeveral;
+    entry.names = asked.names;
   } else {
     entry.name = asked.name;
   }
@@ -127,9 +137,7 @@ Reply Desktop::answerAccessibility(const Asked& asked) {
 // What a busy process was asked to do it does when it has time, although nobody waits any more.
 template <typename Asked>
 void Desktop::carryOutLater(const Asked& asked) {
-  constexpr bool reads =
-      std::is_same_v<Asked, CopyAttribute> || std::is_same_v<Asked, CopyActionNames>;
-  if constexpr (!reads) {
+  if constexpr (!copies<Asked> && !std::is_same_v<Asked, CopyActionNames>) {
     const Pid pid = asked.element.pid;
     const Seconds wait = busyUntil(pid) - now_;
     if (wait <= rounding || faults_.untrusted || faults_.silent_processes.contains(pid)) return;
@@ -169,9 +177,12 @@ std::int32_t Desktop::refusal(ElementId id) const {
 
 // What a fault makes of a request that an element could answer; absent without one.
 std::optional<std::int32_t> Desktop::faultyAnswer(const AccessibilityRequest& request) const {
+  using Verb = AccessibilityRequest::Verb;
   for (const RefusedRequests& refused : faults_.refused_requests) {
-    const bool applies = refused.verb == request.verb &&
-                         refused.name.value_or(request.name) == request.name &&
+    const bool anyRead = refused.verb == Verb::copy && !refused.name;
+    const bool sameVerb =
+        refused.verb == request.verb || (anyRead && request.verb == Verb::copySeveral);
+    const bool applies = sameVerb && refused.name.value_or(request.name) == request.name &&
                          refused.role.value_or(request.role) == request.role;
     if (applies) return refused.error;
   }
@@ -186,6 +197,19 @@ Reply Desktop::reply(const CopyAttribute& request) {
   }
   answered.error = findElement(request.element)->copyAttribute(request.name, answered.value);
   return answered;
+}
+
+Reply Desktop::reply(const CopyAttributes& request) {
+  AccessibilityRequest single;
+  if (const Element* element = findElement(request.element)) single.role = element->role();
+  List values;
+  for (const std::string& name : request.names) {
+    single.name = name;
+    const auto faulty = faultyAnswer(single);
+    const Reply one = faulty ? Reply{*faulty, {}} : reply(CopyAttribute{request.element, name});
+    values.push_back(one.error != ax::success ? Value(AttributeError{one.error}) : one.value);
+  }
+  return {ax::success, std::move(values)};
 }
 
 // The attributes of an application that the desktop itself knows. False for any other.

@@ -50,12 +50,18 @@ struct Url {
   bool operator==(const Url&) const = default;
 };
 
+// In the place of a value that could not be read, in the answer to a request for several.
+struct AttributeError {
+  std::int32_t code = 0;  // an accessibility error code
+  bool operator==(const AttributeError&) const = default;
+};
+
 struct Value;
 using List = std::vector<Value>;
 
 // What an attribute can hold. std::monostate is the absence of a value.
-struct Value
-    : std::variant<std::monostate, std::string, bool, double, Point, Size, ElementId, Url, List> {
+struct Value : std::variant<std::monostate, std::string, bool, double, Point, Size, ElementId, Url,
+                            List, AttributeError> {
   using variant::variant;
 };
 

@@ -90,6 +90,17 @@ AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attrib
                  value, __func__);
 }
 
+AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef attributes,
+                                               AXCopyMultipleAttributeOptions options,
+                                               CFArrayRef* values) {
+  if (options != 0) simulator::refuse(__func__, "no option is modelled");
+  simulator::CopyAttributes request{elementOf(element, __func__), {}, patience()};
+  for (CFTypeRef name : simulator::payload<simulator::ArrayMembers>(attributes, __func__).values) {
+    request.names.push_back(textOf(static_cast<CFStringRef>(name), __func__));
+  }
+  return handOut(desktopLink().ask(request), values, __func__);
+}
+
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                      CFTypeRef value) {
   const Reply reply = desktopLink().ask(
@@ -109,12 +120,21 @@ AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action) {
   return static_cast<AXError>(reply.error);
 }
 
+AXValueType AXValueGetType(AXValueRef value) {
+  const Value held = simulator::fromCf(value, __func__);
+  if (std::holds_alternative<simulator::Point>(held)) return kAXValueTypeCGPoint;
+  if (std::holds_alternative<simulator::Size>(held)) return kAXValueTypeCGSize;
+  simulator::payload<simulator::AttributeError>(value,
+                                                __func__);  // names what it was given instead
+  return kAXValueTypeAXError;
+}
+
 Boolean AXValueGetValue(AXValueRef value, AXValueType type, void* out) {
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   const Value held = simulator::fromCf(value, __func__);
   const auto* point = std::get_if<simulator::Point>(&held);
   const auto* size = std::get_if<simulator::Size>(&held);
-  if (!point && !size) {
+  if (!point && !size && !std::holds_alternative<simulator::AttributeError>(held)) {
     simulator::payload<simulator::Point>(value, __func__);  // names what it was given instead
   }
   if (type == kAXValueTypeCGPoint) {

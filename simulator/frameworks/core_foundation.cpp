@@ -26,10 +26,11 @@ const Object* makeTruth() {
   return truth;
 }
 
-// Kinds are numbered by their payload; points and sizes are both AXValues.
+// Kinds are numbered by their payload; points, sizes and errors are all AXValues.
 CFTypeID typeId(const Payload& payload) {
-  const bool size = std::holds_alternative<simulator::Size>(payload);
-  return (size ? Payload(simulator::Point{}) : payload).index() + 1;
+  const bool other = std::holds_alternative<simulator::Size>(payload) ||
+                     std::holds_alternative<simulator::AttributeError>(payload);
+  return (other ? Payload(simulator::Point{}) : payload).index() + 1;
 }
 
 bool equal(CFTypeRef one, CFTypeRef other, const char* user) {
@@ -82,6 +83,9 @@ CFTypeID CFNumberGetTypeID() {
 }
 CFTypeID CFBooleanGetTypeID() {
   return typeId(true);
+}
+CFTypeID CFNullGetTypeID() {
+  return typeId(std::monostate{});
 }
 CFTypeID CFURLGetTypeID() {
   return typeId(simulator::Url{});

@@ -15,9 +15,9 @@ namespace {
 constexpr std::size_t quarantine_size = 4096;
 
 // By the index of the payload.
-constexpr const char* kind_names[] = {"string", "array",          "boolean",   "number",
-                                      "URL",    "element",        "point",     "size",
-                                      "event",  "dispatch group", "dictionary"};
+constexpr const char* kind_names[] = {"string",     "array", "boolean", "number", "URL",
+                                      "element",    "point", "size",    "event",  "dispatch group",
+                                      "dictionary", "error", "null"};
 static_assert(std::size(kind_names) == std::variant_size_v<Payload>);
 
 // Every object that there ever was. Memory is not given back but used again, oldest first, once
@@ -57,7 +57,10 @@ struct Maker {
   CFTypeRef operator()(const List& list) const {
     ArrayMembers members;
     members.values.reserve(list.size());
-    for (const Value& value : list) members.values.push_back(toCf(value, creator));
+    for (const Value& value : list) {
+      const bool absent = std::holds_alternative<std::monostate>(value);
+      members.values.push_back(absent ? made(std::monostate{}) : toCf(value, creator));
+    }
     return made(std::move(members));
   }
   template <class T>

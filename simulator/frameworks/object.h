@@ -24,8 +24,10 @@ struct DispatchGroup {
   long entered = 0;
 };
 using InputEvent = std::variant<KeyEvent, MouseEvent>;
-using Payload = std::variant<std::u16string, ArrayMembers, bool, double, Url, ElementId, Point,
-                             Size, InputEvent, DispatchGroup, DictionaryMembers>;
+// The last one is the null that stands for the absence of a value among others.
+using Payload =
+    std::variant<std::u16string, ArrayMembers, bool, double, Url, ElementId, Point, Size,
+                 InputEvent, DispatchGroup, DictionaryMembers, AttributeError, std::monostate>;
 
 struct Object {
   std::atomic<long> references{0};
@@ -64,7 +66,8 @@ Reference make(T held, const char* creator) {
   return reinterpret_cast<Reference>(makeObject(Payload(std::move(held)), creator));
 }
 
-// A new reference to an object with that value, null for the absence of a value.
+// A new reference to an object with that value, nothing for the absence of a value; among the
+// members of a list that is a null object.
 CFTypeRef toCf(const Value& value, const char* creator);
 // The value behind a reference.
 Value fromCf(CFTypeRef reference, const char* user);

@@ -26,6 +26,7 @@ json encodeValue(const Value& value) {
     json operator()(const Size& size) const { return {"size", size.width, size.height}; }
     json operator()(const ElementId& id) const { return {"element", id.pid, id.number}; }
     json operator()(const Url& url) const { return json::array({"url", url.text}); }
+    json operator()(const AttributeError& error) const { return {"error", error.code}; }
     json operator()(const List& list) const {
       json members = json::array({"list"});
       for (const Value& member : list) members.push_back(encodeValue(member));
@@ -43,6 +44,12 @@ struct RequestEncoder {
   json operator()(const CopyAttribute& r) const {
     const json patience = r.patience ? json(*r.patience) : json();
     return {"copy", r.element.pid, r.element.number, r.name, patience};
+  }
+  json operator()(const CopyAttributes& r) const {
+    const json patience = r.patience ? json(*r.patience) : json();
+    json record{"copy several", r.element.pid, r.element.number, patience};
+    for (const std::string& name : r.names) record.push_back(name);
+    return record;
   }
   json operator()(const SetAttribute& r) const {
     return {"set", r.element.pid, r.element.number, r.name, encodeValue(r.value)};
@@ -168,6 +175,8 @@ Value decodeRecordValue(const json& record) {
     value = takeElement(members);
   } else if (kind == "url") {
     value = Url{members.take<std::string>()};
+  } else if (kind == "error") {
+    value = AttributeError{members.take<std::int32_t>()};
   } else if (kind == "list") {
     List list;
     while (!members.atEnd()) list.push_back(members.takeValue());
@@ -245,6 +254,14 @@ Message takeCopy(Members& members) {
   return Request(std::move(copy));
 }
 
+Message takeCopySeveral(Members& members) {
+  CopyAttributes copy;
+  copy.element = takeElement(members);
+  copy.patience = takeOptional<Seconds>(members);
+  while (!members.atEnd()) copy.names.push_back(members.take<std::string>());
+  return Request(std::move(copy));
+}
+
 Message takePerform(Members& members) {
   const ElementId element = takeElement(members);
   return Request(PerformAction{element, members.take<std::string>()});
@@ -254,6 +271,7 @@ using Taker = Message (*)(Members&);
 const std::map<std::string, Taker>& takers() {
   static const std::map<std::string, Taker> table = {
       {"copy", takeCopy},
+      {"copy several", takeCopySeveral},
       {"set", takeSet},
       {"actions", [](Members& m) -> Message { return Request(CopyActionNames{takeElement(m)}); }},
       {"perform", takePerform},

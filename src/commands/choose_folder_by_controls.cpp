@@ -4,10 +4,9 @@
 
 #include "commands/dialog_confirmation.h"
 #include "commands/folder_result.h"
-#include "core/tables.h"
 #include "core/tool_error.h"
 #include "dialog/controls.h"
-#include "dialog/detection.h"
+#include "dialog/dialog_wait.h"
 #include "navigation/go_to_folder.h"
 #include "navigation/hierarchy.h"
 #include "navigation/row_opening.h"
@@ -45,7 +44,7 @@ std::string navigate(const DialogRef& dialog, std::int32_t primaryPid,
 
 void confirm(const DialogRef& dialog, const std::string& targetPath) {
   const Element& root = dialog.node.element;
-  const auto button = findButton(root, tables().chooseButtonTitles);
+  const auto button = findChooseButton(root);
   if (!button) return pressReturn(dialog.pid, afterConfirmingReturnSeconds);
   if (!chooserReached(root, targetPath)) {
     throw ToolError::actionFailed("chooser did not reach target folder before pressing choose: " +

@@ -4,10 +4,10 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/folder_result.h"
-#include "core/tables.h"
 #include "core/tool_error.h"
 #include "dialog/controls.h"
 #include "dialog/detection.h"
+#include "dialog/dialog_wait.h"
 #include "navigation/go_to_folder.h"
 #include "navigation/verification.h"
 #include "panels/candidates.h"
@@ -67,7 +67,7 @@ void verifyFolderShown(const StrictChoice& choice) {
 
 void pressChoose(const StrictChoice& choice) {
   const Element& root = choice.dialog.node.element;
-  const auto button = findButton(root, tables().chooseButtonTitles);
+  const auto button = findChooseButton(root);
   if (!button) {
     throw ToolError::actionFailed(
         "background-only native folder panel has no AXPress Choose control");
@@ -83,7 +83,7 @@ void pressChoose(const StrictChoice& choice) {
 void waitForClose(const StrictChoice& choice) {
   waitUntil(choice.stepSeconds, strictClosePollSeconds, [&] {
     return dialogNodes(choice.dialog.app).empty() &&
-           openDialogs(choice.primaryPid, true, choice.eventPIDs).empty();
+           !preferredDialog(choice.primaryPid, true, choice.eventPIDs);
   });
 }
 

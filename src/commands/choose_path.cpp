@@ -9,7 +9,7 @@
 #include "commands/dialog_confirmation.h"
 #include "commands/path_result.h"
 #include "core/tool_error.h"
-#include "dialog/detection.h"
+#include "dialog/dialog_wait.h"
 #include "navigation/go_to_folder.h"
 #include "platform/clock.h"
 #include "platform/files.h"

@@ -6,6 +6,7 @@
 #include "commands/dialog_confirmation.h"
 #include "commands/path_result.h"
 #include "dialog/detection.h"
+#include "dialog/dialog_wait.h"
 #include "navigation/go_to_folder.h"
 #include "panels/capture.h"
 #include "panels/panel_close.h"

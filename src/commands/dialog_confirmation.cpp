@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "core/tables.h"
 #include "dialog/controls.h"
 #include "dialog/detection.h"
 #include "platform/accessibility.h"
@@ -22,7 +21,7 @@ void pressReturn(std::int32_t pid, double pauseSeconds) {
 }
 
 bool pressChooseButton(const Element& root) {
-  const auto button = findButton(root, tables().chooseButtonTitles);
+  const auto button = findChooseButton(root);
   if (button) tryAction("AXPress", button->element);
   return button.has_value();
 }

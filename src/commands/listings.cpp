@@ -11,8 +11,7 @@
 namespace tessarine {
 namespace {
 
-constexpr int deepestNode = 8;
-constexpr int mostNodes = 700;
+constexpr WalkLimits inspectedLimits{8, 700};
 
 Result listing(const char* command, std::int32_t primaryPid) {
   return {{"ok", true}, {"command", command}, {"primaryPid", primaryPid}};
@@ -33,29 +32,34 @@ Result panelEntry(const PanelWindowRef& window) {
           {"frame", frameObject(window.frame)}};
 }
 
-Result nodeEntry(const Element& element) {
-  return {{"role", axRole(element)},
-          {"title", axTitle(element)},
-          {"description", axDescription(element)},
-          {"value", axInputValue(element)},
-          {"frame", frameObject(axFrame(element))},
-          {"actions", axActions(element)}};
+Result nodeEntry(const ElementValues& node) {
+  return {{"role", node.role()},
+          {"title", node.title()},
+          {"description", node.description()},
+          {"value", node.inputValue()},
+          {"frame", frameObject(node.frame())},
+          {"actions", axActions(node.element())}};
 }
 
-Result rootEntry(const Element& root) {
-  return {{"role", axRole(root)},
-          {"title", axTitle(root)},
-          {"description", axDescription(root)},
-          {"frame", frameObject(axFrame(root))}};
+Result rootEntry(const Element& element) {
+  const AttributeNames asked({"AXRole", "AXTitle", "AXDescription", "AXPosition", "AXSize"});
+  const ElementValues root(element, asked);
+  return {{"role", root.role()},
+          {"title", root.title()},
+          {"description", root.description()},
+          {"frame", frameObject(root.frame())}};
 }
 
 Result dialogEntry(const DialogRef& dialog) {
   const Element& root = dialog.node.element;
   Result entry{{"pid", dialog.pid}, {"label", dialog.label}, {"root", rootEntry(root)}};
   Result nodes = Result::array();
-  for (const NodeRef& node : breadthFirstNodes(root, deepestNode, mostNodes)) {
-    nodes.push_back(nodeEntry(node.element));
-  }
+  walk(root, inspectedLimits,
+       {"AXRole", "AXTitle", "AXDescription", "AXValue", "AXPosition", "AXSize"},
+       [&](const VisitedNode& node) {
+         nodes.push_back(nodeEntry(node));
+         return false;
+       });
   entry["chooserControlsAvailable"] = subtreeHasChooserSignature(root);
   entry["nodes"] = std::move(nodes);
   return entry;
@@ -63,12 +67,15 @@ Result dialogEntry(const DialogRef& dialog) {
 
 }  // namespace
 
-Result windowSummary(const Element& window) {
-  return {{"role", axRole(window)},
-          {"subrole", axSubrole(window)},
-          {"title", axTitle(window)},
-          {"description", axDescription(window)},
-          {"frame", frameObject(axFrame(window))}};
+Result windowSummary(const Element& element) {
+  const AttributeNames asked(
+      {"AXRole", "AXSubrole", "AXTitle", "AXDescription", "AXPosition", "AXSize"});
+  const ElementValues window(element, asked);
+  return {{"role", window.role()},
+          {"subrole", window.subrole()},
+          {"title", window.title()},
+          {"description", window.description()},
+          {"frame", frameObject(window.frame())}};
 }
 
 Result listWindows(std::int32_t primaryPid) {

@@ -1,10 +1,8 @@
 #include "dialog/controls.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "core/text.h"
-#include "dialog/traversal.h"
 #include "platform/accessibility.h"
 
 namespace tessarine {
@@ -13,31 +11,54 @@ namespace {
 // A text field narrower than this (points) is not one for names or paths.
 constexpr double narrowestPathField = 120;
 
-bool isTextField(const Element& element) {
-  return axRole(element) == "AXTextField";
+constexpr WalkLimits buttonLimits{8, 1800};
+constexpr WalkLimits popupLimits{6, 220};
+constexpr WalkLimits menuItemLimits{8, 700};
+constexpr WalkLimits fieldLimits{7, 260};
+constexpr WalkLimits goToFieldLimits{8, 700};
+
+bool isTextField(const ElementValues& node) {
+  return node.role() == "AXTextField";
 }
 
-bool isSearchField(const Element& element) {
-  return axSubrole(element) == "AXSearchField";
+bool isSearchField(const ElementValues& node) {
+  return node.subrole() == "AXSearchField";
 }
 
-bool isWide(const Element& field) {
-  return axFrame(field).width >= narrowestPathField;
+bool isWide(const ElementValues& field) {
+  return field.frame().width >= narrowestPathField;
 }
 
-bool looksLikePathField(const Element& field) {
+std::optional<Element> elementOf(const std::optional<NodeRef>& node) {
+  if (!node) return {};
+  return node->element;
+}
+
+LocationPopupSearch locationPopupBelow(const Element& root) {
+  LocationPopupSearch search;
+  walk(root, popupLimits, locationPopupAttributes, [&](const VisitedNode& node) {
+    search.visit(node);
+    return search.certain;
+  });
+  return search;
+}
+
+bool looksLikePathField(const ElementValues& field) {
   if (!isWide(field)) return false;
-  const std::string value = axInputValue(field);
+  const std::string value = field.inputValue();
   return value.empty() || value.starts_with('/') || value.starts_with('~');
 }
 
 }  // namespace
 
 std::optional<NodeRef> findButton(const Element& root, const TitleSet& titles) {
-  for (const NodeRef& node : breadthFirstNodes(root, 8, 1800)) {
-    if (axRole(node.element) == "AXButton" && titles.contains(axTitle(node.element))) return node;
-  }
-  return {};
+  return firstNode(root, buttonLimits, {"AXRole", "AXTitle"}, [&](const VisitedNode& node) {
+    return node.role() == "AXButton" && titles.contains(node.title());
+  });
+}
+
+std::optional<NodeRef> findChooseButton(const Element& root) {
+  return findButton(root, tables().chooseButtonTitles);
 }
 
 std::string popupValue(const Element& popup) {
@@ -45,62 +66,68 @@ std::string popupValue(const Element& popup) {
   return value.empty() ? axTitle(popup) : value;
 }
 
-bool isMarkedLocationPopup(const Element& popup) {
-  return contains(axTitle(popup), locationMarker) || contains(popupValue(popup), locationMarker);
+bool isMarkedLocationPopup(const ElementValues& node) {
+  return node.role() == "AXPopUpButton" &&
+         (contains(node.title(), locationMarker) || contains(node.inputValue(), locationMarker));
+}
+
+void LocationPopupSearch::visit(const VisitedNode& node) {
+  if (certain || !node.isWithin(popupLimits) || node.role() != "AXPopUpButton") return;
+  certain = isMarkedLocationPopup(node);
+  if (popup && !certain) return;
+  popup = node.reference();
+  shown = node.inputValue();
+  if (shown.empty()) shown = node.title();
 }
 
 std::optional<NodeRef> findLocationPopup(const Element& root) {
-  auto popups = breadthFirstNodes(root, 6, 220);
-  std::erase_if(popups,
-                [](const NodeRef& node) { return axRole(node.element) != "AXPopUpButton"; });
-  if (popups.empty()) return {};
-  const auto marked = std::find_if(popups.begin(), popups.end(), [](const NodeRef& popup) {
-    return isMarkedLocationPopup(popup.element);
-  });
-  return marked != popups.end() ? *marked : popups.front();
+  return locationPopupBelow(root).popup;
+}
+
+std::optional<std::string> shownLocation(const Element& root) {
+  const LocationPopupSearch search = locationPopupBelow(root);
+  if (!search.popup) return {};
+  return search.shown;
 }
 
 std::optional<NodeRef> findMenuItem(const Element& root, const std::string& title) {
-  return findFirst(root, [&](const Element& element, const auto&) {
-    return axRole(element) == "AXMenuItem" && axTitle(element) == title;
+  return firstNode(root, menuItemLimits, {"AXRole", "AXTitle"}, [&](const VisitedNode& node) {
+    return node.role() == "AXMenuItem" && node.title() == title;
   });
 }
 
 std::optional<Element> findSearchField(const Element& root) {
-  for (const NodeRef& node : breadthFirstNodes(root, 7, 260)) {
-    if (isTextField(node.element) && isSearchField(node.element)) return node.element;
-  }
-  return {};
+  return elementOf(
+      firstNode(root, fieldLimits, {"AXRole", "AXSubrole"},
+                [](const VisitedNode& node) { return isTextField(node) && isSearchField(node); }));
 }
 
-bool isWideConfirmableField(const Element& field) {
-  if (!isWide(field)) return false;
-  const auto actions = axActions(field);
-  return std::find(actions.begin(), actions.end(), "AXConfirm") != actions.end();
+bool isWideConfirmableField(const ElementValues& node) {
+  return isTextField(node) && isWide(node) && axOffers(node.element(), "AXConfirm");
+}
+
+bool isChooserNameField(const VisitedNode& node, const std::string& expectedValue) {
+  return node.isWithin(fieldLimits) && isTextField(node) && node.inputValue() == expectedValue &&
+         isWideConfirmableField(node);
 }
 
 std::optional<Element> findChooserNameField(const Element& root, const std::string& expectedValue) {
-  for (const NodeRef& node : breadthFirstNodes(root, 7, 260)) {
-    if (isTextField(node.element) && axInputValue(node.element) == expectedValue &&
-        isWideConfirmableField(node.element)) {
-      return node.element;
-    }
-  }
-  return {};
+  return elementOf(
+      firstNode(root, fieldLimits, {"AXRole", "AXValue", "AXPosition", "AXSize"},
+                [&](const VisitedNode& node) { return isChooserNameField(node, expectedValue); }));
 }
 
 std::optional<Element> findGoToFolderField(const Element& root) {
-  std::vector<Element> fields;
-  for (const NodeRef& node : breadthFirstNodes(root, 8, 700)) {
-    if (isTextField(node.element) && !isSearchField(node.element)) fields.push_back(node.element);
-  }
-  const auto focused = std::find_if(fields.begin(), fields.end(), [](const Element& field) {
-    return axIsTrue(field, "AXFocused");
-  });
-  if (focused != fields.end()) return *focused;
-  const auto likely = std::find_if(fields.begin(), fields.end(), looksLikePathField);
-  if (likely != fields.end()) return *likely;
-  return {};
+  std::optional<Element> field;
+  walk(root, goToFieldLimits,
+       {"AXRole", "AXSubrole", "AXFocused", "AXValue", "AXPosition", "AXSize"},
+       [&](const VisitedNode& node) {
+         if (!isTextField(node) || isSearchField(node)) return false;
+         const bool focused = node.isTrue("AXFocused");
+         if (focused || (!field && looksLikePathField(node))) field = node.element();
+         return focused;
+       });
+  return field;
 }
 
 }  // namespace tessarine

@@ -1,9 +1,7 @@
-// Finding the Open dialog: which element is the root of one, where to look for it, and waiting for
-// it to appear.
+// Finding the Open dialog: which element is the root of one, and where to look for it.
 //
 // A dialog is a window or sheet with an Open title, or, in the browser only, a chooser that stands
-// in a window without one. Titles are matched exactly. No search reports an error; only the waits
-// fail.
+// in a window without one. Titles are matched exactly. No search reports an error.
 #pragma once
 
 #include <cstdint>
@@ -38,19 +36,9 @@ bool subtreeHasChooserSignature(const Element& element);
 std::vector<DialogRef> openDialogs(std::int32_t primaryPid, bool includeEmbedded,
                                    const std::vector<std::int32_t>& additionalPIDs);
 
-// Polls every 0.15 s for a dialog: the browser's first one, or else the last one found. Throws
-// ToolError timedOut "timed out after " + timeoutSeconds + "s"; a time-out of 0 does so at once.
-DialogRef waitForOpenDialog(std::int32_t primaryPid, double timeoutSeconds, bool includeEmbedded,
-                            const std::vector<std::int32_t>& additionalPIDs);
-
-// Waits for a dialog that may sit in a background process which has not yet built its accessibility
-// tree: looks for it, then prompts each process in turn with Command-Shift-G, which makes it build
-// the tree. Works for `timeoutSeconds`, but at least 0.5 s and at most 4.0 s. Throws ToolError
-// notFound "open dialog not found after process-directed AX priming", or what the last
-// waitForOpenDialog throws.
-DialogRef waitForStrictOpenDialog(std::int32_t primaryPid,
-                                  const std::vector<std::int32_t>& eventPIDs,
-                                  double timeoutSeconds);
+// Of these the browser's first one, or else the last one.
+std::optional<DialogRef> preferredDialog(std::int32_t primaryPid, bool includeEmbedded,
+                                         const std::vector<std::int32_t>& additionalPIDs);
 
 // Whether some candidate application shows a dialog or, in the browser, an embedded chooser.
 bool dialogIsOpen(std::int32_t primaryPid);

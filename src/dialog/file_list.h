@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dialog/traversal.h"
 #include "platform/element.h"
 
 namespace tessarine {
@@ -19,6 +20,14 @@ std::optional<NodeRef> findFileList(const Element& dialog);
 
 // The name cells of the file list: its text fields and static texts.
 std::vector<NodeRef> fileListCandidates(const Element& dialog);
+
+// Whether this is an outline whose description contains the marker; of "AXRole" and
+// "AXDescription".
+bool isOutlineMarked(const ElementValues& values, std::string_view marker);
+
+// Whether this is an outline marked as a list view, and a node that findOutline would visit; of
+// "AXRole" and "AXDescription".
+bool isListView(const VisitedNode& node);
 
 // The first outline whose description contains the marker.
 std::optional<NodeRef> findOutline(const Element& root, std::string_view marker);
@@ -36,10 +45,23 @@ void selectContainingRow(const std::vector<NodeRef>& chain);
 
 // Every label found in the selected rows of the list-view outline, in order, repeats included.
 std::vector<std::string> selectedRowLabels(const Element& dialog);
+// The same of an outline that is known.
+std::vector<std::string> labelsOfSelectedRows(const Element& list);
 
 // The first candidate of the file list that points at the path or carries the name.
 std::optional<NodeRef> findFolderRow(const Element& dialog, const std::string& childPath,
                                      const std::string& componentName);
+
+struct Place {
+  std::string path;
+  std::string label;
+};
+struct FoundPlace {
+  std::size_t number;  // of the place in its list
+  NodeRef item;
+};
+// The first of the places that the sidebar has, each with its label and pointing at its path.
+std::optional<FoundPlace> findSidebarPlace(const Element& dialog, const std::vector<Place>& places);
 
 // The sidebar's place with that label, if it points at the path.
 std::optional<NodeRef> findSidebarItem(const Element& dialog, const std::string& label,

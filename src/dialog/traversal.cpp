@@ -20,18 +20,43 @@ bool isFull(std::size_t size, int maxNodes) {
 
 }  // namespace
 
-std::vector<NodeRef> breadthFirstNodes(const Element& root, int maxDepth, int maxNodes) {
-  std::vector<NodeRef> nodes;
+void walk(const Element& root, const WalkLimits& limits, std::vector<std::string> attributes,
+          const NodeVisitor& visit) {
+  const AttributeNames asked(attributes);
+  attributes.push_back("AXChildren");
+  const AttributeNames askedWithChildren(attributes);
   std::vector<QueueEntry> queue{{{root, {}}, 0}};
-  for (std::size_t head = 0; head < queue.size() && !isFull(nodes.size(), maxNodes); ++head) {
+  for (std::size_t head = 0; head < queue.size() && !isFull(head, limits.maxNodes); ++head) {
     const QueueEntry entry = queue[head];
-    nodes.push_back(entry.node);
-    if (entry.depth >= maxDepth) continue;
-    for (const Element& child : axChildren(entry.node.element)) {
-      if (isFull(queue.size(), maxNodes)) break;
+    const bool opened = entry.depth < limits.maxDepth && !isFull(queue.size(), limits.maxNodes);
+    const VisitedNode node(entry.node, entry.depth, static_cast<int>(head),
+                           opened ? askedWithChildren : asked);
+    if (visit(node)) return;
+    if (!opened) continue;
+    for (const Element& child : node.children()) {
+      if (isFull(queue.size(), limits.maxNodes)) break;
       queue.push_back({{child, entry.node.element}, entry.depth + 1});
     }
   }
+}
+
+std::optional<NodeRef> firstNode(const Element& root, const WalkLimits& limits,
+                                 const std::vector<std::string>& attributes,
+                                 const NodeVisitor& fits) {
+  std::optional<NodeRef> first;
+  walk(root, limits, attributes, [&](const VisitedNode& node) {
+    if (fits(node)) first = node.reference();
+    return first.has_value();
+  });
+  return first;
+}
+
+std::vector<NodeRef> breadthFirstNodes(const Element& root, int maxDepth, int maxNodes) {
+  std::vector<NodeRef> nodes;
+  walk(root, {maxDepth, maxNodes}, {}, [&](const VisitedNode& node) {
+    nodes.push_back(node.reference());
+    return false;
+  });
   return nodes;
 }
 
@@ -40,10 +65,9 @@ std::vector<NodeRef> descendants(const Element& root, int maxDepth, int maxNodes
 }
 
 std::optional<NodeRef> findFirst(const Element& root, const NodePredicate& predicate) {
-  for (const NodeRef& node : descendants(root)) {
-    if (predicate(node.element, node.parent)) return node;
-  }
-  return {};
+  return firstNode(root, {8, 700}, {}, [&](const VisitedNode& node) {
+    return predicate(node.element(), node.reference().parent);
+  });
 }
 
 void collectNodes(const Element& element, const std::optional<Element>& parent,
@@ -64,11 +88,22 @@ void collectNodesLimited(const Element& element, const std::optional<Element>& p
 }
 
 std::vector<NodeRef> ancestorChain(const NodeRef& node) {
+  return climb(node, {}, [](const ElementValues&) { return false; });
+}
+
+std::vector<NodeRef> climb(const NodeRef& node, std::vector<std::string> attributes,
+                           const ValueVisitor& visit) {
   std::vector<NodeRef> chain{node};
+  const AttributeNames asked(attributes);
+  if (visit(ElementValues(node.element, asked))) return chain;
+  attributes.push_back("AXParent");
+  const AttributeNames askedWithParent(attributes);
   std::optional<Element> current = node.parent;
   for (int i = 0; i < mostAncestors && current; ++i) {
-    const std::optional<Element> parent = axParent(*current);
+    const ElementValues values(*current, askedWithParent);
+    const std::optional<Element> parent = values.parent();
     chain.push_back({*current, parent});
+    if (visit(values)) break;
     current = parent;
   }
   return chain;

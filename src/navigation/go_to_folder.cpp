@@ -1,6 +1,5 @@
 #include "navigation/go_to_folder.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "core/tables.h"
@@ -28,15 +27,6 @@ constexpr double afterTypedPathSeconds = 0.25;
 constexpr double beforeWritingSeconds = 0.25;
 constexpr double globalAttemptSeconds = 2.5;
 
-Element waitForGoToFolderField(const Element& root, double timeoutSeconds) {
-  std::optional<Element> field;
-  waitUntil(timeoutSeconds, fieldPollSeconds, [&] {
-    field = findGoToFolderField(root);
-    return field.has_value();
-  });
-  return *field;
-}
-
 // Writes the path and answers whether the field then holds exactly that.
 bool writeVerified(const Element& field, const std::string& path) {
   const bool written = setText(field, "AXValue", path) == kAXErrorSuccess;
@@ -45,8 +35,7 @@ bool writeVerified(const Element& field, const std::string& path) {
 }
 
 void confirmField(const Element& field, std::int32_t pid) {
-  const auto actions = axActions(field);
-  if (std::find(actions.begin(), actions.end(), "AXConfirm") != actions.end()) {
+  if (axOffers(field, "AXConfirm")) {
     perform("AXConfirm", field);
   } else {
     tapKey(pid, keyCodeReturn, noModifiers, {}, returnPauseSeconds);
@@ -91,7 +80,8 @@ void navigateByGoToFolderAX(const Element& root, std::int32_t pid,
 
 void setGoToFolderPathAX(const Element& root, std::int32_t pid, const std::string& path,
                          double timeoutSeconds) {
-  const Element field = waitForGoToFolderField(root, timeoutSeconds);
+  const Element field =
+      waitForValue(timeoutSeconds, fieldPollSeconds, [&] { return findGoToFolderField(root); });
   setTrue(field, "AXFocused");
   if (!writeVerified(field, path) && !writeVerified(field, path)) {
     throw ToolError::actionFailed(

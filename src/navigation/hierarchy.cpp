@@ -40,20 +40,17 @@ struct Position {
   std::vector<std::string> remaining;
 };
 
-struct Ancestor {
-  std::string path;
-  std::string label;  // the name that the file browser displays for it
-};
-
-// The proper ancestors of a standardized path below "/", outermost first.
-std::vector<Ancestor> properAncestors(const std::string& path) {
+// The proper ancestors of a standardized path below "/", innermost first, each under the name that
+// the file browser displays for it.
+std::vector<Place> properAncestors(const std::string& path) {
   const auto components = pathComponents(path);
-  std::vector<Ancestor> ancestors;
+  std::vector<Place> ancestors;
   std::string ancestor = "/";
   for (std::size_t i = 1; i + 1 < components.size(); ++i) {
     ancestor = standardizedPath(appendingComponent(ancestor, components[i]));
     ancestors.push_back({ancestor, displayName(ancestor)});
   }
+  std::reverse(ancestors.begin(), ancestors.end());
   return ancestors;
 }
 
@@ -78,12 +75,8 @@ Position startingPosition(const Walk& walk, const std::string& target) {
 }
 
 NodeRef waitForRow(const Walk& walk, const std::string& childPath, const std::string& component) {
-  std::optional<NodeRef> row;
-  waitUntil(std::min(walk.timeoutSeconds, longestRowSeconds), pollSeconds, [&] {
-    row = findFolderRow(walk.dialog, childPath, component);
-    return row.has_value();
-  });
-  return *row;
+  return waitForValue(std::min(walk.timeoutSeconds, longestRowSeconds), pollSeconds,
+                      [&] { return findFolderRow(walk.dialog, childPath, component); });
 }
 
 void openFolder(const Walk& walk, const NodeRef& row, const std::string& childPath) {
@@ -98,10 +91,8 @@ void openFolder(const Walk& walk, const NodeRef& row, const std::string& childPa
 
 void selectFolder(const Walk& walk, const NodeRef& row, const std::string& childPath) {
   selectContainingRow(ancestorChain(row));
-  waitUntil(std::min(walk.timeoutSeconds, longestSelectSeconds), pollSeconds, [&] {
-    return selectedFileListEntryMatches(walk.dialog, childPath) ||
-           chooserCurrentFolderMatches(walk.dialog, childPath);
-  });
+  waitUntil(std::min(walk.timeoutSeconds, longestSelectSeconds), pollSeconds,
+            [&] { return chooserReached(walk.dialog, childPath); });
 }
 
 }  // namespace
@@ -130,16 +121,13 @@ std::optional<std::string> anchorPathFromSidebar(const Element& dialog, std::int
                                                  const std::string& targetPath,
                                                  double timeoutSeconds, bool allowProcessEvents) {
   const auto ancestors = properAncestors(standardizedPath(targetPath));
-  for (auto ancestor = ancestors.rbegin(); ancestor != ancestors.rend(); ++ancestor) {
-    const auto item = findSidebarItem(dialog, ancestor->label, ancestor->path);
-    if (!item) continue;
-    const std::string fingerprint = fileListFingerprint(dialog);
-    openRow(pid, *item, allowProcessEvents);
-    pollUntil(std::min(timeoutSeconds, longestSelectSeconds), pollSeconds,
-              [&] { return fileListFingerprint(dialog) != fingerprint; });
-    return ancestor->path;
-  }
-  return {};
+  const auto place = findSidebarPlace(dialog, ancestors);
+  if (!place) return {};
+  const std::string fingerprint = fileListFingerprint(dialog);
+  openRow(pid, place->item, allowProcessEvents);
+  pollUntil(std::min(timeoutSeconds, longestSelectSeconds), pollSeconds,
+            [&] { return fileListFingerprint(dialog) != fingerprint; });
+  return ancestors[place->number].path;
 }
 
 void navigateToVolume(const Element& dialog, const std::string& volumeDisplayName,
@@ -148,12 +136,9 @@ void navigateToVolume(const Element& dialog, const std::string& volumeDisplayNam
   if (!popup) throw ToolError::notFound("location popup not found in open dialog");
   if (popupValue(popup->element) == volumeDisplayName) return;
   perform("AXShowMenu", popup->element);
-  std::optional<NodeRef> item;
-  waitUntil(timeoutSeconds, menuPollSeconds, [&] {
-    item = findMenuItem(dialog, volumeDisplayName);
-    return item.has_value();
-  });
-  performPick(item->element);
+  const NodeRef item = waitForValue(timeoutSeconds, menuPollSeconds,
+                                    [&] { return findMenuItem(dialog, volumeDisplayName); });
+  performPick(item.element);
   waitForPopupValue(dialog, volumeDisplayName, timeoutSeconds);
 }
 

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "core/tables.h"
@@ -33,36 +31,36 @@ constexpr double longestStabilizeSeconds = 2.0;
 constexpr double stabilizePollSeconds = 0.1;
 constexpr double stabilizedSeconds = 0.15;
 
-// The parts of an entry, found on the way up from the node.
+// The parts of an entry, found on one way up from the node: of each kind the first.
 struct Entry {
   std::vector<NodeRef> chain;
-  Element label;
-  std::optional<Element> row;
-  std::optional<Element> cell;
+  Element label;  // the node itself when it is in none
+  std::optional<Element> row = {};
+  std::optional<Element> cell = {};
+  bool inSidebar = false;
+  bool inListView = false;
 };
 
-std::optional<Element> firstWithRole(const std::vector<NodeRef>& chain,
-                                     std::initializer_list<std::string_view> roles) {
-  for (const NodeRef& entry : chain) {
-    const std::string role = axRole(entry.element);
-    if (std::find(roles.begin(), roles.end(), role) != roles.end()) return entry.element;
-  }
-  return {};
-}
-
 Entry entryAround(const NodeRef& node) {
-  auto chain = ancestorChain(node);
-  const Element label =
-      firstWithRole(chain, {"AXTextField", "AXStaticText"}).value_or(node.element);
-  const auto row = firstWithRole(chain, {"AXRow"});
-  const auto cell = firstWithRole(chain, {"AXCell"});
-  return {std::move(chain), label, row, cell};
+  std::optional<Element> label;
+  Entry entry{{}, node.element};
+  entry.chain = climb(node, {"AXRole", "AXDescription"}, [&](const ElementValues& values) {
+    const std::string role = values.role();
+    const bool isLabel = role == "AXTextField" || role == "AXStaticText";
+    if (!label && isLabel) label = values.element();
+    if (!entry.row && role == "AXRow") entry.row = values.element();
+    if (!entry.cell && role == "AXCell") entry.cell = values.element();
+    entry.inSidebar = entry.inSidebar || isOutlineMarked(values, sidebarMarker);
+    entry.inListView = entry.inListView || isOutlineMarked(values, listViewMarker);
+    return false;
+  });
+  if (label) entry.label = *label;
+  return entry;
 }
 
 // Performs the action if the element offers it, whatever comes of it, and then sleeps.
 void performIfOffered(const std::string& action, const Element& element, double pauseSeconds) {
-  const auto actions = axActions(element);
-  if (std::find(actions.begin(), actions.end(), action) == actions.end()) return;
+  if (!axOffers(element, action)) return;
   tryAction(action, element);
   sleepSeconds(pauseSeconds);
 }
@@ -110,19 +108,16 @@ void openListViewEntryByEvents(std::int32_t pid, const Entry& entry) {
 
 void openRow(std::int32_t pid, const NodeRef& node, bool allowProcessEvents) {
   const Entry entry = entryAround(node);
-  if (nodeBelongsToOutline(node, sidebarMarker)) {
-    return openSidebarEntry(pid, entry, allowProcessEvents);
-  }
-  const bool inListView = nodeBelongsToOutline(node, listViewMarker);
+  if (entry.inSidebar) return openSidebarEntry(pid, entry, allowProcessEvents);
   const bool opened = tryOpenActions(entry);
-  if (inListView) selectContainingRow(entry.chain);
+  if (entry.inListView) selectContainingRow(entry.chain);
   if (!allowProcessEvents) {
     if (opened) return;
     throw ToolError::actionFailed(
-        std::string(inListView ? "folder row" : "dialog item") +
+        std::string(entry.inListView ? "folder row" : "dialog item") +
         " exposes no successful AX navigation action in strict background mode");
   }
-  if (inListView) {
+  if (entry.inListView) {
     openListViewEntryByEvents(pid, entry);
   } else {
     doubleClickElement(pid, entry.label);
@@ -131,10 +126,7 @@ void openRow(std::int32_t pid, const NodeRef& node, bool allowProcessEvents) {
 
 void waitForPopupValue(const Element& dialog, const std::string& expectedValue,
                        double timeoutSeconds) {
-  waitUntil(timeoutSeconds, [&] {
-    const auto popup = findLocationPopup(dialog);
-    return popup && popupValue(popup->element) == expectedValue;
-  });
+  waitUntil(timeoutSeconds, [&] { return shownLocation(dialog) == expectedValue; });
 }
 
 void setSearchQuery(const Element& dialog, const std::string& query) {
@@ -154,12 +146,10 @@ void stabilizeFolderSelection(const Element& dialog, std::int32_t pid,
     tryAction("AXConfirm", *field);
     sleepSeconds(confirmSeconds);
   }
-  std::optional<NodeRef> row;
-  waitUntil(std::min(timeoutSeconds, longestStabilizeSeconds), stabilizePollSeconds, [&] {
-    row = findFolderRow(dialog, path, basename);
-    return row.has_value();
-  });
-  openRow(pid, *row, true);
+  const NodeRef row =
+      waitForValue(std::min(timeoutSeconds, longestStabilizeSeconds), stabilizePollSeconds,
+                   [&] { return findFolderRow(dialog, path, basename); });
+  openRow(pid, row, true);
   sleepSeconds(stabilizedSeconds);
 }
 

@@ -3,19 +3,11 @@
 #include <algorithm>
 
 #include "core/tool_error.h"
+#include "platform/ax_values.h"
 #include "platform/cf_values.h"
-#include "platform/files.h"
 
 namespace tessarine {
 namespace {
-
-bool isElement(CFTypeRef value) {
-  return CFGetTypeID(value) == AXUIElementGetTypeID();
-}
-
-Element sharedElement(CFTypeRef value) {
-  return Element(CfRef<AXUIElementRef>::share(static_cast<AXUIElementRef>(value)));
-}
 
 std::string textOrEmpty(const Element& element, const std::string& attribute) {
   return axString(element, attribute).value_or("");
@@ -28,17 +20,6 @@ void appendFocusedAndMain(const Element& app, std::vector<Element>& windows) {
       windows.push_back(*window);
     }
   }
-}
-
-// Reads a point or a size; false when the value is no such thing.
-bool readGeometry(CFTypeRef value, AXValueType type, void* target) {
-  return CFGetTypeID(value) == AXValueGetTypeID() &&
-         AXValueGetValue(static_cast<AXValueRef>(value), type, target);
-}
-
-// The empty path of a location without one names no file to resolve.
-std::string standardizedLocationPath(const std::string& path) {
-  return path.empty() ? path : standardizedPath(path);
 }
 
 int setValue(const Element& element, const std::string& attribute, CFTypeRef value) {
@@ -54,34 +35,6 @@ CfRef<CFTypeRef> answeredValue(const Element& element, const std::string& attrib
   if (error == kAXErrorInvalidUIElement) throw Unanswered(true);
   if (error == kAXErrorCannotComplete || error == kAXErrorAPIDisabled) throw Unanswered(false);
   return {};
-}
-
-std::optional<std::vector<Element>> elementsIn(CFTypeRef value) {
-  if (value == nullptr || CFGetTypeID(value) != CFArrayGetTypeID()) return {};
-  std::vector<Element> elements;
-  for (CFTypeRef member : listMembers(value)) {
-    if (!isElement(member)) return {};
-    elements.push_back(sharedElement(member));
-  }
-  return elements;
-}
-
-std::optional<Rect> frameOf(CFTypeRef position, CFTypeRef size) {
-  if (position == nullptr || size == nullptr) return {};
-  CGPoint origin{};
-  CGSize extent{};
-  const bool readable = readGeometry(position, kAXValueTypeCGPoint, &origin) &&
-                        readGeometry(size, kAXValueTypeCGSize, &extent);
-  if (!readable) return {};
-  return Rect{origin.x, origin.y, extent.width, extent.height};
-}
-
-std::optional<std::string> locationIn(CFTypeRef value) {
-  if (const auto path = locationPath(value)) return standardizedLocationPath(*path);
-  const auto text = textValue(value);
-  if (!text) return {};
-  const auto path = fileLocationPath(*text);
-  return path ? standardizedLocationPath(*path) : *text;
 }
 
 }  // namespace
@@ -100,9 +53,7 @@ std::optional<std::string> axString(const Element& element, const std::string& a
 }
 
 std::optional<Element> axElementAttribute(const Element& element, const std::string& attribute) {
-  const auto value = axValue(element, attribute);
-  if (!value || !isElement(value.get())) return {};
-  return sharedElement(value.get());
+  return elementIn(axValue(element, attribute).get());
 }
 
 std::vector<Element> axElements(const Element& element, const std::string& attribute) {
@@ -138,8 +89,8 @@ std::string fileNameAttribute(const Element& element) {
 }
 
 std::string displayLabel(const Element& element) {
-  for (const auto read : {axTitle, axInputValue, axDescription}) {
-    std::string text = read(element);
+  for (const char* attribute : labelAttributes) {
+    std::string text = textOrEmpty(element, attribute);
     if (!text.empty()) return text;
   }
   return {};
@@ -159,6 +110,11 @@ std::vector<std::string> axActions(const Element& element) {
   CFArrayRef names = nullptr;
   if (AXUIElementCopyActionNames(element.get(), &names) != kAXErrorSuccess) return {};
   return textList(CfRef<CFArrayRef>::adopt(names).get());
+}
+
+bool axOffers(const Element& element, const std::string& action) {
+  const auto actions = axActions(element);
+  return std::find(actions.begin(), actions.end(), action) != actions.end();
 }
 
 Rect axFrame(const Element& element) {
@@ -182,9 +138,7 @@ std::optional<bool> readFlag(const Element& element, const std::string& attribut
 }
 
 std::optional<Element> readElement(const Element& element, const std::string& attribute) {
-  const auto value = answeredValue(element, attribute);
-  if (!value || !isElement(value.get())) return {};
-  return sharedElement(value.get());
+  return elementIn(answeredValue(element, attribute).get());
 }
 
 std::optional<std::vector<Element>> readElements(const Element& element,
@@ -245,10 +199,7 @@ int setElements(const Element& element, const std::string& attribute,
                 const std::vector<Element>& elements) {
   std::vector<const void*> members;
   for (const Element& member : elements) members.push_back(member.get());
-  const auto list = CfRef<CFArrayRef>::adopt(CFArrayCreate(kCFAllocatorDefault, members.data(),
-                                                           static_cast<CFIndex>(members.size()),
-                                                           &kCFTypeArrayCallBacks));
-  return setValue(element, attribute, list.get());
+  return setValue(element, attribute, makeCfArray(members).get());
 }
 
 int performAction(const std::string& action, const Element& element) {

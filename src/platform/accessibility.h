@@ -6,6 +6,7 @@
 // failure, and the reads whose failure counts do.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <optional>
@@ -38,6 +39,7 @@ std::string axDescription(const Element& element);      // "AXDescription"
 std::string axInputValue(const Element& element);       // "AXValue" when it is a text
 std::string fileNameAttribute(const Element& element);  // "AXFilename"
 
+inline constexpr std::array labelAttributes{"AXTitle", "AXValue", "AXDescription"};
 // The first of title, input value and description that is not empty.
 std::string displayLabel(const Element& element);
 
@@ -46,6 +48,8 @@ std::vector<Element> axChildren(const Element& element);
 std::optional<Element> axParent(const Element& element);
 // Empty when the actions are not a list of texts.
 std::vector<std::string> axActions(const Element& element);
+// Whether the action is among them.
+bool axOffers(const Element& element, const std::string& action);
 
 // Position and size in screen points, origin at the top left of the main display; all zeros when
 // either is missing or of another type.

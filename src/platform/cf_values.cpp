@@ -11,6 +11,12 @@ CfRef<CFStringRef> makeCfString(std::string_view text) {
       static_cast<CFIndex>(units.size())));
 }
 
+CfRef<CFArrayRef> makeCfArray(std::vector<const void*> members) {
+  return CfRef<CFArrayRef>::adopt(CFArrayCreate(kCFAllocatorDefault, members.data(),
+                                                static_cast<CFIndex>(members.size()),
+                                                &kCFTypeArrayCallBacks));
+}
+
 std::optional<std::string> textValue(CFTypeRef value) {
   if (value == nullptr || CFGetTypeID(value) != CFStringGetTypeID()) return {};
   const auto string = static_cast<CFStringRef>(value);

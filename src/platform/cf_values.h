@@ -15,6 +15,9 @@ namespace tessarine {
 // Bytes that are not UTF-8 become U+FFFD.
 CfRef<CFStringRef> makeCfString(std::string_view text);
 
+// A list of these objects.
+CfRef<CFArrayRef> makeCfArray(std::vector<const void*> members);
+
 // The text, if the value is one; absent for any other value and for none.
 std::optional<std::string> textValue(CFTypeRef value);
 

@@ -44,6 +44,7 @@ static_assert(is<dispatch_function_t, void (*)(void*)>);
 
 static_assert(is<Underlying<AXError>, std::int32_t>);
 static_assert(is<Underlying<AXValueType>, std::uint32_t>);
+static_assert(sizeof(AXCopyMultipleAttributeOptions) == 4);
 static_assert(is<Underlying<CFURLPathStyle>, CFIndex>);
 static_assert(is<Underlying<CGEventTapLocation>, std::uint32_t>);
 static_assert(is<Underlying<CGEventType>, std::uint32_t>);
@@ -60,7 +61,7 @@ static_assert(sizeof(CFRange) == 16 && offsetof(CFRange, length) == 8);
 static_assert(kAXErrorSuccess == 0);
 static_assert(kAXErrorInvalidUIElement == -25202 && kAXErrorCannotComplete == -25204);
 static_assert(kAXErrorAPIDisabled == -25211);
-static_assert(kAXValueTypeCGPoint == 1 && kAXValueTypeCGSize == 2);
+static_assert(kAXValueTypeCGPoint == 1 && kAXValueTypeCGSize == 2 && kAXValueTypeAXError == 5);
 static_assert(kCFURLPOSIXPathStyle == 0);
 static_assert(kCGHIDEventTap == 0);
 static_assert(kCGEventLeftMouseDown == 1 && kCGEventLeftMouseUp == 2);
@@ -92,6 +93,7 @@ static_assert(hasSignature<decltype(CFArrayGetCount), CFIndex(CFArrayRef)>);
 static_assert(hasSignature<decltype(CFArrayGetValueAtIndex), const void*(CFArrayRef, CFIndex)>);
 static_assert(hasSignature<decltype(CFBooleanGetTypeID), CFTypeID()>);
 static_assert(hasSignature<decltype(CFBooleanGetValue), Boolean(CFBooleanRef)>);
+static_assert(hasSignature<decltype(CFNullGetTypeID), CFTypeID()>);
 static_assert(hasSignature<decltype(CFURLGetTypeID), CFTypeID()>);
 static_assert(
     hasSignature<decltype(CFURLCreateWithString), CFURLRef(CFAllocatorRef, CFStringRef, CFURLRef)>);
@@ -111,6 +113,9 @@ static_assert(
 static_assert(hasSignature<decltype(AXUIElementGetPid), AXError(AXUIElementRef, pid_t*)>);
 static_assert(hasSignature<decltype(AXUIElementCopyAttributeValue),
                            AXError(AXUIElementRef, CFStringRef, CFTypeRef*)>);
+static_assert(
+    hasSignature<decltype(AXUIElementCopyMultipleAttributeValues),
+                 AXError(AXUIElementRef, CFArrayRef, AXCopyMultipleAttributeOptions, CFArrayRef*)>);
 static_assert(hasSignature<decltype(AXUIElementSetAttributeValue),
                            AXError(AXUIElementRef, CFStringRef, CFTypeRef)>);
 static_assert(
@@ -118,6 +123,7 @@ static_assert(
 static_assert(
     hasSignature<decltype(AXUIElementPerformAction), AXError(AXUIElementRef, CFStringRef)>);
 static_assert(hasSignature<decltype(AXValueGetTypeID), CFTypeID()>);
+static_assert(hasSignature<decltype(AXValueGetType), AXValueType(AXValueRef)>);
 static_assert(hasSignature<decltype(AXValueGetValue), Boolean(AXValueRef, AXValueType, void*)>);
 
 // --- Geometry, displays and events. ---

@@ -20,4 +20,15 @@ bool pollUntil(double timeoutSeconds, double intervalSeconds, const Condition& c
 void waitUntil(double timeoutSeconds, const Condition& condition);
 void waitUntil(double timeoutSeconds, double intervalSeconds, const Condition& condition);
 
+// What a search that answers an optional finds; waits and throws as waitUntil does.
+template <class Search>
+auto waitForValue(double timeoutSeconds, double intervalSeconds, const Search& search) {
+  decltype(search()) value;
+  waitUntil(timeoutSeconds, intervalSeconds, [&] {
+    value = search();
+    return value.has_value();
+  });
+  return *value;
+}
+
 }  // namespace tessarine

@@ -18,6 +18,7 @@
 #include <fstream>
 #include <string_view>
 
+#include "benchmark/floors.h"
 #include "commands/staging_world.h"
 #include "end_to_end/program_run.h"
 #include "support/world.h"
@@ -34,27 +35,19 @@ using Json = nlohmann::ordered_json;
 constexpr const char* folderPath = "/usr/share";
 constexpr const char* ownFile = "a file that each run makes for itself";
 
-// Seconds of a key, held and followed by a pause, and of a click, held.
-constexpr double key(double pause) {
-  return 0.02 + pause;
-}
-constexpr double click = 0.05;
+// Of a path, typed letter by letter.
 constexpr double typing(std::string_view path, double pause) {
   return static_cast<double>(path.size()) * key(pause);
 }
 
 // Command-A and Delete, each with a pause.
 constexpr double emptying = 2 * key(0.05);
-// The sheet by controls: its chord and arrival, the path written, the field confirmed, Return.
-constexpr double sheetByControls = key(0.15) + 0.25 + 0.12 + 0.2 + key(0.25);
 // The sheet by keys: its chord and arrival, the field emptied, the path typed, Return.
 constexpr double sheetByKeys = key(0.15) + 0.2 + emptying + typing(folderPath, 0.02) + key(0.25);
 // The verified sheet: its chord, and Return; what follows each is watched for.
 constexpr double sheetByProof = key(0.15) + key(0.05);
 // A sheet that no process opens.
 constexpr double noSheet = 2 * (key(0.15) + 1.3);
-// The volume is shown, its first row looked for in vain; after the sheet the folder's own row is.
-constexpr double walkAndSheet = 0.15 + 2.5 + sheetByControls + 0.3 + 2.0;
 // A click into the panel, the sheet's chord and arrival, the field emptied, the path typed, Return
 // and a rest; then the panel is expected to close in vain, and its button is clicked.
 constexpr double eventsAtPanel = click + 0.18 + key(0.15) + 0.35 + emptying +
@@ -67,7 +60,6 @@ constexpr double staging = 3.0 + 0.25 + click + 0.22 + click;
 constexpr double doubleClick = 3.0 + click + 3.0 + click + 0.06 + click;
 // The dialog is looked for in vain; a click into the panel, the sheet, and Return twice.
 constexpr double keyboard = 2.0 + click + 0.18 + sheetByKeys + 0.35 + 2 * key(0.2);
-constexpr double cancelPress = 0.1;
 // Escape at the service and at the browser.
 constexpr double escapes = 2 * key(0.08);
 

@@ -188,8 +188,11 @@ TEST(ChooseFolderByStrictAX, WrapsThatThePanelShowsAnotherFolderBeforeThePress) 
     const auto& last = world.desktop.record().lines();
     const auto* request =
         last.empty() ? nullptr : std::get_if<simulator::AccessibilityRequest>(&last.back().entry);
-    const bool isPress =
-        request != nullptr && request->role == "AXButton" && request->name == "AXTitle";
+    // Its title without its value is what tells a Choose button.
+    const auto asked = request != nullptr ? request->names : std::vector<std::string>();
+    const bool isPress = request != nullptr && request->role == "AXButton" &&
+                         std::ranges::count(asked, "AXTitle") > 0 &&
+                         std::ranges::count(asked, "AXValue") == 0;
     if (isPress) popup.set("AXValue", std::string("lib"));
     if (!isPress) world.desktop.schedule(0.0001, watch);
   };

@@ -204,7 +204,9 @@ TEST(DialogControls, TellsAWideConfirmableFieldByWidthAndAction) {
     field.setFrame({0, 0, width, 22});
     field.addAction("AXPress", [] { return simulator::ax::success; });
     field.addAction(action, [] { return simulator::ax::success; });
-    return isWideConfirmableField(dialog.BareDesktop::handle(field));
+    const Element handle = dialog.BareDesktop::handle(field);
+    const AttributeNames asked({"AXRole", "AXPosition", "AXSize"});
+    return isWideConfirmableField(ElementValues(handle, asked));
   };
   EXPECT_TRUE(fits(120, "AXConfirm"));
   EXPECT_FALSE(fits(119, "AXConfirm"));

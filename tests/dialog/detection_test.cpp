@@ -1,4 +1,5 @@
 #include "dialog/detection.h"
+#include "dialog/dialog_wait.h"
 
 #include <gmock/gmock.h>
 

@@ -70,14 +70,14 @@ TEST(Traversal, LosesLaterChildrenFirstWhenTheBudgetIsFull) {
   }
 }
 
-TEST(Traversal, NeverReturnsMoreThanTheBudgetOrReadsMoreElements) {
+TEST(Traversal, NeverReturnsMoreThanTheBudgetAndAsksForNoChildrenBeyondIt) {
   BareDesktop world;
   addSiblings(world.app(), 2000);
   const Element root = world.appHandle();
   EXPECT_EQ(breadthFirstNodes(root).size(), 1800U);
-  EXPECT_EQ(requestsFor(world.desktop.record(), "AXChildren"), 1800);
+  EXPECT_EQ(requestsFor(world.desktop.record(), "AXChildren"), 1);
   EXPECT_EQ(descendants(root).size(), 700U);
-  EXPECT_EQ(requestsFor(world.desktop.record(), "AXChildren"), 1800 + 700);
+  EXPECT_EQ(requestsFor(world.desktop.record(), "AXChildren"), 2);
 }
 
 TEST(Traversal, ReachesEightLevelsBelowTheRootUnlessToldOtherwise) {
@@ -106,13 +106,38 @@ TEST(Traversal, FindsTheFirstNodeThatFitsFromTheRootOn) {
   EXPECT_EQ(found([](const auto&, const auto&) { return false; }), "nothing");
 }
 
-TEST(Traversal, MakesTheWholeWalkBeforeItTestsAnything) {
+TEST(Traversal, AsksNothingOnceItHasFound) {
   SmallTree tree;
-  findFirst(tree.root, [&](const auto&, const auto&) {
-    EXPECT_EQ(requestsFor(tree.desktop.record(), "AXChildren"), 8);
-    return true;
-  });
-  EXPECT_EQ(requestsFor(tree.desktop.record(), "AXChildren"), 8);
+  const auto isB = [](const auto& element, const auto&) { return nameOf(element) == "b"; };
+  EXPECT_EQ(nameOf(findFirst(tree.root, isB)), "b in app");
+  EXPECT_EQ(requestsFor(tree.desktop.record(), "AXChildren"), 3) << "of the root, a and b itself";
+}
+
+TEST(Traversal, AsksEachNodeOnceForAllThatAFinderNames) {
+  SmallTree tree;
+  const auto visited = [&](const WalkLimits& limits) {
+    const auto before = tree.desktop.record().accessibilityRequests();
+    walk(tree.root, limits, {"AXRole", "AXTitle", "AXValue"}, [](const VisitedNode& node) {
+      EXPECT_TRUE((node.role() + node.title() + node.inputValue()).starts_with("AX"));
+      return false;
+    });
+    return tree.desktop.record().accessibilityRequests() - before;
+  };
+  EXPECT_EQ(visited({8, 1800}), smallTreeByLevels.size());
+  EXPECT_EQ(visited({1, 1800}), 3U);
+  EXPECT_EQ(visited({8, 5}), 5U);
+}
+
+TEST(Traversal, SeesOfANarrowerWalkWhatThatWouldVisit) {
+  SmallTree tree;
+  for (const WalkLimits narrow : {WalkLimits{1, 1800}, WalkLimits{8, 4}, WalkLimits{1, 2}}) {
+    Names within;
+    walk(tree.root, {8, 1800}, {}, [&](const VisitedNode& node) {
+      if (node.isWithin(narrow)) within.push_back(nameOf(node.reference()));
+      return false;
+    });
+    EXPECT_EQ(within, namesOf(breadthFirstNodes(tree.root, narrow.maxDepth, narrow.maxNodes)));
+  }
 }
 
 TEST(Traversal, FindsWithinEightLevelsAndSevenHundredNodes) {

@@ -57,15 +57,20 @@ inline std::vector<std::string> namesOf(const std::vector<NodeRef>& nodes) {
   return names;
 }
 
-// How many requests of this verb for this attribute or action were made since the record had
-// `from` lines.
+// How many requests of this verb for this attribute or action, alone or among others, were made
+// since the record had `from` lines.
 inline long requestsFor(
     const simulator::Record& record, const std::string& name, std::size_t from = 0,
     simulator::AccessibilityRequest::Verb verb = simulator::AccessibilityRequest::Verb::copy) {
+  using Verb = simulator::AccessibilityRequest::Verb;
   const auto first = record.lines().begin() + static_cast<std::ptrdiff_t>(from);
   return std::count_if(first, record.lines().end(), [&](const simulator::RecordLine& line) {
     const auto* request = std::get_if<simulator::AccessibilityRequest>(&line.entry);
-    return request != nullptr && request->verb == verb && request->name == name;
+    if (request == nullptr) return false;
+    if (verb == Verb::copy && request->verb == Verb::copySeveral) {
+      return std::ranges::count(request->names, name) > 0;
+    }
+    return request->verb == verb && request->name == name;
   });
 }
 

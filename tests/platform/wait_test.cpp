@@ -125,5 +125,15 @@ TEST(Wait, AnswersInsteadOfThrowingWhenPolling) {
   EXPECT_FALSE(pollUntil(0, 0.3, [] { return true; }));
 }
 
+TEST(Wait, HandsOutWhatASearchFinds) {
+  BareDesktop bare;
+  int searches = 0;
+  const auto third = [&] { return ++searches == 3 ? std::optional(searches) : std::nullopt; };
+  EXPECT_EQ(waitForValue(1, 0.2, third), 3);
+  EXPECT_NEAR(bare.now(), 0.4, 1e-6);
+  const auto nothing = [] { return std::optional<int>(); };
+  EXPECT_EQ(messageOf([&] { waitForValue(0.5, 0.2, nothing); }), "timed out after 0.5s");
+}
+
 }  // namespace
 }  // namespace tessarine::test

@@ -25,7 +25,7 @@ const Patch oldSheet{"/panels/0/goTo", {{"generation", "old"}}};
 // From the click on the first place to the selected row, and the press that confirms.
 const Deeds walkFromPlace{
     "0.000 mouse down 1 (410, 288) -> 900", "0.050 mouse up 1 (410, 288) -> 900",
-    "0.000 set AXSelectedRows of AXOutline in 900", "0.000 set AXFocused of AXOutline in 900"};
+    "0.100 set AXSelectedRows of AXOutline in 900", "0.000 set AXFocused of AXOutline in 900"};
 const Deeds press{"0.000 AXPress of AXButton in 900"};
 
 // The walk by rows given up and the path written to the sheet.
@@ -136,7 +136,7 @@ TEST(ChooseFolderControlsRoutes, OpensTheFolderOnTheWay) {
   EXPECT_EQ(choose(world), chosen(world.target, "hierarchy", "mouse 6, session 0, foreground 0"));
   EXPECT_EQ(transcript(world.world.record()),
             joined({{walkFromPlace[0], walkFromPlace[1]},
-                    opening("0.000", "(650.75, 360)"),
+                    opening("0.100", "(650.75, 360)"),
                     {"0.280 set AXSelectedRows of AXOutline in 900",
                      "0.000 set AXFocused of AXOutline in 900"},
                     press}));
@@ -192,14 +192,14 @@ World::Patches clickingAt(double seconds) {
 }
 
 TEST(ChooseFolderControlsRoutes, GoesThroughTheSheetWhenTheFolderIsLeftAgain) {
-  World world("chinese-service-window", clickingAt(0.42));
+  World world("chinese-service-window", clickingAt(0.3));
   EXPECT_EQ(runChooseFolder(world, "/").outcome, controlled("/", "go-to-folder-ax"));
   EXPECT_EQ(world.panelOutcomes(), "chosen /");
   EXPECT_THAT(transcript(world.record()), Not(Contains(EndsWith("AXShowMenu of AXPopUpButton"))));
 }
 
 TEST(ChooseFolderControlsRoutes, ConfirmsNothingWhenTheFolderIsLeftAfterTheWalk) {
-  World world("chinese-service-window", clickingAt(0.65));
+  World world("chinese-service-window", clickingAt(0.333));
   EXPECT_EQ(runChooseFolder(world, "/").outcome,
             closedByEvents("/", servicePid, servicesWindow,
                            "chooser did not reach target folder before pressing choose: /",

@@ -201,7 +201,7 @@ TEST(ChoosePathOfAFile, TypesThePathIntoAPanelThatComesAfterStaging) {
                     {"keysReach", "host"},
                     {"windowList", {{"hostListedAfterSeconds", 4}}}};
   FilePanel panel("unseen-folders",
-                  {{"/panels/0/windowList/leavesAfterSeconds", 3.2}, {"/panels/1", second}});
+                  {{"/panels/0/windowList/leavesAfterSeconds", 3.4}, {"/panels/1", second}});
   EXPECT_EQ(panel.choose(),
             chosen(keyboardResult(
                 panel.file.path(), {812},
@@ -211,7 +211,7 @@ TEST(ChoosePathOfAFile, TypesThePathIntoAPanelThatComesAfterStaging) {
 }
 
 TEST(ChoosePathOfAFile, FindsThePanelGoneAfterStaging) {
-  FilePanel panel("unseen-folders", {{"/panels/0/windowList/leavesAfterSeconds", 3.2}});
+  FilePanel panel("unseen-folders", {{"/panels/0/windowList/leavesAfterSeconds", 3.4}});
   EXPECT_EQ(panel.choose(), failed("timed out after 2.0s"));
   EXPECT_EQ(panel.file.copies().size(), 1U);
   EXPECT_THAT(postedEventKinds(panel.world.record()), IsEmpty());

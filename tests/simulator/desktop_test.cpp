@@ -477,6 +477,44 @@ TEST_F(DesktopTest, EachPriceIsWhatTheDesktopSays) {
   EXPECT_EQ(desktop.frontmost(), 700);
 }
 
+TEST_F(DesktopTest, SeveralAttributesAreAnsweredInOneRequestEachAtItsPosition) {
+  page_element.set("AXTitle", std::string("Page"));
+  page_element.set("AXHelp", std::monostate{});
+  const CopyAttributes request{page_element.id(), {"AXTitle", "AXNone", "AXRole", "AXHelp"}};
+  EXPECT_EQ(desktop.price(request), 0.0003);
+  const auto lines = desktop.record().lines().size();
+  const Reply reply = desktop.answer(request);
+  EXPECT_EQ(reply.error, ax::success);
+  EXPECT_EQ(reply.value, Value(List{std::string("Page"), AttributeError{ax::attributeUnsupported},
+                                    page_element.role(), AttributeError{ax::noValue}}));
+  ASSERT_EQ(desktop.record().lines().size(), lines + 1);
+  const auto& entry = std::get<AccessibilityRequest>(desktop.record().lines().back().entry);
+  EXPECT_EQ(entry.verb, AccessibilityRequest::Verb::copySeveral);
+  EXPECT_EQ(entry.names, request.names);
+  EXPECT_EQ(entry.error, ax::success);
+}
+
+TEST_F(DesktopTest, SeveralAttributesWaitFailAndAreRefusedAsOneIs) {
+  const CopyAttributes request{page_element.id(), {"AXRole", "AXChildren"}, 0.5};
+  page_element.setReadableFrom(0.3);
+  EXPECT_EQ(desktop.price(request), 0.3);
+  page_element.setReadableFrom(9);
+  EXPECT_EQ(desktop.price(request), 0.5) << "its sender's patience";
+  EXPECT_EQ(desktop.answer(request).error, ax::cannotComplete);
+  page_element.setReadableFrom(0);
+  EXPECT_EQ(desktop.answer(CopyAttributes{{700, 9999}, {"AXRole"}}).error, ax::invalidElement);
+
+  using Verb = AccessibilityRequest::Verb;
+  desktop.faults().refused_requests = {{Verb::copy, ax::failure, "AXChildren"}};
+  EXPECT_EQ(desktop.answer(request).value,
+            Value(List{page_element.role(), AttributeError{ax::failure}}));
+  desktop.faults().refused_requests = {{Verb::copy, ax::failure}};
+  EXPECT_EQ(desktop.answer(request).error, ax::failure);
+  desktop.faults().refused_requests = {{Verb::copySeveral, ax::notImplemented}};
+  EXPECT_EQ(desktop.answer(request).error, ax::notImplemented);
+  EXPECT_EQ(copy(page_element.id(), "AXRole").error, ax::success);
+}
+
 TEST_F(DesktopTest, APressThatTakesLongerThanItsSenderWaitsLandsAnyway) {
   int presses = 0;
   page_element.addAction("AXPress", [&] { return ++presses, ax::success; });

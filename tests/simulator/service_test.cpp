@@ -63,6 +63,12 @@ TEST(Wire, AccessibilityRequestsArriveAsTheyWereSent) {
   EXPECT_EQ(perform.name, "AXPress");
   EXPECT_EQ(sent(CopyAttribute{element, "AXRole"}).patience, std::nullopt);
   EXPECT_EQ(sent(CopyAttribute{element, "AXRole", 0.5}).patience, 0.5);
+  const auto several = sent(CopyAttributes{element, {"AXRole", "AXTitle"}, 0.5});
+  EXPECT_EQ(several.element, element);
+  EXPECT_EQ(several.names, (std::vector<std::string>{"AXRole", "AXTitle"}));
+  EXPECT_EQ(several.patience, 0.5);
+  const Value answer = List{std::string("打开"), AttributeError{ax::noValue}, std::monostate{}};
+  EXPECT_EQ(sentValue(answer), answer);
 }
 
 TEST(Wire, EventsArriveAsTheyWereSent) {

@@ -13,6 +13,7 @@ namespace {
 // requests cannot complete.
 struct EmptyDesktop {
   Reply operator()(const CopyAttribute&) const { return {ax::cannotComplete, {}}; }
+  Reply operator()(const CopyAttributes&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const SetAttribute&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const CopyActionNames&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const PerformAction&) const { return {ax::cannotComplete, {}}; }

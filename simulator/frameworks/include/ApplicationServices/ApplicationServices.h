@@ -14,7 +14,12 @@ enum AXError : std::int32_t {
   kAXErrorCannotComplete = -25204,
   kAXErrorAPIDisabled = -25211,
 };
-enum AXValueType : std::uint32_t { kAXValueTypeCGPoint = 1, kAXValueTypeCGSize = 2 };
+enum AXValueType : std::uint32_t {
+  kAXValueTypeCGPoint = 1,
+  kAXValueTypeCGSize = 2,
+  kAXValueTypeAXError = 5,
+};
+using AXCopyMultipleAttributeOptions = std::uint32_t;  // none is known: 0
 
 extern "C" {
 
@@ -29,12 +34,18 @@ AXUIElementRef AXUIElementCreateSystemWide();
 AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds);
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                       CFTypeRef* value);
+// Hands out an array of as many members as there are attributes, each at its attribute's position:
+// the value, an AXValue of the type kAXValueTypeAXError, or a CFNull.
+AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef attributes,
+                                               AXCopyMultipleAttributeOptions options,
+                                               CFArrayRef* values);
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute,
                                      CFTypeRef value);
 AXError AXUIElementCopyActionNames(AXUIElementRef element, CFArrayRef* names);
 AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 
 CFTypeID AXValueGetTypeID();
+AXValueType AXValueGetType(AXValueRef value);
 Boolean AXValueGetValue(AXValueRef value, AXValueType type, void* out);
 
 }  // extern "C"

@@ -66,6 +66,9 @@ extern const CFBooleanRef kCFBooleanTrue;
 CFTypeID CFBooleanGetTypeID();
 Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
+// Stands for nothing where something has to be, as among the members of an array.
+CFTypeID CFNullGetTypeID();
+
 enum CFURLPathStyle : CFIndex { kCFURLPOSIXPathStyle = 0 };
 
 CFTypeID CFURLGetTypeID();
