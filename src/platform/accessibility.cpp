@@ -27,14 +27,26 @@ int setValue(const Element& element, const std::string& attribute, CFTypeRef val
 }
 
 // The value, null when the element answered that it has none. Throws Unanswered.
-CfRef<CFTypeRef> answeredValue(const Element& element, const std::string& attribute) {
+struct Answer {
+  CfRef<CFTypeRef> value;
+  AXError error;
+};
+
+Answer answerFor(const Element& element, const std::string& attribute) {
   CFTypeRef value = nullptr;
   const auto name = makeCfString(attribute);
   const AXError error = AXUIElementCopyAttributeValue(element.get(), name.get(), &value);
-  if (error == kAXErrorSuccess) return CfRef<CFTypeRef>::adopt(value);
   if (error == kAXErrorInvalidUIElement) throw Unanswered(true);
   if (error == kAXErrorCannotComplete || error == kAXErrorAPIDisabled) throw Unanswered(false);
-  return {};
+  return {CfRef<CFTypeRef>::adopt(error == kAXErrorSuccess ? value : nullptr), error};
+}
+
+CfRef<CFTypeRef> answeredValue(const Element& element, const std::string& attribute) {
+  return answerFor(element, attribute).value;
+}
+
+bool saysThereIsNone(AXError error) {
+  return error == kAXErrorAttributeUnsupported || error == kAXErrorNoValue;
 }
 
 }  // namespace
@@ -144,6 +156,17 @@ std::optional<Element> readElement(const Element& element, const std::string& at
 std::optional<std::vector<Element>> readElements(const Element& element,
                                                  const std::string& attribute) {
   return elementsIn(answeredValue(element, attribute).get());
+}
+
+std::vector<Element> readList(const Element& element, const std::string& attribute) {
+  return readElements(element, attribute).value_or(std::vector<Element>{});
+}
+
+std::optional<std::vector<Element>> readDecisive(const Element& element,
+                                                 const std::string& attribute) {
+  const Answer answer = answerFor(element, attribute);
+  if (answer.error != kAXErrorSuccess && !saysThereIsNone(answer.error)) throw Unanswered(false);
+  return elementsIn(answer.value.get());
 }
 
 std::optional<Rect> readFrame(const Element& element) {

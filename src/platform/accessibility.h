@@ -81,6 +81,12 @@ std::optional<bool> readFlag(const Element& element, const std::string& attribut
 std::optional<Element> readElement(const Element& element, const std::string& attribute);
 std::optional<std::vector<Element>> readElements(const Element& element,
                                                  const std::string& attribute);
+// The elements that a list attribute holds, "AXChildren" as a rule; none when it is absent.
+std::vector<Element> readList(const Element& element, const std::string& attribute = "AXChildren");
+// The same as readElements, but an answer that neither holds the attribute nor says that there is
+// none, such as -25200, throws Unanswered, too.
+std::optional<std::vector<Element>> readDecisive(const Element& element,
+                                                 const std::string& attribute);
 // As axFrame; absent when position or size is.
 std::optional<Rect> readFrame(const Element& element);
 // The path that "AXURL" names, as axURLPath has it; absent for a location without a path.

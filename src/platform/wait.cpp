@@ -14,6 +14,15 @@ bool pollUntil(double timeoutSeconds, double intervalSeconds, const Condition& c
   return false;
 }
 
+bool seenWithin(double timeoutSeconds, double intervalSeconds, const Condition& condition) {
+  const double start = currentTime();
+  while (!condition()) {
+    if (!(currentTime() + intervalSeconds < start + timeoutSeconds)) return false;
+    sleepSeconds(intervalSeconds);
+  }
+  return true;
+}
+
 void waitUntil(double timeoutSeconds, const Condition& condition) {
   waitUntil(timeoutSeconds, defaultPollSeconds, condition);
 }
