@@ -7,6 +7,8 @@
 
 #include "commands/folder_result.h"
 #include "commands/path_result.h"
+#include "commands/verified_confirmation.h"
+#include "commands/verified_error.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/time_budget.h"
@@ -45,29 +47,6 @@ constexpr double readySeconds = 1.5;
 constexpr double kindPollSeconds = 0.1;
 // Measured: a folder is readable when the go-to sheet is gone.
 constexpr double landingSeconds = 1.2;
-// Measured: 0.41 s after the go-to sheet's Return.
-constexpr double enabledSeconds = 2.5;
-constexpr double confirmPollSeconds = 0.05;
-constexpr double closePollSeconds = 0.1;
-constexpr double closeSeconds = 2.0;
-// A press that failed hardly lands later; one that went unanswered does so before its process
-// answers anything else.
-constexpr double failedCloseSeconds = 1.0;
-constexpr double answersAgainSeconds = 6.0;
-constexpr double windowLeavesSeconds = 4.0;
-
-// On one line, as file names may hold line breaks.
-ToolError notVerified(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
-      ' ');
-  return ToolError::actionFailed("not verified: " + text);
-}
-
-std::string processText(const ProcessSurvey& survey, std::int32_t pid) {
-  const std::string name = processName(survey, pid);
-  return (name.empty() ? "process" : name) + " " + std::to_string(pid);
-}
 
 double deadlineFor(double startTime, double timeoutSeconds) {
   return startTime + watchdogSeconds(timeoutSeconds) - reserveSeconds;
@@ -95,10 +74,6 @@ struct SearchState {
   ProcessSurvey survey;
   double lookSeconds = 0;  // that the last look took
 };
-
-bool isRunningProcess(std::int32_t pid) {
-  return applicationState(pid) == ApplicationState::running || !processCommand(pid).empty();
-}
 
 // One look; whether the panel is there with its controls. Throws when there are several.
 bool searchPanel(std::int32_t primaryPid, SearchState& state) {
@@ -137,8 +112,7 @@ FoundPanel findPanel(std::int32_t primaryPid, double timeoutSeconds, double dead
     state.lookSeconds = currentTime() - start;
     return found;
   };
-  const double end = std::min(currentTime() + timeoutSeconds, deadline);
-  if (!ends()) pollUntil(end - currentTime(), searchPollSeconds, ends);
+  seenWithin(std::min(timeoutSeconds, deadline - currentTime()), searchPollSeconds, ends);
   if (found) return *state.found;
   const std::string browser = processText(state.survey, primaryPid);
   if (!state.answered) throw notVerified(browser + " does not answer");
@@ -191,15 +165,10 @@ PanelChoice choiceOf(const FoundPanel& found, std::int32_t primaryPid, const Tar
   return {.panel = found.root,
           .parts = found.parts,
           .target = target,
-          .isFolderPanel = false,
           .keyPids = keyPids,
           .isAlone = isAlone,
           .hasNoNewWindow = hasNoNewWindow,
-          .deadline = deadline,
-          .sheetTakers = {},
-          .returnUnderWay = false,
-          .lastSight = {},
-          .problem = {}};
+          .deadline = deadline};
 }
 
 // --- The panel's kind. ---
@@ -224,8 +193,9 @@ PanelKind kindSeen(PanelChoice& choice) {
 void refuseOtherKind(PanelChoice& choice) {
   PanelKind kind = kindSeen(choice);
   const auto staysDisabled = [&] {
-    const Condition isReady = [&] { return (kind = kindSeen(choice)) != PanelKind::files; };
-    return !pollUntil(withinDeadline(choice, readySeconds), kindPollSeconds, isReady);
+    const Condition isReady = [&] { return (kind = kindSeen(choice)) == PanelKind::folders; };
+    return !pollUntil(withinDeadline(choice, readySeconds), kindPollSeconds, isReady) &&
+           kind == PanelKind::files;
   };
   if (kind == PanelKind::files && choice.target.isFolder && staysDisabled()) {
     throw notVerified("a folder for a file panel: " + choice.target.path);
@@ -270,149 +240,6 @@ void moveToTarget(PanelChoice& choice) {
   walk(choice);
 }
 
-// --- Confirming. ---
-
-bool confirmIsEnabled(PanelChoice& choice) {
-  return choice.parts.confirmButton && holds(choice, [&] {
-           return readFlag(*choice.parts.confirmButton, "AXEnabled").value_or(true);
-         });
-}
-
-std::string sightText(const PanelChoice& choice) {
-  return choice.lastSight ? describe(*choice.lastSight) : "nothing that could be read";
-}
-
-// What was seen, and that it was so still when the button was about to be pressed.
-struct ProvenSight {
-  PanelSight sight;
-  Proof proof;
-};
-
-std::optional<ProvenSight> lookForTheLastTime(PanelChoice& choice) {
-  if (!confirmIsEnabled(choice)) {
-    closeGoToSheet(choice);  // one that opened late, while nobody waited for it
-    return {};
-  }
-  const auto sight = glance(choice);
-  const auto proof = sight ? proofOf(*sight, choice.target) : std::nullopt;
-  if (!proof || !confirmIsEnabled(choice)) return {};
-  // Without a list that names its selection there is nothing to look at again.
-  const bool same =
-      !sight->list || holds(choice, [&] { return stillAsSeen(*sight, choice.parts); });
-  if (!same) return {};
-  return ProvenSight{*sight, *proof};
-}
-
-// "the panel shows /a, not /b (no go-to sheet opened; /b is not listed in /)"
-std::string mismatchText(const PanelChoice& choice) {
-  const std::string why = choice.problem.empty() ? "" : " (" + choice.problem + ")";
-  return "the panel shows " + sightText(choice) + ", not " + choice.target.path + why;
-}
-
-// A Return of which nothing was seen may still come to something.
-std::string afterReturnText(const PanelChoice& choice) {
-  return choice.returnUnderWay ? ": what it will choose is unknown" : "";
-}
-
-ProvenSight waitUntilProven(PanelChoice& choice) {
-  std::optional<ProvenSight> proven;
-  const Condition look = [&] { return (proven = lookForTheLastTime(choice)).has_value(); };
-  const double seconds = choice.problem.empty() ? enabledSeconds : 0;
-  if (look() || pollUntil(withinDeadline(choice, seconds), confirmPollSeconds, look)) {
-    return *proven;
-  }
-  if (!proofWithin(choice, 0)) throw notVerified(mismatchText(choice) + afterReturnText(choice));
-  throw notVerified("the panel shows " + choice.target.path +
-                    ", but its confirm button is disabled" + afterReturnText(choice));
-}
-
-// The panel may still be read for a moment after the press landed, which took a while: whoever
-// changed what it shows meanwhile has changed what it chose.
-void refuseOtherSight(const PanelChoice& choice, const PanelSight& before) {
-  if (!showsOtherwise(before, choice.parts, choice.target)) return;
-  throw notVerified("the panel did not show " + choice.target.path +
-                    " any more when it was confirmed: what it chose is unknown");
-}
-
-// --- WatchedClose. ---
-
-struct WatchedClose {
-  std::vector<PanelWindowRef> windows;  // listed at the panel's place before it was confirmed
-  double seconds = 0;
-};
-
-std::vector<PanelWindowRef> windowsOfPanel(const PanelChoice& choice) {
-  std::optional<Rect> frame;
-  holds(choice, [&] { return (frame = readFrame(choice.panel.element)).has_value(); });
-  const auto windows = frame ? listedWindows() : std::nullopt;
-  if (!windows) return {};
-  return windowsAt(*windows, choice.keyPids, *frame);
-}
-
-bool isListed(const std::vector<PanelWindowRef>& windows, std::uint32_t number) {
-  return std::any_of(windows.begin(), windows.end(),
-                     [&](const PanelWindowRef& window) { return window.windowID == number; });
-}
-
-// The panel's window that is listed still: one of a process none of whose windows at the panel's
-// place has left, as another panel of it may stand there, too. A list that cannot be had lists all.
-std::optional<std::uint32_t> listedStill(const std::vector<PanelWindowRef>& before) {
-  if (before.empty()) return {};
-  const auto now = listedWindows().value_or(before);
-  for (const PanelWindowRef& window : before) {
-    const bool stays = std::all_of(before.begin(), before.end(), [&](const PanelWindowRef& other) {
-      return other.pid != window.pid || isListed(now, other.windowID);
-    });
-    if (stays) return window.windowID;
-  }
-  return {};
-}
-
-void waitForVerifiedClose(const PanelChoice& choice, const WatchedClose& closing,
-                          std::int32_t primaryPid) {
-  const Condition gone = [&] { return isGone(choice.panel.element); };
-  if (!gone() && !pollUntil(withinDeadline(choice, closing.seconds), closePollSeconds, gone)) {
-    throw notVerified("the panel did not close within " + formatDouble(closing.seconds) +
-                      "s after it was confirmed: what it will choose is unknown");
-  }
-  std::optional<std::uint32_t> listed = listedStill(closing.windows);
-  if (listed) {
-    pollUntil(withinDeadline(choice, windowLeavesSeconds), closePollSeconds,
-              [&] { return !(listed = listedStill(closing.windows)); });
-  }
-  if (listed) {
-    throw notVerified("the panel is gone, but its window " + std::to_string(*listed) +
-                      " is still listed: what it chose is unknown");
-  }
-  if (!isRunningProcess(primaryPid)) {
-    throw notVerified("the browser " + std::to_string(primaryPid) +
-                      " ended with its panel: what it chose is unknown");
-  }
-}
-
-void awaitAnswer(const PanelChoice& choice) {
-  const Condition answers = [&] { return answersNow(choice.panel.element); };
-  if (!answers()) pollUntil(withinDeadline(choice, answersAgainSeconds), closePollSeconds, answers);
-}
-
-Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
-  WatchedClose closing{helperAnswers ? windowsOfPanel(choice) : std::vector<PanelWindowRef>{}};
-  const ProvenSight proven = waitUntilProven(choice);
-  const int answer = performAction("AXPress", *choice.parts.confirmButton);
-  refuseOtherSight(choice, proven.sight);
-  if (answer == kAXErrorInvalidUIElement && isGone(choice.panel.element)) {
-    throw notVerified(
-        "the panel was gone before its confirm button was pressed: what it chose is unknown");
-  }
-  if (answer == kAXErrorCannotComplete) awaitAnswer(choice);
-  const bool failed = answer != kAXErrorSuccess && answer != kAXErrorCannotComplete;
-  closing.seconds = failed ? failedCloseSeconds : closeSeconds;
-  // What was pressed is awaited, also at the end of the time.
-  choice.deadline = std::max(choice.deadline, currentTime() + closeSeconds);
-  waitForVerifiedClose(choice, closing, primaryPid);
-  return proven.proof;
-}
-
 // --- The whole. ---
 
 std::string timeIsUpText(const PanelChoice& choice) {
@@ -423,30 +250,32 @@ std::string timeIsUpText(const PanelChoice& choice) {
   return "the time is up, and " + text + afterReturnText(choice);
 }
 
-// Best effort, for errors: what was opened is closed.
-void tidySheet(PanelChoice& choice) {
-  if (choice.sheetTakers.empty()) return;
+// For errors: what was opened is closed. What is to be said of it besides.
+std::string tidySheet(PanelChoice& choice) {
+  if (choice.sheetTakers.empty()) return {};
   choice.deadline = currentTime() + tidySeconds;
   try {
-    closeGoToSheet(choice);
+    return closeGoToSheet(choice) ? "" : "; its go-to sheet is still open";
   } catch (const PanelGone&) {
+    return "; it has closed since: what it chose is unknown";
   } catch (const TimeIsUp&) {
+    return {};
   }
 }
 
-Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAnswers) {
+Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, const ProcessSurvey& survey) {
   try {
     refuseOtherKind(choice);
     moveToTarget(choice);
-    return confirmPanel(choice, primaryPid, helperAnswers);
+    return confirmPanel(choice, primaryPid, survey.windows);
   } catch (const PanelGone&) {
     throw notVerified("the panel closed before it was verified: what it chose is unknown");
   } catch (const TimeIsUp&) {
-    tidySheet(choice);
-    throw notVerified(timeIsUpText(choice));
-  } catch (const ToolError&) {
-    tidySheet(choice);
-    throw;
+    const std::string text = timeIsUpText(choice);
+    throw notVerified(text + tidySheet(choice));
+  } catch (const ToolError& error) {
+    if (isGone(choice.panel.element)) throw;
+    throw ToolError::actionFailed(error.what() + tidySheet(choice));
   }
 }
 
@@ -454,9 +283,8 @@ Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, bool helperAns
 // meanwhile stays in front.
 void putFrontmostBack(std::optional<std::int32_t> before, const std::vector<std::int32_t>& panels) {
   const auto now = frontmostApplicationPid();
-  if (!before || !now || now == before) return;
-  if (!hasPID(panels, *now)) return;
-  restoreFrontmostApplication(*before);
+  if (!before || !now || now == before || !hasPID(panels, *now)) return;
+  if (applicationState(*before) == ApplicationState::running) activateApplication(*before);
 }
 
 VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Target& target,
@@ -474,8 +302,7 @@ VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Targe
   const FoundPanel found = findPanel(primaryPid, timeoutSeconds, deadline);
   PanelChoice choice = choiceOf(found, primaryPid, target, deadline);
   panelPids = choice.keyPids;
-  const bool helperAnswers = found.survey.windows.has_value();
-  const Proof proof = chooseInPanel(choice, primaryPid, helperAnswers);
+  const Proof proof = chooseInPanel(choice, primaryPid, found.survey);
   return {found.root.owner.pid, found.root.owner.label,
           proof == Proof::folderShown ? "folder shown" : "entry selected", target.path};
 }

@@ -20,9 +20,9 @@ struct VerifiedChoice {
 };
 
 // Makes the browser's panel choose the file or folder, which exists. Waits up to `timeoutSeconds`
-// for the panel and its controls, at least one look; the whole ends 4 s before the watchdog would.
-// The application that was frontmost is frontmost again afterwards, if one of the panel's processes
-// has come to the front meanwhile.
+// for the panel and its controls, at least one look; nothing is begun later than 4 s before the
+// watchdog. The application that was frontmost is frontmost again afterwards, if one of the panel's
+// processes has come to the front meanwhile.
 //
 // Throws ToolError actionFailed, always one line (line breaks in paths become blanks), which begins
 // with "not verified: " and goes on with one of these; BROWSER is its name and pid ("Google Chrome
@@ -35,18 +35,23 @@ struct VerifiedChoice {
 //   with the service's name and pid for a panel that it alone shows
 //   "a folder for a file panel: PATH", "a file for a folder panel: PATH"
 //   "the panel shows WHAT, not PATH (WHY)"
-//   "the panel shows PATH, but its confirm button is disabled"
+//   "the panel shows PATH, but its confirm button is disabled", "... is gone", "the panel shows
+//   PATH, but it changes", "... but somebody is at work in it"
 //   "the time is up, and the panel shows WHAT, not PATH (WHY)",
-//   "the time is up, and the panel, which shows PATH, is not confirmed"; these four followed by
+//   "the time is up, and the panel, which shows PATH, is not confirmed"; all these followed by
 //   ": what it will choose is unknown" when the go-to sheet's Return may still come to something
 //   "the panel closed before it was verified: what it chose is unknown"
 //   "the panel was gone before its confirm button was pressed: what it chose is unknown"
 //   "the panel did not show PATH any more when it was confirmed: what it chose is unknown"
-//   "the panel did not close within SECONDSs after it was confirmed: what it will choose is " +
-//   "unknown"
+//   "the confirm button was gone before it was pressed: what the panel will choose is unknown"
+//   "the panel did not close within SECONDSs after its button was pressed: what it will choose " +
+//   "is unknown"
+//   "somebody pressed a key or a button in PID while it was confirmed: what it chose is unknown"
 //   "the panel is gone, but its window NUMBER is still listed: what it chose is unknown"
 //   "the browser PID ended with its panel: what it chose is unknown"
-// The panel stays open unless it closed itself; a go-to sheet that was opened is closed again.
+// The panel stays open unless it closed itself; a go-to sheet that was opened is closed again, or
+// the message ends in "; its go-to sheet is still open". When the panel goes while it is tidied the
+// message ends in "; it has closed since: what it chose is unknown".
 VerifiedChoice chooseVerified(std::int32_t primaryPid, const std::string& targetPath,
                               double timeoutSeconds);
 

@@ -38,7 +38,7 @@ struct PartNode {
 // The elements below the root, itself left out, level by level.
 std::vector<PartNode> partNodes(const Element& root) {
   std::vector<PartNode> nodes;
-  std::vector<Element> level = readElements(root, "AXChildren").value_or(std::vector<Element>{});
+  std::vector<Element> level = readList(root);
   for (std::size_t depth = 1; depth <= deepestPart && !level.empty(); ++depth) {
     std::vector<Element> next;
     for (const Element& element : level) {
@@ -46,7 +46,7 @@ std::vector<PartNode> partNodes(const Element& root) {
       const std::string role = readText(element, "AXRole").value_or("");
       nodes.push_back({element, role, readText(element, "AXIdentifier").value_or("")});
       if (!isContainerRole(role) || role == "AXSheet") continue;
-      const auto children = readElements(element, "AXChildren").value_or(std::vector<Element>{});
+      const auto children = readList(element);
       next.insert(next.end(), children.begin(), children.end());
     }
     level = std::move(next);
@@ -151,9 +151,7 @@ PanelParts panelParts(const Element& root) {
   const auto nodes = partNodes(root);
   PanelParts parts;
   for (const PartNode& node : nodes) takeIdentified(node, parts);
-  const bool identified = std::any_of(nodes.begin(), nodes.end(), [](const PartNode& node) {
-    return !node.identifier.empty() && node.role != "AXSheet";
-  });
+  const bool identified = parts.confirmButton || parts.cancelButton || parts.listing;
   if (identified) {
     takeSidebar(nodes, parts);
     return parts;

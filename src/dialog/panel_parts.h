@@ -27,9 +27,10 @@ struct PanelParts {
 };
 
 // One bounded walk: seven levels, 250 elements, into containers alone, not into sheets that hang
-// from the root, nor into listings and their rows. Without any identifier the buttons are known by
-// the titles of Choose and Cancel buttons, and the listing by its description ("list view",
-// "列表视图"), or else as the one to the right of another. Throws Unanswered.
+// from the root, nor into listings and their rows. Where neither the buttons nor the listing have
+// their identifiers, the buttons are known by the titles of Choose and Cancel buttons, and the
+// listing by its description ("list view", "列表视图"), or else as the one to the right of another.
+// Throws Unanswered.
 PanelParts panelParts(const Element& root);
 
 // Whether elements of this role hold others that are worth a look: windows, groups, areas.

@@ -15,7 +15,6 @@
 namespace tessarine {
 namespace {
 
-constexpr const char* panelIdentifier = "open-panel";
 constexpr std::array<std::string_view, 3> titledRoles{"AXWindow", "AXSheet", "AXDialog"};
 constexpr int deepestRoot = 3;
 constexpr std::size_t mostRootNodes = 150;
@@ -24,17 +23,13 @@ constexpr std::size_t mostButtonNodes = 360;
 
 using Elements = std::vector<Element>;
 
-Elements childrenOf(const Element& element) {
-  return readElements(element, "AXChildren").value_or(Elements{});
-}
-
 bool isAmongElements(const Elements& elements, const Element& element) {
   return std::find(elements.begin(), elements.end(), element) != elements.end();
 }
 
 // All windows that the application shows, the focused and the main one among them.
 Elements shownWindows(const Element& app) {
-  Elements windows = readElements(app, "AXWindows").value_or(Elements{});
+  Elements windows = readList(app, "AXWindows");
   for (const char* attribute : {"AXFocusedWindow", "AXMainWindow"}) {
     const auto window = readElement(app, attribute);
     if (window && !isAmongElements(windows, *window)) windows.push_back(*window);
@@ -79,7 +74,7 @@ void findRoots(const Element& window, FoundRoots& found) {
     if (!isContainerRole(role)) continue;
     noteRoot(entry.element, role, found);
     if (entry.depth == deepestRoot || isAmongElements(found.identified, entry.element)) continue;
-    for (const Element& child : childrenOf(entry.element)) {
+    for (const Element& child : readList(entry.element)) {
       queue.push_back({child, entry.depth + 1});
     }
   }
@@ -96,7 +91,7 @@ Elements cancelButtonsIn(const Element& window) {
       if (++visited > mostButtonNodes) return buttons;
       const std::string role = readText(element, "AXRole").value_or("");
       if (isContainerRole(role)) {
-        const Elements children = childrenOf(element);
+        const Elements children = readList(element);
         next.insert(next.end(), children.begin(), children.end());
       } else if (role == "AXButton" && hasCancelTitle(element)) {
         buttons.push_back(element);
@@ -112,12 +107,15 @@ bool isChooser(const Element& element) {
   return parts.complete() && parts.cancelButton && subtreeHasChooserSignature(element);
 }
 
-// The innermost chooser around the button. The window itself is none, as it outlives the chooser.
+// The innermost chooser around the button. A window that is no dialog is none, as it outlives the
+// chooser.
 std::optional<Element> chooserAround(const Element& button, const Element& window) {
   for (const NodeRef& node : ancestorChain({button, axParent(button)})) {
-    if (node.element == window) return {};
-    if (isContainerRole(readText(node.element, "AXRole").value_or("")) && isChooser(node.element))
-      return node.element;
+    const Element& element = node.element;
+    if (element == window && readText(window, "AXSubrole") != "AXDialog") return {};
+    if (isContainerRole(readText(element, "AXRole").value_or("")) && isChooser(element))
+      return element;
+    if (element == window) return {};
   }
   return {};
 }
@@ -161,8 +159,8 @@ bool showOnePanel(const ProcessSurvey& survey, const Element& one, const Element
   const auto frame = readFrame(one);
   const auto otherFrame = readFrame(other);
   if (!frame || !otherFrame || !rectsEqual(*frame, *otherFrame)) return false;
-  const Elements contents = childrenOf(one);
-  const Elements otherContents = childrenOf(other);
+  const Elements contents = readList(one);
+  const Elements otherContents = readList(other);
   const bool shared = std::any_of(contents.begin(), contents.end(), [&](const Element& element) {
     return isAmongElements(otherContents, element);
   });
@@ -258,27 +256,23 @@ std::vector<std::int32_t> panelServicesByPlace(const ProcessSurvey& survey,
 }
 
 std::string panelCounts(const ProcessSurvey& survey, const std::vector<PanelRoot>& panels) {
-  std::vector<std::pair<std::int32_t, int>> counts;
+  std::vector<std::pair<AppRef, int>> counts;
   for (const PanelRoot& panel : panels) {
     const auto same = std::find_if(counts.begin(), counts.end(), [&](const auto& count) {
-      return count.first == panel.owner.pid;
+      return count.first.pid == panel.owner.pid;
     });
     if (same == counts.end()) {
-      counts.emplace_back(panel.owner.pid, 1);
+      counts.emplace_back(panel.owner, 1);
     } else {
       ++same->second;
     }
   }
   std::string text;
-  for (const auto& [pid, count] : counts) {
-    const bool service =
-        std::any_of(panels.begin(), panels.end(), [&, id = pid](const auto& panel) {
-          return panel.owner.pid == id && panel.owner.label == panelServiceLabel;
-        });
-    const std::string name = service ? "panel service" : processName(survey, pid);
-    if (!text.empty()) text += ", ";
-    text += (name.empty() ? "process" : name) + " " + std::to_string(pid) + ": " +
-            std::to_string(count);
+  for (const auto& [app, count] : counts) {
+    const std::string where = app.label == panelServiceLabel
+                                  ? "panel service " + std::to_string(app.pid)
+                                  : processText(survey, app.pid);
+    text += (text.empty() ? "" : ", ") + where + ": " + std::to_string(count);
   }
   return text;
 }

@@ -16,6 +16,8 @@
 
 namespace tessarine {
 
+inline constexpr const char* panelIdentifier = "open-panel";
+
 struct PanelRoot {
   Element element;
   AppRef owner;             // the application in whose tree it was found
@@ -25,7 +27,8 @@ struct PanelRoot {
 // The roots in one application's tree: its windows, the focused and the main one, and what stands
 // below them down to three levels, 150 elements of each, without pages, tool bars and listings. A
 // chooser without identifier or title that is embedded in a window of the browser is the innermost
-// element around a Cancel button that has the chooser's signature and a panel's controls; no more
+// element around a Cancel button that has the chooser's signature and a panel's controls, a window
+// only when it is a dialog; no more
 // than eight levels and 360 elements of a window are searched for the button, pages and listings
 // not at all. Throws Unanswered.
 std::vector<PanelRoot> panelRootsIn(const AppRef& app);

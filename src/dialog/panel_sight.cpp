@@ -20,14 +20,10 @@ constexpr std::size_t mostSelfTelling = 200;
 
 using Elements = std::vector<Element>;
 
-Elements membersOf(const Element& element, const char* attribute) {
-  return readElements(element, attribute).value_or(Elements{});
-}
-
 // The list of a column: the column itself or what it scrolls.
 std::optional<Element> listOfColumn(const Element& column) {
   if (readText(column, "AXRole") == "AXList") return column;
-  for (const Element& child : membersOf(column, "AXChildren")) {
+  for (const Element& child : readList(column)) {
     if (readText(child, "AXRole") == "AXList") return child;
   }
   return {};
@@ -36,19 +32,25 @@ std::optional<Element> listOfColumn(const Element& column) {
 // The deepest column with something in it. An empty folder has no column.
 std::optional<Element> decisiveColumn(const Element& browser) {
   auto columns = readElements(browser, "AXColumns");
-  if (!columns) columns = membersOf(browser, "AXChildren");
+  if (!columns) columns = readList(browser);
   for (auto column = columns->rbegin(); column != columns->rend(); ++column) {
     const auto list = listOfColumn(*column);
-    if (list && !membersOf(*list, "AXChildren").empty()) return list;
+    if (list && !readList(*list).empty()) return list;
   }
   return {};
+}
+
+// The list whose entries and whose selection count.
+std::optional<Element> decisiveList(const PanelParts& parts) {
+  const bool columns = parts.listing && parts.view == ListingView::columns;
+  return columns ? decisiveColumn(*parts.listing) : parts.listing;
 }
 
 Elements entriesOf(const Element& list, ListingView view) {
   if (view == ListingView::list) {
     if (auto rows = readElements(list, "AXRows")) return *rows;
   }
-  return membersOf(list, "AXChildren");
+  return readList(list);
 }
 
 // `way` is the way to the element, and then to the one that has a location.
@@ -57,7 +59,7 @@ std::optional<std::string> locationBelow(const Element& element, std::vector<std
   if (++asked > mostEntryElements) return {};
   if (auto location = readLocation(element)) return location;
   if (way.size() == deepestEntryElement) return {};
-  const Elements children = membersOf(element, "AXChildren");
+  const Elements children = readList(element);
   for (std::size_t i = 0; i < children.size(); ++i) {
     way.push_back(i);
     if (auto location = locationBelow(children[i], way, asked)) return location;
@@ -68,7 +70,7 @@ std::optional<std::string> locationBelow(const Element& element, std::vector<std
 
 std::optional<std::string> locationAlong(Element element, const std::vector<std::size_t>& way) {
   for (const std::size_t index : way) {
-    const Elements children = membersOf(element, "AXChildren");
+    const Elements children = readList(element);
     if (index >= children.size()) return {};
     element = children[index];
   }
@@ -108,7 +110,7 @@ void seeSelection(const Element& list, ListingView view, PanelSight& sight) {
   std::array<const char*, 2> attributes{"AXSelectedRows", "AXSelectedChildren"};
   if (view != ListingView::list) std::swap(attributes[0], attributes[1]);
   for (const char* attribute : attributes) {
-    const auto selection = readElements(list, attribute);
+    const auto selection = readDecisive(list, attribute);
     if (!selection) continue;
     sight.selectionKnown = true;
     sight.selection = *selection;
@@ -127,22 +129,23 @@ std::string textOf(const std::optional<Element>& element) {
   return element ? readText(*element, "AXValue").value_or("") : std::string();
 }
 
-// Whether the pop-up calls what is shown by another name than that of the path, which is one
-// spelling of the target's.
-bool isCalledOtherwise(const PanelSight& sight, const std::string& path, const Target& target) {
-  return !sight.folderName.empty() && !isNameOf(sight.folderName, path) &&
-         !isNameOf(sight.folderName, target.path);
+// Whether the pop-up calls what is shown by the name of the path, which is one spelling of the
+// target's. A list tells without a name, too; columns do not, where the last may be hidden.
+bool isCalledSo(const PanelSight& sight, const std::string& path, const Target& target) {
+  const std::string& name = sight.folderName;
+  if (name.empty()) return sight.view != ListingView::columns;
+  return isNameOf(name, path) || isNameOf(name, target.path);
 }
 
 bool showsFolder(const PanelSight& sight, const Target& target) {
   if (!target.isFolder || !sight.folder || sight.searching) return false;
-  return sameFile(*sight.folder, target.path) && !isCalledOtherwise(sight, *sight.folder, target);
+  return sameFile(*sight.folder, target.path) && isCalledSo(sight, *sight.folder, target);
 }
 
 bool hasSelected(const PanelSight& sight, const Target& target) {
   if (!sight.selected || !sameFile(*sight.selected, target.path)) return false;
   const bool alsoShown = target.isFolder && sight.view == ListingView::columns;
-  return !alsoShown || !isCalledOtherwise(sight, *sight.selected, target);
+  return !alsoShown || isCalledSo(sight, *sight.selected, target);
 }
 
 // What is read, unless it does not answer.
@@ -161,21 +164,21 @@ bool isSelectionOf(const Elements& selection, const Target& target) {
   return location && *location && sameFile(**location, target.path);
 }
 
-bool selectsOtherwise(const PanelSight& before, const Target& target) {
+bool selectsOtherwise(const PanelSight& before, const Element& list, const Target& target) {
   if (!before.list) return false;
   const auto selection =
-      unlessUnanswered([&] { return membersOf(*before.list, before.selectionAttribute.c_str()); });
+      unlessUnanswered([&] { return readList(list, before.selectionAttribute); });
   if (!selection || *selection == before.selection) return false;
   // A listing that was built anew selects the same by another element.
   return before.selection.empty() || !isSelectionOf(*selection, target);
 }
 
 // The listing was built anew, and its last entry, which is no header, stands in another folder.
-bool listsOtherwise(const PanelSight& before) {
-  if (!before.witness || !before.list || !before.folder) return false;
+bool listsOtherwise(const PanelSight& before, const Element& list) {
+  if (!before.witness || !before.folder) return false;
   const bool rebuilt = unlessUnanswered([&] { return isGone(*before.witness); }).value_or(false);
   if (!rebuilt) return false;
-  const auto entries = unlessUnanswered([&] { return entriesOf(*before.list, before.view); });
+  const auto entries = unlessUnanswered([&] { return entriesOf(list, before.view); });
   if (!entries || entries->empty()) return false;
   const auto location = unlessUnanswered([&] { return entryLocation(entries->back()); });
   return location && *location && !sameFile(parentDirectory(**location), *before.folder);
@@ -188,9 +191,7 @@ PanelSight lookAt(const PanelParts& parts) {
   sight.view = parts.view;
   sight.folderName = textOf(parts.locationPopup);
   sight.searching = !textOf(parts.searchField).empty();
-  if (!parts.listing) return sight;
-  const bool columns = parts.view == ListingView::columns;
-  const auto list = columns ? decisiveColumn(*parts.listing) : parts.listing;
+  const auto list = decisiveList(parts);
   if (!list) return sight;
   sight.entries = entriesOf(*list, parts.view);
   seeFolder(parts.view, sight);
@@ -213,8 +214,10 @@ bool showsOtherwise(const PanelSight& before, const PanelParts& parts, const Tar
   const auto name = unlessUnanswered([&] { return textOf(parts.locationPopup); });
   const bool renamed = name && *name != before.folderName;
   // Where an entry is selected it is taken, whatever folder is shown.
-  return (renamed && before.selection.empty()) || selectsOtherwise(before, target) ||
-         listsOtherwise(before);
+  if (renamed && before.selection.empty()) return true;
+  const auto answer = unlessUnanswered([&] { return decisiveList(parts); });
+  const auto list = answer.value_or(std::nullopt);
+  return list && (selectsOtherwise(before, *list, target) || listsOtherwise(before, *list));
 }
 
 std::optional<Proof> proofOf(const PanelSight& sight, const Target& target) {

@@ -48,9 +48,9 @@ struct PanelSight {
 // read is never taken for what is there.
 PanelSight lookAt(const PanelParts& parts);
 
-// Whether the entries, the folder's name and the selection are still those of the look: three
-// requests, the selection last. False also when the look cannot be repeated so. Throws Unanswered,
-// gone when the listing was built anew meanwhile.
+// Whether an entry is still there, and the folder's name and the selection are those of the look:
+// three requests, the selection last. False also when the look cannot be repeated so. Throws
+// Unanswered, gone when the listing was built anew meanwhile.
 bool stillAsSeen(const PanelSight& sight, const PanelParts& parts);
 
 // Whether a panel may show the name for what stands at the path: its last component, or what the

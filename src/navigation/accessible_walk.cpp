@@ -37,10 +37,6 @@ constexpr std::array<const char*, 2> openingActions{"AXOpen", "AXPress"};
 using Elements = std::vector<Element>;
 using Paths = std::vector<std::string>;
 
-Elements childElements(const Element& element) {
-  return readElements(element, "AXChildren").value_or(Elements{});
-}
-
 // The path itself last, the folders around it before it, "/" first.
 Paths pathsTo(const std::string& path) {
   Paths paths;
@@ -58,11 +54,6 @@ std::optional<std::size_t> depthOf(const Paths& paths, const std::string& locati
     if (sameFile(location, paths[depth])) return depth;
   }
   return {};
-}
-
-bool offersAction(const Element& element, const char* action) {
-  const auto actions = axActions(element);
-  return std::find(actions.begin(), actions.end(), action) != actions.end();
 }
 
 // The element and what stands below it, parents first, no more than a dozen.
@@ -103,7 +94,7 @@ std::optional<Element> waitForEntry(PanelChoice& choice, const std::string& path
     holds(choice, [&] { return (entry = entryAt(*sight, path, choice.deadline)).has_value(); });
     return entry.has_value();
   };
-  if (!look()) pollUntil(withinDeadline(choice, entryListedSeconds), walkPollSeconds, look);
+  seenWithin(withinDeadline(choice, entryListedSeconds), walkPollSeconds, look);
   return entry;
 }
 
@@ -145,7 +136,7 @@ bool selectEntry(PanelChoice& choice, const Element& entry, const Condition& wor
     if (!mayActOn(choice, entry)) return false;
     writeSelection(write, list, entry);
     const double seconds = withinDeadline(choice, entrySelectedSeconds);
-    if (worked() || pollUntil(seconds, walkPollSeconds, worked)) return true;
+    if (seenWithin(seconds, walkPollSeconds, worked)) return true;
   }
   return false;
 }
@@ -154,7 +145,7 @@ bool selectEntry(PanelChoice& choice, const Element& entry, const Condition& wor
 bool performOpening(PanelChoice& choice, const Element& entry, const std::string& folder) {
   for (const char* action : openingActions) {
     for (const Element& element : actingElements(entry)) {
-      if (!mayActOn(choice, element) || !offersAction(element, action)) continue;
+      if (!mayActOn(choice, element) || !axOffers(element, action)) continue;
       if (!entryNames(choice, entry, folder)) return showsWithin(choice, folder, 0);
       performAction(action, element);
       if (showsWithin(choice, folder, folderOpensSeconds)) return true;
@@ -213,7 +204,7 @@ bool showPlace(PanelChoice& choice, const Element& row, const std::string& folde
   if (shown()) return true;
   for (const char* action : openingActions) {
     for (const Element& element : actingElements(row)) {
-      if (!mayActOn(choice, element) || !offersAction(element, action)) continue;
+      if (!mayActOn(choice, element) || !axOffers(element, action)) continue;
       performAction(action, element);
       if (shown()) return true;
     }
@@ -227,11 +218,11 @@ Elements placeRows(const PanelChoice& choice) {
   if (!choice.parts.sidebar) return rows;
   holds(choice, [&] {
     const Element& sidebar = *choice.parts.sidebar;
-    rows = readElements(sidebar, "AXRows").value_or(Elements{});
-    if (rows.empty()) rows = childElements(sidebar);
+    rows = readList(sidebar, "AXRows");
+    if (rows.empty()) rows = readList(sidebar);
     return true;
   });
-  if (rows.size() > mostPlaces) rows.resize(mostPlaces, rows.front());
+  if (rows.size() > mostPlaces) rows.erase(rows.begin() + mostPlaces, rows.end());
   return rows;
 }
 
@@ -278,7 +269,7 @@ std::optional<Element> openMenuOf(const PanelChoice& choice, const Element& popu
   std::optional<Element> menu;
   const Condition look = [&] {
     return holds(choice, [&] {
-      for (const Element& child : childElements(popup)) {
+      for (const Element& child : readList(popup)) {
         if (readText(child, "AXRole") == "AXMenu") menu = child;
       }
       return menu.has_value();
@@ -286,7 +277,7 @@ std::optional<Element> openMenuOf(const PanelChoice& choice, const Element& popu
   };
   if (look()) return menu;
   if (!mayActOn(choice, popup)) return {};
-  performAction(offersAction(popup, "AXShowMenu") ? "AXShowMenu" : "AXPress", popup);
+  performAction(axOffers(popup, "AXShowMenu") ? "AXShowMenu" : "AXPress", popup);
   pollUntil(withinDeadline(choice, menuOpensSeconds), walkPollSeconds, look);
   return menu;
 }
@@ -295,7 +286,7 @@ std::optional<Element> openMenuOf(const PanelChoice& choice, const Element& popu
 // other volumes.
 std::optional<Element> menuItemFor(const Element& menu, const std::optional<std::string>& shown,
                                    const Paths& paths, std::size_t& depth) {
-  const Elements items = childElements(menu);
+  const Elements items = readList(menu);
   const Paths around = shown ? pathsTo(canonicalPath(*shown).value_or(*shown)) : Paths{};
   for (std::size_t wanted = depth + 1; wanted-- > 0;) {
     for (std::size_t i = 0; i < items.size(); ++i) {
@@ -325,7 +316,7 @@ bool showByMenu(PanelChoice& choice, const Paths& paths, std::size_t& depth) {
     performAction("AXCancel", *menu);
     return false;
   }
-  performAction(offersAction(*item, "AXPick") ? "AXPick" : "AXPress", *item);
+  performAction(axOffers(*item, "AXPick") ? "AXPick" : "AXPress", *item);
   return showsWithin(choice, paths[depth], placeShownSeconds);
 }
 

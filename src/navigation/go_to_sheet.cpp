@@ -14,7 +14,6 @@ namespace tessarine {
 namespace {
 
 constexpr const char* sheetIdentifier = "GoToWindow";
-constexpr const char* sheetPanelIdentifier = "open-panel";
 // Measured: 0.13 s; under load about six times as much.
 constexpr double sheetOpensSeconds = 1.3;
 // Measured: about 0.2 s after the sheet.
@@ -31,18 +30,17 @@ constexpr std::size_t mostSheetElements = 40;
 
 using Elements = std::vector<Element>;
 
-Elements sheetChildren(const Element& element) {
-  return readElements(element, "AXChildren").value_or(Elements{});
-}
-
+// A sheet that asks for the name of a new folder has a text field, too.
 bool isPathField(const Element& element, const std::string& role) {
   if (role == "AXComboBox") return true;
-  return role == "AXTextField" && readText(element, "AXSubrole") != "AXSearchField";
+  if (role != "AXTextField" || readText(element, "AXSubrole") == "AXSearchField") return false;
+  const std::string text = readText(element, "AXValue").value_or("");
+  return text.empty() || text.starts_with('/') || text.starts_with('~');
 }
 
 // The field of a sheet, three levels down at most, not in its table of suggestions.
 std::optional<Element> pathFieldOf(const Element& sheet) {
-  Elements level = sheetChildren(sheet);
+  Elements level = readList(sheet);
   std::size_t visited = 0;
   for (int depth = 1; depth <= 3; ++depth) {
     Elements next;
@@ -51,7 +49,7 @@ std::optional<Element> pathFieldOf(const Element& sheet) {
       const std::string role = readText(element, "AXRole").value_or("");
       if (isPathField(element, role)) return element;
       if (role != "AXGroup" && role != "AXSplitGroup") continue;
-      const Elements children = sheetChildren(element);
+      const Elements children = readList(element);
       next.insert(next.end(), children.begin(), children.end());
     }
     level = std::move(next);
@@ -62,7 +60,7 @@ std::optional<Element> pathFieldOf(const Element& sheet) {
 // A sheet that is no panel.
 bool isSubordinateSheet(const Element& element) {
   return readText(element, "AXRole") == "AXSheet" &&
-         readText(element, "AXIdentifier") != sheetPanelIdentifier;
+         readText(element, "AXIdentifier") != panelIdentifier;
 }
 
 bool isGoToSheet(const Element& element) {
@@ -87,7 +85,7 @@ Elements carriersOf(const Element& root) {
 // The first sheet of the panel that is such a one.
 std::optional<Element> sheetOf(const Element& root, bool (*isSuch)(const Element&)) {
   for (const Element& carrier : carriersOf(root)) {
-    for (const Element& child : sheetChildren(carrier)) {
+    for (const Element& child : readList(carrier)) {
       if (isSuch(child)) return child;
     }
   }
@@ -101,7 +99,7 @@ bool sheetIsOpen(const PanelChoice& choice) {
 // Whether a key may go to the process now.
 bool mayPostKeyTo(const PanelChoice& choice, std::int32_t pid) {
   return holds(choice, choice.isAlone) && answersNow(Element::application(pid)) &&
-         holds(choice, [&] { return readText(choice.panel.element, "AXRole").has_value(); });
+         mayActOn(choice, choice.panel.element);
 }
 
 // What is opened must be closed in time: Return and Escape are made sure of like the chord.
@@ -182,22 +180,26 @@ bool mayPostKeyInto(const PanelChoice& choice, const Element& sheet, std::int32_
 }
 
 // On old systems the field's own action confirms; on others it does nothing.
-bool confirmByField(const PanelChoice& choice, const OpenSheet& open) {
+bool confirmByField(PanelChoice& choice, const OpenSheet& open) {
+  choice.returnUnderWay = true;
   performAction("AXConfirm", open.field);
   return sheetGoesWithin(choice, open.sheet, sheetClosesSeconds);
 }
 
+bool confirmByReturn(PanelChoice& choice, const OpenSheet& open, std::int32_t taker) {
+  choice.returnUnderWay = true;
+  tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
+  return sheetGoesWithin(choice, open.sheet, sheetGoesSeconds);
+}
+
 bool confirmSheet(PanelChoice& choice, const OpenSheet& open, const std::string& path,
                   std::int32_t taker) {
-  if (mayPostKeyInto(choice, open.sheet, taker) && fieldHolds(choice, open.field, path)) {
-    tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
-    choice.returnUnderWay = true;
-    if (sheetGoesWithin(choice, open.sheet, sheetGoesSeconds)) {
-      choice.returnUnderWay = false;
-      return true;
-    }
-  }
-  return fieldHolds(choice, open.field, path) && confirmByField(choice, open);
+  const auto holdsPath = [&] { return fieldHolds(choice, open.field, path); };
+  const bool went = (mayPostKeyInto(choice, open.sheet, taker) && holdsPath() &&
+                     confirmByReturn(choice, open, taker)) ||
+                    (holdsPath() && confirmByField(choice, open));
+  if (went) choice.returnUnderWay = false;
+  return went;
 }
 
 // Whether a button of the sheet closes it without going anywhere: the new sheet's has a subrole,
@@ -211,7 +213,7 @@ bool closesSheet(const PanelChoice& choice, const Element& button) {
 }
 
 std::optional<Element> closingButtonOf(const PanelChoice& choice, const Element& sheet) {
-  for (const Element& child : sheetChildren(sheet)) {
+  for (const Element& child : readList(sheet)) {
     if (readText(child, "AXRole") == "AXButton" && closesSheet(choice, child)) return child;
   }
   return {};
@@ -227,7 +229,7 @@ std::optional<Element> openSheetOf(const PanelChoice& choice) {
       return sheet || !sheetOf(choice.panel.element, isSubordinateSheet);
     });
   };
-  if (!isKnown()) pollUntil(withinDeadline(choice, sheetFieldSeconds), sheetPollSeconds, isKnown);
+  seenWithin(withinDeadline(choice, sheetFieldSeconds), sheetPollSeconds, isKnown);
   return sheet;
 }
 

@@ -24,7 +24,7 @@ void requireTime(const PanelChoice& choice) {
 }
 
 bool seesWithin(const PanelChoice& choice, double seconds, const Condition& condition) {
-  return condition() || pollUntil(withinDeadline(choice, seconds), glancePollSeconds, condition);
+  return seenWithin(withinDeadline(choice, seconds), glancePollSeconds, condition);
 }
 
 }  // namespace

@@ -44,10 +44,10 @@ struct PanelChoice {
   // Filled in meanwhile: the processes that were sent the chord of the go-to sheet, whether a
   // Return is under way of which nothing was seen yet, what the last complete look saw, and why the
   // panel is not where it should be.
-  std::vector<std::int32_t> sheetTakers;
+  std::vector<std::int32_t> sheetTakers = {};
   bool returnUnderWay = false;
-  std::optional<PanelSight> lastSight;
-  std::string problem;
+  std::optional<PanelSight> lastSight = {};
+  std::string problem = {};
 };
 
 // The wait, cut at the deadline; never below 0.

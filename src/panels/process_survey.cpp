@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <set>
 #include <string_view>
 
@@ -11,6 +12,7 @@
 #include "panels/capture.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
+#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {
@@ -18,6 +20,7 @@ namespace {
 constexpr std::string_view serviceExecutable = "com.apple.appkit.xpc.openAndSavePanelService";
 constexpr std::string_view serviceDisplayName = "Open and Save Panel Service";
 constexpr std::string_view bundleExecutables = ".app/Contents/MacOS/";
+constexpr double shadowPoints = 40;
 // As their bundles' names begin.
 constexpr std::array<std::string_view, 9> browserNames{
     "Google Chrome", "Chromium", "Microsoft Edge", "Brave Browser", "Vivaldi",
@@ -108,11 +111,18 @@ bool isNamedForBrowserAlone(const ProcessSurvey& survey, std::int32_t primaryPid
          !anotherHasName(survey, primaryPid, *served);
 }
 
-bool standsWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service) {
+bool hasWindowWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid,
+                          std::int32_t service) {
   const Windows& windows = windowsOf(survey);
   return std::any_of(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
     return window.pid == service && standsWithBrowser(survey, primaryPid, service, window.frame);
   });
+}
+
+bool hasListedWindow(const ProcessSurvey& survey, std::int32_t pid) {
+  const Windows& windows = windowsOf(survey);
+  return std::any_of(windows.begin(), windows.end(),
+                     [&](const PanelWindowRef& window) { return window.pid == pid; });
 }
 
 bool isBrowser(const std::string& name) {
@@ -127,6 +137,13 @@ bool anotherBrowserRuns(const ProcessSurvey& survey, std::int32_t primaryPid) {
                      [&](const ListedProcess& process) {
                        return process.pid != primaryPid && isBrowser(bundleName(process.command));
                      });
+}
+
+// A sheet's window may be larger than the sheet by its shadow.
+bool isNear(const Rect& one, const Rect& other) {
+  return std::abs(one.x - other.x) <= shadowPoints && std::abs(one.y - other.y) <= shadowPoints &&
+         std::abs(one.width - other.width) <= 2 * shadowPoints &&
+         std::abs(one.height - other.height) <= 2 * shadowPoints;
 }
 
 }  // namespace
@@ -172,6 +189,15 @@ std::string processName(const ProcessSurvey& survey, std::int32_t pid) {
   return {};
 }
 
+std::string processText(const ProcessSurvey& survey, std::int32_t pid) {
+  const std::string name = processName(survey, pid);
+  return (name.empty() ? "process" : name) + " " + std::to_string(pid);
+}
+
+bool isRunningProcess(std::int32_t pid) {
+  return applicationState(pid) == ApplicationState::running || !processCommand(pid).empty();
+}
+
 std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey) {
   std::vector<std::int32_t> pids;
   for (const ListedProcess& process : survey.processes) {
@@ -194,11 +220,12 @@ std::vector<std::int32_t> possiblePanelServicesOf(const ProcessSurvey& survey,
 
 std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid) {
   auto services = possiblePanelServicesOf(survey, primaryPid);
-  const bool isOnlyChoice = runningPanelServices(survey).size() == 1 && survey.windows &&
-                            !survey.processes.empty() && !anotherBrowserRuns(survey, primaryPid);
+  const bool isOnlyChoice = runningPanelServices(survey).size() == 1 &&
+                            hasListedWindow(survey, primaryPid) && !survey.processes.empty() &&
+                            !anotherBrowserRuns(survey, primaryPid);
   if (isOnlyChoice) return services;
   std::erase_if(services, [&](std::int32_t service) {
-    return !standsWithBrowser(survey, primaryPid, service) &&
+    return !hasWindowWithBrowser(survey, primaryPid, service) &&
            !isNamedForBrowserAlone(survey, primaryPid, service);
   });
   return services;
@@ -238,9 +265,9 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
 
 bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
                     const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
-                    const std::optional<Rect>& left) {
+                    const std::optional<Rect>& exceptAt) {
   return std::any_of(now.begin(), now.end(), [&](const PanelWindowRef& window) {
-    if (!hasPID(owners, window.pid) || (left && rectsEqual(window.frame, *left))) return false;
+    if (!hasPID(owners, window.pid) || (exceptAt && isNear(window.frame, *exceptAt))) return false;
     return windowsAt(now, {window.pid}, window.frame).size() >
            windowsAt(before, {window.pid}, window.frame).size();
   });

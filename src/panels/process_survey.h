@@ -43,6 +43,12 @@ std::string bundleName(const std::string& command);
 // neither is known.
 std::string processName(const ProcessSurvey& survey, std::int32_t pid);
 
+// That name and the pid, "Google Chrome 812"; "process 812" without a name.
+std::string processText(const ProcessSurvey& survey, std::int32_t pid);
+
+// Whether the process runs, as the workspace or "/bin/ps" says.
+bool isRunningProcess(std::int32_t pid);
+
 // The panel services that run: processes whose command line names the service's executable or its
 // display name, and owners of windows that are called by the display name. In the survey's order.
 std::vector<std::int32_t> runningPanelServices(const ProcessSurvey& survey);
@@ -56,8 +62,8 @@ std::vector<std::int32_t> possiblePanelServicesOf(const ProcessSurvey& survey,
 // - a window of its stands exactly where a window of the browser stands, and no third process has
 //   one there, or
 // - it is named for the browser and no other process that runs has that name, or
-// - it is the only one that runs, and so, as far as its name tells, is the browser; but not while
-//   the windows are unknown, by which another application's panel is told.
+// - it is the only one that runs, and so, as far as its name tells, is the browser, of which a
+//   window is listed; for from the list another application's panel is told.
 std::vector<std::int32_t> panelServicesOf(const ProcessSurvey& survey, std::int32_t primaryPid);
 
 // Whether a window of the browser stands exactly there, and none of a third process.
@@ -72,10 +78,10 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
 std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows,
                                       const std::vector<std::int32_t>& owners, const Rect& frame);
 
-// Whether the processes have more windows somewhere than before. Those that stand exactly where
-// `left` says are left out.
+// Whether the processes have more windows somewhere than before. Those near `exceptAt`, by 40
+// points at each side, are left out.
 bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
                     const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
-                    const std::optional<Rect>& left);
+                    const std::optional<Rect>& exceptAt);
 
 }  // namespace tessarine

@@ -15,12 +15,11 @@ bool pollUntil(double timeoutSeconds, double intervalSeconds, const Condition& c
 }
 
 bool seenWithin(double timeoutSeconds, double intervalSeconds, const Condition& condition) {
-  const double start = currentTime();
-  while (!condition()) {
-    if (!(currentTime() + intervalSeconds < start + timeoutSeconds)) return false;
-    sleepSeconds(intervalSeconds);
-  }
-  return true;
+  const double end = currentTime() + timeoutSeconds;
+  if (condition()) return true;
+  if (!(currentTime() < end)) return false;
+  sleepSeconds(intervalSeconds);
+  return pollUntil(end - currentTime(), intervalSeconds, condition);
 }
 
 void waitUntil(double timeoutSeconds, const Condition& condition) {

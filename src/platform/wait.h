@@ -15,12 +15,11 @@ inline constexpr double defaultPollSeconds = 0.15;
 // condition passes through.
 bool pollUntil(double timeoutSeconds, double intervalSeconds, const Condition& condition);
 
-// Looks at once and then after each interval until the condition holds, and answers whether it does;
-// looks at least once.
+// The same, but looks at once, whatever the time-out.
 bool seenWithin(double timeoutSeconds, double intervalSeconds, const Condition& condition);
 
-// Like pollUntil, except that it throws ToolError timedOut "timed out after " + timeoutSeconds + "s" when
-// the time is up.
+// Like pollUntil, except that it throws ToolError timedOut "timed out after " + timeoutSeconds +
+// "s" when the time is up.
 void waitUntil(double timeoutSeconds, const Condition& condition);
 void waitUntil(double timeoutSeconds, double intervalSeconds, const Condition& condition);
 

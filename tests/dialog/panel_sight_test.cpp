@@ -26,6 +26,7 @@ struct Shown {
       above = &panel.addEntry(folder + "/");
       panel.select({above});
       panel.addColumn();
+      panel.popup.set("AXValue", std::string("shown"));
     }
     // The first locations end in a slash, as those of folders do.
     targetEntry = &panel.addEntry(target + "/");

@@ -492,6 +492,7 @@ TEST(WalkToTarget, OpensAFolderInColumnsBySelectingIt) {
   Node& entry = panel.addEntry(wanted + "/");
   entry.makeSettable("AXSelected", [&](const simulator::Value&) {
     panel.select({&entry});
+    panel.popup.set("AXValue", std::string("inner"));
     Node& column = panel.addColumn();
     Node& listed = panel.addEntry(inner + "/");
     column.makeSettable("AXSelectedChildren", [&](const simulator::Value&) {

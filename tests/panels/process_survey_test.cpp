@@ -323,17 +323,32 @@ const std::string chromeHelper =
     "/Applications/Google Chrome.app/Contents/Frameworks/Google Chrome Framework.framework/"
     "Helpers/Google Chrome Helper (Renderer).app/Contents/MacOS/Google Chrome Helper (Renderer)";
 
+// With a window of the browser on the list.
+ProcessSurvey listed(std::vector<ListedProcess> processes,
+                     std::vector<PanelWindowRef> windows = {}) {
+  windows.push_back(window(812, "Google Chrome", elsewhere));
+  return surveyOf(std::move(processes), std::move(windows));
+}
+
 TEST(PanelServicesOf, HoldsTheOnlyOneThatRunsBesideTheOnlyBrowser) {
-  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}}), 812), ElementsAre(900));
+  EXPECT_THAT(panelServicesOf(listed({{812, chrome}, {900, service}}), 812), ElementsAre(900));
+  EXPECT_THAT(
+      panelServicesOf(listed({{812, chrome}, {820, chromeHelper}, {250, textEdit}, {900, service}}),
+                      812),
+      ElementsAre(900));
+}
+
+TEST(PanelServicesOf, LacksTheOnlyOneWhileNoWindowOfTheBrowserIsListed) {
+  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}}), 812), IsEmpty());
   EXPECT_THAT(
       panelServicesOf(
-          surveyOf({{812, chrome}, {820, chromeHelper}, {250, textEdit}, {900, service}}), 812),
-      ElementsAre(900));
+          surveyOf({{812, chrome}, {900, service}}, {window(250, "TextEdit", elsewhere)}), 812),
+      IsEmpty());
 }
 
 TEST(PanelServicesOf, LacksTheOnlyOneWhileAnotherBrowserRuns) {
   for (const std::string& other : {edge, firefox, chrome}) {
-    EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {813, other}, {900, service}}), 812),
+    EXPECT_THAT(panelServicesOf(listed({{812, chrome}, {813, other}, {900, service}}), 812),
                 IsEmpty())
         << other;
   }
@@ -345,7 +360,7 @@ TEST(PanelServicesOf, LacksTheOnlyOneWhileTheWindowsAreUnknown) {
 
 TEST(PanelServicesOf, HoldsTheOnlyOneThoughTheBrowserHasNoName) {
   EXPECT_THAT(panelServicesOf(surveyOf({{812, "/usr/bin/chromium"}, {900, service}},
-                                       {window(900, chromeService, elsewhere)}),
+                                       {window(812, ""), window(900, chromeService, elsewhere)}),
                               812),
               ElementsAre(900));
 }
@@ -355,7 +370,7 @@ TEST(PanelServicesOf, HoldsTheOnlyOneWhateverElseItsCommandSays) {
   for (const std::string& command :
        {service + " (of TextEdit)", std::string("Open and Save Panel Service ()"),
         std::string("Open and Save Panel Service (TextEdit")}) {
-    EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, command}}), 812), ElementsAre(900))
+    EXPECT_THAT(panelServicesOf(listed({{812, chrome}, {900, command}}), 812), ElementsAre(900))
         << command;
   }
 }
@@ -372,7 +387,7 @@ TEST(PanelServicesOf, LacksTheOnlyOneWhenItIsNamedForAnotherThatRuns) {
 }
 
 TEST(PanelServicesOf, LacksTwoOfWhichNothingIsKnown) {
-  EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {900, service}, {901, service}}), 812),
+  EXPECT_THAT(panelServicesOf(listed({{812, chrome}, {900, service}, {901, service}}), 812),
               IsEmpty());
 }
 

@@ -125,6 +125,21 @@ TEST(Wait, AnswersInsteadOfThrowingWhenPolling) {
   EXPECT_FALSE(pollUntil(0, 0.3, [] { return true; }));
 }
 
+TEST(Wait, LooksAtOnceWhateverTheTimeoutWhenSeeing) {
+  BareDesktop bare;
+  Watched watched(bare, 0.35);
+  EXPECT_TRUE(seenWithin(1, 0.2, watched.condition()));
+  EXPECT_THAT(watched.evaluations, ElementsAre(at(0), at(0.2), at(0.4)));
+  int looks = 0;
+  const Condition never = [&] { return ++looks < 0; };
+  EXPECT_FALSE(seenWithin(0, 0.3, never));
+  EXPECT_EQ(looks, 1);
+  EXPECT_NEAR(bare.now(), 0.4, 1e-6);
+  EXPECT_FALSE(seenWithin(0.7, 0.3, never));
+  EXPECT_EQ(looks, 1 + 3);
+  EXPECT_NEAR(bare.now(), 0.4 + 0.9, 1e-6);
+}
+
 TEST(Wait, HandsOutWhatASearchFinds) {
   BareDesktop bare;
   int searches = 0;

@@ -1,0 +1,27 @@
+#include "commands/verified_error.h"
+
+#include <algorithm>
+
+#include "dialog/panel_sight.h"
+
+namespace tessarine {
+
+ToolError notVerified(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
+      ' ');
+  return ToolError::actionFailed("not verified: " + text);
+}
+
+std::string mismatchText(const PanelChoice& choice) {
+  const std::string shown =
+      choice.lastSight ? describe(*choice.lastSight) : "nothing that could be read";
+  const std::string why = choice.problem.empty() ? "" : " (" + choice.problem + ")";
+  return "the panel shows " + shown + ", not " + choice.target.path + why;
+}
+
+std::string afterReturnText(const PanelChoice& choice) {
+  return choice.returnUnderWay ? ": what it will choose is unknown" : "";
+}
+
+}  // namespace tessarine
