@@ -60,7 +60,8 @@ static_assert(sizeof(CFRange) == 16 && offsetof(CFRange, length) == 8);
 
 static_assert(kAXErrorSuccess == 0);
 static_assert(kAXErrorInvalidUIElement == -25202 && kAXErrorCannotComplete == -25204);
-static_assert(kAXErrorAPIDisabled == -25211);
+static_assert(kAXErrorAttributeUnsupported == -25205);
+static_assert(kAXErrorAPIDisabled == -25211 && kAXErrorNoValue == -25212);
 static_assert(kAXValueTypeCGPoint == 1 && kAXValueTypeCGSize == 2 && kAXValueTypeAXError == 5);
 static_assert(kCFURLPOSIXPathStyle == 0);
 static_assert(kCGHIDEventTap == 0);

@@ -12,7 +12,9 @@ enum AXError : std::int32_t {
   kAXErrorSuccess = 0,
   kAXErrorInvalidUIElement = -25202,
   kAXErrorCannotComplete = -25204,
+  kAXErrorAttributeUnsupported = -25205,
   kAXErrorAPIDisabled = -25211,
+  kAXErrorNoValue = -25212,
 };
 enum AXValueType : std::uint32_t {
   kAXValueTypeCGPoint = 1,
