@@ -192,6 +192,7 @@ class Desktop {
   Reply reply(const CopyActionNames& request);
   Reply reply(const PerformAction& request);
   Reply reply(const PostEvent& request);
+  Reply reply(const AskPresses& request);
   Reply reply(const AskFrontmost& request);
   Reply reply(const AskRunning& request);
   Reply reply(const Activate& request);
@@ -216,6 +217,7 @@ class Desktop {
   bool copyFromDesktop(const Process& process, const std::string& attribute, Reply& answered) const;
   List childrenOnThisSpace(const Process& process) const;
   void noteQuestion(const std::string& question);
+  void countPress(std::uint32_t type, Origin origin);
   void runWatchers() const;
   void makeRaisable(const Window& window);
   bool belongsToFrontmost(const Window& window) const;
@@ -231,6 +233,10 @@ class Desktop {
   Pid next_pid_ = 501;
   std::uint32_t next_window_number_ = 101;
   std::optional<Pid> frontmost_;
+  std::map<std::uint32_t, std::uint32_t> presses_{{pressed::left_button, 0},
+                                                  {pressed::right_button, 0},
+                                                  {pressed::key, 0},
+                                                  {pressed::other_button, 0}};
   std::vector<Rect> screens_;
   Language language_ = Language::english;
   KeyboardLayout keyboard_layout_ = KeyboardLayout::us;

@@ -77,6 +77,18 @@ struct PostEvent {
   std::optional<Pid> target;  // absent: the whole login session (HID tap)
 };
 
+// The types of events that say that something was pressed, from CoreGraphics/CGEventTypes.h.
+namespace pressed {
+inline constexpr std::uint32_t left_button = 1;
+inline constexpr std::uint32_t right_button = 3;
+inline constexpr std::uint32_t key = 10;
+inline constexpr std::uint32_t other_button = 25;
+}  // namespace pressed
+
+struct AskPresses {  // reply: how often people have pressed this since the desktop is there
+  std::uint32_t type = pressed::key;
+};
+
 // --- Workspace. ---
 struct AskFrontmost {};  // reply: pid as a number, or no value
 struct AskRunning {      // reply: true when it runs, false when it is known but has terminated,
@@ -93,8 +105,8 @@ struct AskDisplayName {  // reply: the name under which the file browser shows t
 };
 
 using Request = std::variant<CopyAttribute, CopyAttributes, SetAttribute, CopyActionNames,
-                             PerformAction, PostEvent, AskFrontmost, AskRunning, Activate,
-                             AskScreens, AskWindows, AskDisplayName>;
+                             PerformAction, PostEvent, AskPresses, AskFrontmost, AskRunning,
+                             Activate, AskScreens, AskWindows, AskDisplayName>;
 
 // An answer. `error` is an accessibility error code; requests that are not accessibility requests
 // always answer with success.

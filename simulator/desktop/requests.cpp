@@ -3,6 +3,7 @@
 #include <type_traits>
 
 #include "simulator/desktop/desktop.h"
+#include "simulator/desktop/unmodelled.h"
 
 namespace simulator {
 namespace {
@@ -287,6 +288,15 @@ Reply Desktop::reply(const PostEvent& request) {
     postMouse(std::get<MouseEvent>(request.event), request.target, Origin::tool);
   }
   return {};
+}
+
+Reply Desktop::reply(const AskPresses& request) {
+  const auto counted = presses_.find(request.type);
+  if (counted == presses_.end()) {
+    abortUnmodelled("the count of events of type " + std::to_string(request.type));
+  }
+  noteQuestion("presses of type " + std::to_string(request.type));
+  return {ax::success, static_cast<double>(counted->second)};
 }
 
 Reply Desktop::reply(const AskFrontmost&) {

@@ -134,9 +134,18 @@ Pid Desktop::applicationOf(Pid pid) const {
   return findProcess(pid)->host.value_or(pid);
 }
 
+// Hardware is counted, which people alone press.
+// Assumed (Live.KeysPostedToAPanelAreNotCounted, Live.WhatIsPostedToTheSessionIsNotCounted,
+// Live.WhatSystemEventsTypesIsNotCounted): what programs post is not, neither to a process nor to
+// the session. The documentation says that the hardware's events are counted, and no more.
+void Desktop::countPress(std::uint32_t type, Origin origin) {
+  if (origin == Origin::person) ++presses_.at(type);
+}
+
 void Desktop::postKey(const KeyEvent& event, std::optional<Pid> target, Origin origin) {
   runWatchers();
   record_.add(now_, PostedKey{target, event, origin});
+  if (event.down) countPress(pressed::key, origin);
   // Assumed (no test can tell: the tests themselves need trust): what a program without trust posts
   // is dropped without an error.
   if (faults_.untrusted && origin != Origin::person) return;
@@ -165,6 +174,7 @@ void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Orig
   }
   runWatchers();
   record_.add(now_, PostedMouse{target, event, origin});
+  if (event.type == left_down) countPress(pressed::left_button, origin);
   if (faults_.untrusted && origin != Origin::person) return;
   const Window* window = windowAt(event.at, target);
   if (window == nullptr) return;

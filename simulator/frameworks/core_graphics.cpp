@@ -144,6 +144,18 @@ void CGEventPostToPid(pid_t pid, CGEventRef event) {
   post(event, pid, __func__);
 }
 
+std::uint32_t CGEventSourceCounterForEventType(CGEventSourceStateID state, CGEventType type) {
+  if (state != kCGEventSourceStateHIDSystemState) {
+    refuse(__func__, "only the state of the hardware is modelled");
+  }
+  if (type != kCGEventKeyDown && type != kCGEventLeftMouseDown && type != kCGEventRightMouseDown &&
+      type != kCGEventOtherMouseDown) {
+    refuse(__func__, "only the count of presses is modelled");
+  }
+  const simulator::Reply reply = simulator::desktopLink().ask(simulator::AskPresses{type});
+  return static_cast<std::uint32_t>(std::get<double>(reply.value));
+}
+
 namespace {
 
 // A constant of the framework.

@@ -70,6 +70,7 @@ struct RequestEncoder {
     if (key.text) text = std::vector<std::uint16_t>(key.text->begin(), key.text->end());
     return {"key", encodeTarget(r.target), key.keyCode, key.down, key.flags, text};
   }
+  json operator()(const AskPresses& r) const { return json::array({"presses", r.type}); }
   json operator()(const AskFrontmost&) const { return json::array({"frontmost"}); }
   json operator()(const AskRunning& r) const { return json::array({"running", r.pid}); }
   json operator()(const Activate& r) const { return json::array({"activate", r.pid}); }
@@ -277,6 +278,8 @@ const std::map<std::string, Taker>& takers() {
       {"perform", takePerform},
       {"key", takeKey},
       {"mouse", takeMouse},
+      {"presses",
+       [](Members& m) -> Message { return Request(AskPresses{m.take<std::uint32_t>()}); }},
       {"frontmost", [](Members&) -> Message { return Request(AskFrontmost{}); }},
       {"running", [](Members& m) -> Message { return Request(AskRunning{m.take<Pid>()}); }},
       {"activate", [](Members& m) -> Message { return Request(Activate{m.take<Pid>()}); }},

@@ -19,6 +19,9 @@ constexpr double buttonHoldSeconds = 0.05;
 constexpr double doubleClickGapSeconds = 0.06;
 constexpr double editingPauseSeconds = 0.05;
 
+constexpr CGEventType pressTypes[] = {kCGEventKeyDown, kCGEventLeftMouseDown,
+                                      kCGEventRightMouseDown, kCGEventOtherMouseDown};
+
 EventRef mouseEvent(CGEventType type, const Point& at, std::int64_t clickState) {
   const auto event = EventRef::adopt(
       CGEventCreateMouseEvent(nullptr, type, CGPointMake(at.x, at.y), kCGMouseButtonLeft));
@@ -109,6 +112,14 @@ void typeUnicodeText(std::int32_t pid, const std::string& text, double pause) {
 void selectAllAndDelete(std::int32_t pid) {
   tapKey(pid, keyCodeA, commandFlag, {}, editingPauseSeconds);
   tapKey(pid, keyCodeDelete, noModifiers, {}, editingPauseSeconds);
+}
+
+std::uint64_t pressesByPeople() {
+  std::uint64_t presses = 0;
+  for (const CGEventType type : pressTypes) {
+    presses += CGEventSourceCounterForEventType(kCGEventSourceStateHIDSystemState, type);
+  }
+  return presses;
 }
 
 }  // namespace tessarine

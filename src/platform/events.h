@@ -1,4 +1,5 @@
-// Synthetic keyboard and mouse input: the only place that fabricates events.
+// Synthetic keyboard and mouse input: the only place that fabricates events. And how often people
+// press something themselves.
 //
 // Events go to one process, which need not be frontmost, or through the HID tap to the whole login
 // session. Nothing reports whether an event arrived; an event that the platform does not create is
@@ -50,5 +51,14 @@ void typeUnicodeText(std::int32_t pid, const std::string& text, double pause = 0
 
 // Command-A, then Delete, with 0.05 s after each.
 void selectAllAndDelete(std::int32_t pid);
+
+// --- People. ---
+
+// How many times people have pressed a key or a mouse button since the window server started. What
+// programs post to a process does not count, nor does a modifier key alone or a key's repetition.
+// (CGEventSourceCounterForEventType of kCGEventSourceStateHIDSystemState, for key down and the
+// three kinds of mouse down. Its documentation speaks of hardware, not of presses from afar, such
+// as those by screen sharing, nor of what programs post to the session.)
+std::uint64_t pressesByPeople();
 
 }  // namespace tessarine

@@ -48,6 +48,7 @@ static_assert(sizeof(AXCopyMultipleAttributeOptions) == 4);
 static_assert(is<Underlying<CFURLPathStyle>, CFIndex>);
 static_assert(is<Underlying<CGEventTapLocation>, std::uint32_t>);
 static_assert(is<Underlying<CGEventType>, std::uint32_t>);
+static_assert(is<Underlying<CGEventSourceStateID>, std::int32_t>);
 static_assert(is<Underlying<CGMouseButton>, std::uint32_t>);
 static_assert(is<Underlying<CGEventField>, std::uint32_t>);
 
@@ -66,6 +67,9 @@ static_assert(kAXValueTypeCGPoint == 1 && kAXValueTypeCGSize == 2 && kAXValueTyp
 static_assert(kCFURLPOSIXPathStyle == 0);
 static_assert(kCGHIDEventTap == 0);
 static_assert(kCGEventLeftMouseDown == 1 && kCGEventLeftMouseUp == 2);
+static_assert(kCGEventRightMouseDown == 3 && kCGEventOtherMouseDown == 25);
+static_assert(kCGEventKeyDown == 10);
+static_assert(kCGEventSourceStateHIDSystemState == 1);
 static_assert(kCGMouseButtonLeft == 0);
 static_assert(kCGMouseEventClickState == 1);
 static_assert(QOS_CLASS_USER_INITIATED == 0x19);
@@ -149,6 +153,8 @@ static_assert(hasSignature<decltype(CGEventSetIntegerValueField),
                            void(CGEventRef, CGEventField, std::int64_t)>);
 static_assert(hasSignature<decltype(CGEventPost), void(CGEventTapLocation, CGEventRef)>);
 static_assert(hasSignature<decltype(CGEventPostToPid), void(pid_t, CGEventRef)>);
+static_assert(hasSignature<decltype(CGEventSourceCounterForEventType),
+                           std::uint32_t(CGEventSourceStateID, CGEventType)>);
 
 // --- Dispatch. ---
 

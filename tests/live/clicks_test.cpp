@@ -22,6 +22,18 @@ TEST_F(Live, AClickBelowTheRowsLeavesNothingSelected) {
   EXPECT_TRUE(soon([&] { return selectedNames(panel()).empty(); }));
 }
 
+TEST_F(Live, WhatIsPostedToTheSessionIsNotCounted) {
+  for (const char* name : {"first", "second"}) folder().makeFolder(name);
+  show({});
+  const std::uint64_t before = pressesByPeople();
+  click(axFrame(rowNamed(panel(), "first")).center());
+  ASSERT_TRUE(soon([&] { return selectedNames(panel()) == Names{"first"}; }));
+  EXPECT_EQ(pressesByPeople(), before) << "the click";
+  tapGlobalKey(key_down);
+  ASSERT_TRUE(soon([&] { return selectedNames(panel()) == Names{"second"}; }));
+  EXPECT_EQ(pressesByPeople(), before) << "the key";
+}
+
 TEST_F(Live, AClickBesideAnOpenMenuClosesIt) {
   show({});
   const Point beside = blankPoint(panel());

@@ -35,6 +35,15 @@ TEST_F(Live, ArrowsPassOverWhatCannotBeSelected) {
   EXPECT_TRUE(soon([&] { return selectedNames(panel()) == Names{"third"}; }));
 }
 
+TEST_F(Live, KeysPostedToAPanelAreNotCounted) {
+  folder().makeFolder("first");
+  show({});
+  const std::uint64_t before = pressesByPeople();
+  press(keyTaker(), key_down);
+  ASSERT_TRUE(soon([&] { return selectedNames(panel()) == Names{"first"}; }));
+  EXPECT_EQ(pressesByPeople(), before);
+}
+
 TEST_F(Live, DownArrowStaysAtTheLastRow) {
   for (const char* name : {"first", "second"}) folder().makeFolder(name);
   show({});

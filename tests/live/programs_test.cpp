@@ -5,6 +5,7 @@
 #include "core/tool_error.h"
 #include "live/desktop.h"
 #include "platform/child_process.h"
+#include "platform/events.h"
 #include "platform/files.h"
 #include "platform/foreground.h"
 #include "platform/processes.h"
@@ -113,6 +114,16 @@ TEST_F(Live, SystemEventsTypesTheLetterAForWhatNoKeyTypes) {
   tellSystemEvents("keystroke \"x中y\"");
   pollUntil(2, 0.05, [&] { return axInputValue(search).ends_with("y"); });
   EXPECT_EQ(axInputValue(search), "xay");
+}
+
+TEST_F(Live, WhatSystemEventsTypesIsNotCounted) {
+  show({});
+  if (const auto refusal = refusalOfSystemEvents()) GTEST_SKIP() << *refusal;
+  const Element search = focusedSearchField(panel());
+  const std::uint64_t before = pressesByPeople();
+  tellSystemEvents("keystroke \"x\"");
+  ASSERT_TRUE(pollUntil(2, 0.05, [&] { return axInputValue(search) == "x"; }));
+  EXPECT_EQ(pressesByPeople(), before);
 }
 
 TEST_F(Live, SystemEventsAnswersOnceTheApplicationHasComeForward) {

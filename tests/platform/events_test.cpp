@@ -203,6 +203,61 @@ TEST(Events, SelectAllAndDelete) {
   EXPECT_NEAR(bare.now(), 0.14, 1e-9);
 }
 
+// What a person at the machine does, at a point where nothing is.
+void pressKey(simulator::Desktop& desktop) {
+  for (const bool down : {true, false}) {
+    desktop.postKey({keyCodeReturn, down, 0, {}}, {}, simulator::Origin::person);
+  }
+}
+
+void clickAs(simulator::Origin origin, simulator::Desktop& desktop) {
+  for (const std::uint32_t type : {1U, 2U}) desktop.postMouse({type, {5, 5}, 1}, {}, origin);
+}
+
+TEST(PressesByPeople, AreTheKeysAndClicksOfAPerson) {
+  BareDesktop bare;
+  EXPECT_EQ(pressesByPeople(), 0U);
+  pressKey(bare.desktop);
+  EXPECT_EQ(pressesByPeople(), 1U);
+  clickAs(simulator::Origin::person, bare.desktop);
+  EXPECT_EQ(pressesByPeople(), 2U);
+  pressKey(bare.desktop);
+  EXPECT_EQ(pressesByPeople(), 3U);
+}
+
+// 10 key down; 1, 3 and 25 left, right and other mouse down, from CoreGraphics/CGEventTypes.h.
+TEST(PressesByPeople, AreKeysAndEveryButtonOfTheMouse) {
+  BareDesktop bare;
+  pressesByPeople();
+  std::vector<std::string> questions;
+  for (const auto& line : bare.desktop.record().lines()) {
+    const auto* asked = std::get_if<simulator::WorkspaceRequest>(&line.entry);
+    if (asked != nullptr) questions.push_back(asked->question);
+  }
+  EXPECT_THAT(questions, testing::UnorderedElementsAre("presses of type 10", "presses of type 1",
+                                                       "presses of type 3", "presses of type 25"));
+}
+
+TEST(PressesByPeople, AreNoneOfWhatProgramsPost) {
+  BareDesktop bare;
+  pressKey(bare.desktop);
+  postMouseClick(812, {5, 5}, 1, false);
+  postMouseClick(812, {5, 5}, 1, true);
+  tapKey(812, keyCodeReturn, noModifiers, {}, 0);
+  tapGlobalKey(keyCodeReturn);
+  clickAs(simulator::Origin::script, bare.desktop);
+  EXPECT_EQ(pressesByPeople(), 1U);
+}
+
+TEST(PressesByPeople, AreToldAtOnceAndWithoutPermission) {
+  BareDesktop bare;
+  bare.desktop.faults().untrusted = true;
+  bare.desktop.prices() = simulator::Prices{};
+  clickAs(simulator::Origin::person, bare.desktop);
+  EXPECT_EQ(pressesByPeople(), 1U);
+  EXPECT_EQ(bare.now(), 0.0);
+}
+
 TEST(Events, DoNotAskWhetherTheProcessExists) {
   BareDesktop bare;
   postMouseClick(4711, {1, 2}, 1, false);

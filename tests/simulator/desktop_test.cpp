@@ -393,6 +393,42 @@ TEST_F(DesktopTest, ScreensAreAnsweredMainFirst) {
             Value(List{List{0.0, 0.0, 1512.0, 982.0}, List{1512.0, -98.0, 1920.0, 1080.0}}));
 }
 
+// In the order: left, right and other button, key.
+std::vector<double> pressesOn(Desktop& desktop) {
+  std::vector<double> presses;
+  for (const std::uint32_t type : {1U, 3U, 25U, 10U}) {
+    presses.push_back(std::get<double>(desktop.answer(AskPresses{type}).value));
+  }
+  return presses;
+}
+
+TEST_F(DesktopTest, WhatAPersonPressesIsCountedByItsType) {
+  using Counts = std::vector<double>;
+  EXPECT_EQ(pressesOn(desktop), (Counts{0, 0, 0, 0}));
+  for (const bool down : {true, false, true}) {
+    desktop.postKey(KeyEvent{5, down, 0, {}}, {}, Origin::person);
+  }
+  for (const std::uint32_t type : {1U, 2U}) {
+    desktop.postMouse(MouseEvent{type, {450, 350}, 1}, {}, Origin::person);
+  }
+  EXPECT_EQ(pressesOn(desktop), (Counts{1, 0, 0, 2}));
+  EXPECT_EQ(desktop.price(AskPresses{}), 0);
+}
+
+TEST_F(DesktopTest, WhatProgramsPostIsNotCountedAsPressed) {
+  for (const std::optional<Pid> target : {std::optional<Pid>(700), std::optional<Pid>()}) {
+    desktop.answer(keyTo(target, 36));
+    desktop.answer(mouseTo(target, {450, 350}));
+    desktop.postKey(KeyEvent{5, true, 0, {}}, target, Origin::script);
+    desktop.postMouse(MouseEvent{1, {450, 350}, 1}, target, Origin::script);
+  }
+  EXPECT_EQ(pressesOn(desktop), (std::vector<double>{0, 0, 0, 0}));
+}
+
+TEST_F(DesktopDeathTest, TheCountOfAnEventThatIsNoPressNamesItself) {
+  EXPECT_DEATH(desktop.answer(AskPresses{2}), "the count of events of type 2");
+}
+
 TEST_F(DesktopTest, DisplayNamesFollowTheVolumeAndTheLanguage) {
   const auto name = [&](const std::string& path) {
     return std::get<std::string>(desktop.answer(AskDisplayName{path}).value);

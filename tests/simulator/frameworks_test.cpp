@@ -194,6 +194,18 @@ TEST_F(Frameworks, EventsArePostedExactlyAsGiven) {
   EXPECT_EQ(postedMouse.event.clickState, 2);
 }
 
+TEST_F(Frameworks, PressesOfAPersonAreCountedByTheTypeOfTheirEvents) {
+  const auto count = [](CGEventType type) {
+    return CGEventSourceCounterForEventType(kCGEventSourceStateHIDSystemState, type);
+  };
+  for (int i = 0; i < 3; ++i) desktop.postKey({5, true, 0, {}}, {}, Origin::person);
+  desktop.postMouse({1, {15, 25}, 1}, {}, Origin::person);
+  EXPECT_EQ(count(kCGEventKeyDown), 3U);
+  EXPECT_EQ(count(kCGEventLeftMouseDown), 1U);
+  EXPECT_EQ(count(kCGEventRightMouseDown), 0U);
+  EXPECT_EQ(count(kCGEventOtherMouseDown), 0U);
+}
+
 TEST_F(Frameworks, TheMainDisplayHasTheFirstScreensBounds) {
   desktop.setScreens({{0, 0, 1000, 600}, {1000, -100, 800, 500}});
   const CGRect bounds = CGDisplayBounds(CGMainDisplayID());
@@ -281,6 +293,16 @@ TEST_F(FrameworksDeathTest, TheValueOfAFailedCallCannotBeUsed) {
 
 TEST_F(FrameworksDeathTest, ANullReferenceCannotBeReleased) {
   EXPECT_DEATH(CFRelease(nullptr), printsOnly("CFRelease: was given a null reference"));
+}
+
+TEST_F(FrameworksDeathTest, OnlyPressesOnTheHardwareAreCounted) {
+  const auto session = static_cast<CGEventSourceStateID>(0);
+  EXPECT_DEATH(CGEventSourceCounterForEventType(session, kCGEventKeyDown),
+               printsOnly("CGEventSourceCounterForEventType: only the state of the hardware is "
+                          "modelled"));
+  EXPECT_DEATH(
+      CGEventSourceCounterForEventType(kCGEventSourceStateHIDSystemState, kCGEventLeftMouseUp),
+      printsOnly("CGEventSourceCounterForEventType: only the count of presses is modelled"));
 }
 
 TEST_F(FrameworksDeathTest, AnIndexOutsideTheArrayIsNamed) {

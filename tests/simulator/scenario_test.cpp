@@ -248,6 +248,8 @@ TEST(Scenario, PersonActivatesAndClicks) {
   scene->desktop.advanceTo(3);
   EXPECT_EQ(scene->outcomes(), (std::vector<PanelOutcome>{{PanelOutcome::End::chosen, "/usr", 2}}));
   EXPECT_EQ(scene->desktop.record().mouseEvents(), 0U) << "the tool posted none";
+  EXPECT_EQ(scene->desktop.answer(AskPresses{pressed::left_button}).value, Value(1.0));
+  EXPECT_EQ(scene->desktop.answer(AskPresses{pressed::key}).value, Value(0.0));
 }
 
 TEST(Scenario, PersonQuitsAnApplicationThatIsRememberedOrNot) {

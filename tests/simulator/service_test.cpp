@@ -94,6 +94,7 @@ TEST(Wire, WorkspaceRequestsArriveAsTheyWereSent) {
   sent(AskFrontmost{});
   sent(AskScreens{});
   sent(AskWindows{});
+  EXPECT_EQ(sent(AskPresses{25}).type, 25U);
   EXPECT_EQ(sent(AskRunning{-7}).pid, -7);
   EXPECT_EQ(sent(Activate{browser}).pid, browser);
   EXPECT_EQ(sent(AskDisplayName{"/tmp/\xFF b"}).path, "/tmp/\xFF b");
@@ -412,14 +413,20 @@ AXError copyRole(Pid pid) {
   return error;
 }
 
+std::uint32_t keysPressed() {
+  return CGEventSourceCounterForEventType(kCGEventSourceStateHIDSystemState, kCGEventKeyDown);
+}
+
 // Every thread has its own connection, made with its first request: each of these worlds is tried
 // on a thread of its own.
 TEST_F(Service, AProgramMeetsTheDesktopThatTheEnvironmentNames) {
+  for (int i = 0; i < 2; ++i) desktop.postKey({5, true, 0, {}}, {}, Origin::person);
   serve();
   setenv(desktop_variable, path.c_str(), 1);
   std::thread([] {
     EXPECT_EQ(copyRole(browser), kAXErrorSuccess);
     EXPECT_EQ(tessarine::applicationState(browser), tessarine::ApplicationState::running);
+    EXPECT_EQ(keysPressed(), 2U);
   }).join();
   unsetenv(desktop_variable);
 }
@@ -427,6 +434,7 @@ TEST_F(Service, AProgramMeetsTheDesktopThatTheEnvironmentNames) {
 TEST_F(Service, WithoutAServiceTheDesktopIsEmpty) {
   const auto meetsEmptyDesktop = [] {
     EXPECT_EQ(copyRole(browser), static_cast<AXError>(-25204));
+    EXPECT_EQ(keysPressed(), 0U);
     EXPECT_EQ(tessarine::frontmostApplicationPid(), std::nullopt);
     EXPECT_EQ(tessarine::applicationState(browser), tessarine::ApplicationState::unknown);
     EXPECT_EQ(tessarine::screenFrames(), (std::vector<tessarine::Rect>{{0, 0, 1440, 900}}));

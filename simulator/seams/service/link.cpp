@@ -8,9 +8,9 @@
 namespace simulator {
 namespace {
 
-// Without a service: nothing runs, nobody may look, and there is one screen. A program that the
-// user does not trust with accessibility is answered, as was measured on macOS 26, that its
-// requests cannot complete.
+// Without a service: nothing runs, nobody may look or presses anything, and there is one screen. A
+// program that the user does not trust with accessibility is answered, as was measured on macOS 26,
+// that its requests cannot complete.
 struct EmptyDesktop {
   Reply operator()(const CopyAttribute&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const CopyAttributes&) const { return {ax::cannotComplete, {}}; }
@@ -18,6 +18,7 @@ struct EmptyDesktop {
   Reply operator()(const CopyActionNames&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const PerformAction&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const PostEvent&) const { return {}; }
+  Reply operator()(const AskPresses&) const { return {ax::success, 0.0}; }
   Reply operator()(const AskFrontmost&) const { return {}; }
   Reply operator()(const AskRunning&) const { return {}; }
   Reply operator()(const Activate&) const { return {ax::success, false}; }

@@ -47,9 +47,16 @@ using CGKeyCode = std::uint16_t;
 using CGEventFlags = std::uint64_t;
 
 enum CGEventTapLocation : std::uint32_t { kCGHIDEventTap = 0 };
-enum CGEventType : std::uint32_t { kCGEventLeftMouseDown = 1, kCGEventLeftMouseUp = 2 };
+enum CGEventType : std::uint32_t {
+  kCGEventLeftMouseDown = 1,
+  kCGEventLeftMouseUp = 2,
+  kCGEventRightMouseDown = 3,
+  kCGEventKeyDown = 10,
+  kCGEventOtherMouseDown = 25,
+};
 enum CGMouseButton : std::uint32_t { kCGMouseButtonLeft = 0 };
 enum CGEventField : std::uint32_t { kCGMouseEventClickState = 1 };
+enum CGEventSourceStateID : std::int32_t { kCGEventSourceStateHIDSystemState = 1 };
 
 CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode key, bool down);
 CGEventRef CGEventCreateMouseEvent(CGEventSourceRef source, CGEventType type, CGPoint at,
@@ -60,6 +67,10 @@ void CGEventSetFlags(CGEventRef event, CGEventFlags flags);
 void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, std::int64_t value);
 void CGEventPost(CGEventTapLocation tap, CGEventRef event);
 void CGEventPostToPid(pid_t pid, CGEventRef event);
+
+// How many events of the type were seen since the window server started; a key's repetitions are
+// not counted.
+std::uint32_t CGEventSourceCounterForEventType(CGEventSourceStateID state, CGEventType type);
 
 using CGWindowID = std::uint32_t;
 using CGWindowListOption = std::uint32_t;
