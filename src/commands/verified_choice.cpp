@@ -264,10 +264,11 @@ std::string tidySheet(PanelChoice& choice) {
 }
 
 Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, const ProcessSurvey& survey) {
+  Quiet quiet;
   try {
     refuseOtherKind(choice);
     moveToTarget(choice);
-    return confirmPanel(choice, primaryPid, survey.windows);
+    return confirmPanel(choice, primaryPid, survey.windows, quiet);
   } catch (const PanelGone&) {
     throw notVerified("the panel closed before it was verified: what it chose is unknown");
   } catch (const TimeIsUp&) {

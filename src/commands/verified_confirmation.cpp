@@ -15,7 +15,6 @@
 #include "platform/wait.h"
 
 namespace tessarine {
-inline double secondsSincePersonPressed() { return 1e9; }  // TEMP
 namespace {
 
 // Measured: 0.41 s after the go-to sheet's Return.
@@ -39,10 +38,10 @@ using Windows = std::vector<PanelWindowRef>;
 // --- The moment. ---
 
 // What people press reaches the panel while its application is in front, where a click brings it.
-bool personActedSince(const PanelChoice& choice, double time) {
+bool personActedSince(const PanelChoice& choice, Quiet& quiet, double time) {
+  const bool pressed = quiet.since() > time;
   const auto inFront = frontmostApplicationPid();
-  return inFront && hasPID(choice.keyPids, *inFront) &&
-         secondsSincePersonPressed() <= currentTime() - time;
+  return pressed && inFront && hasPID(choice.keyPids, *inFront);
 }
 
 // What was seen, and that it was so still when the button was about to be pressed.
@@ -63,7 +62,7 @@ bool isEnabled(const PanelChoice& choice) {
                [&] { return readFlag(*choice.parts.confirmButton, "AXEnabled").value_or(true); });
 }
 
-LastLook lookForTheLastTime(PanelChoice& choice) {
+LastLook lookForTheLastTime(PanelChoice& choice, Quiet& quiet) {
   const double time = currentTime();
   if (!choice.parts.confirmButton) return {{}, "its confirm button is gone"};
   if (!isEnabled(choice)) {
@@ -77,13 +76,17 @@ LastLook lookForTheLastTime(PanelChoice& choice) {
       proof && isEnabled(choice) &&
       (!sight->list || holds(choice, [&] { return stillAsSeen(*sight, choice.parts); }));
   if (!same) return {{}, "it changes"};
-  if (personActedSince(choice, time - settledSeconds)) return {{}, "somebody is at work in it"};
+  if (personActedSince(choice, quiet, time - settledSeconds)) {
+    return {{}, "somebody is at work in it"};
+  }
   return {ProvenMoment{time, *sight, *proof}, {}};
 }
 
-ProvenMoment waitForProvenMoment(PanelChoice& choice) {
+ProvenMoment waitForProvenMoment(PanelChoice& choice, Quiet& quiet) {
   LastLook last;
-  const Condition look = [&] { return (last = lookForTheLastTime(choice)).proven.has_value(); };
+  const Condition look = [&] {
+    return (last = lookForTheLastTime(choice, quiet)).proven.has_value();
+  };
   const double seconds = choice.problem.empty() ? enabledSeconds : 0;
   if (seenWithin(withinDeadline(choice, seconds), confirmPollSeconds, look)) return *last.proven;
   const std::string end = afterReturnText(choice);
@@ -159,10 +162,17 @@ void waitUntilUnlisted(const PanelChoice& choice, const Windows& windows) {
 
 }  // namespace
 
+double Quiet::since() {
+  const std::uint64_t presses = pressesByPeople();
+  if (presses != presses_) since_ = currentTime();
+  presses_ = presses;
+  return since_;
+}
+
 Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid,
-                   const std::optional<Windows>& windows) {
+                   const std::optional<Windows>& windows, Quiet& quiet) {
   const Windows before = windowsOfPanel(choice, windows);
-  const ProvenMoment proven = waitForProvenMoment(choice);
+  const ProvenMoment proven = waitForProvenMoment(choice, quiet);
   const int answer = press(choice);
   if (answer == kAXErrorInvalidUIElement) {
     throw notVerified(isGone(choice.panel.element)
@@ -176,7 +186,7 @@ Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid,
   refuseOtherSight(choice, proven.sight);
   const bool refused = answer != kAXErrorSuccess && answer != kAXErrorCannotComplete;
   waitUntilGone(choice, refused ? failedCloseSeconds : verifiedCloseSeconds);
-  if (personActedSince(choice, proven.time)) {
+  if (personActedSince(choice, quiet, proven.time)) {
     throw notVerified("somebody pressed a key or a button in " + std::to_string(primaryPid) +
                       " while it was confirmed: what it chose is unknown");
   }

@@ -7,8 +7,20 @@
 
 #include "dialog/panel_sight.h"
 #include "navigation/panel_choice.h"
+#include "platform/clock.h"
+#include "platform/events.h"
 
 namespace tessarine {
+
+// Since when nobody has been seen to press a key or a mouse button, from its making on.
+class Quiet {
+ public:
+  double since();  // in the clock's time
+
+ private:
+  std::uint64_t presses_ = pressesByPeople();
+  double since_ = currentTime();
+};
 
 // Presses the confirm button, once, at a moment at which the target is proven, the button is
 // enabled and nobody has pressed anything in the panel's application for a second; waits 2.5 s for
@@ -20,6 +32,6 @@ namespace tessarine {
 // Throws notVerified, as commands/verified_choice.h lists it, and what glance throws; TimeIsUp also
 // when less than a second is left for the press.
 Proof confirmPanel(PanelChoice& choice, std::int32_t primaryPid,
-                   const std::optional<std::vector<PanelWindowRef>>& windows);
+                   const std::optional<std::vector<PanelWindowRef>>& windows, Quiet& quiet);
 
 }  // namespace tessarine
