@@ -5,7 +5,7 @@
 
 #include "support/folder_world.h"
 
-namespace tessarine::test {
+namespace tessarine::test::verified_choice_limits {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -77,4 +77,4 @@ TEST(VerifiedChoiceLimits, ALateSheetIsClosedThroughTheProcessThatOpenedIt) {
 }
 
 }  // namespace
-}  // namespace tessarine::test
+}  // namespace tessarine::test::verified_choice_limits
