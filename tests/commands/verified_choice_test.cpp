@@ -920,6 +920,64 @@ TEST(VerifiedKeys, GoToTheBrowserWhereAServiceAloneShowsThePanel) {
   EXPECT_THAT(postedEventKinds(world.world.record()), ::testing::Contains("key 36 down -> 812"));
 }
 
+nlohmann::ordered_json processJson(std::int32_t pid, const std::string& name,
+                                   const std::string& command) {
+  return {{"pid", pid}, {"name", name}, {"command", command}};
+}
+
+// The desktop's processes with one more beside the Terminal and the browser.
+std::pair<std::string, nlohmann::ordered_json> processesWith(nlohmann::ordered_json another) {
+  auto chrome = processJson(browserPid, "Google Chrome",
+                            "/Applications/Google Chrome.app/Contents/MacOS/Google Chrome");
+  chrome["windows"] = {{{"title", "Extensions"}}};
+  return {"/processes", {processJson(terminalPid, "Terminal", "Terminal"), chrome, another}};
+}
+
+// Of the browser's two services one has its window where the panel stands.
+TEST(VerifiedKeys, GoToTheServiceThatStandsWhereThePanelDoes) {
+  const std::string name = "Open and Save Panel Service (Google Chrome)";
+  FolderWorld world("chromium-english", {processesWith(processJson(950, name, name)),
+                                         {"/panels/0/elementsBelongTo", "host"},
+                                         {"/panels/0/keysReach", "nobody"}});
+  chooseVerifiedFolder(world);
+  std::vector<std::string> chords;
+  for (const std::string& event : postedEventKinds(world.world.record())) {
+    if (event.starts_with("key 5+120000 down")) chords.push_back(event);
+  }
+  EXPECT_THAT(chords, ElementsAre("key 5+120000 down -> 812", "key 5+120000 down -> 900"));
+}
+
+// Its window is not listed, and it may be another browser's as far as its name tells.
+TEST(VerifiedPanel, OfAServiceIsKnownByThePlaceOfItsPanel) {
+  FolderWorld world(
+      "english-service-window",
+      {processesWith(processJson(814, "Microsoft Edge",
+                                 "/Applications/Microsoft Edge.app/Contents/MacOS/Microsoft Edge")),
+       {"/panels/0/listed", "host"},
+       {"/panels/0/serviceCommand", "com.apple.appkit.xpc.openAndSavePanelService"}});
+  EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target, servicePid));
+  EXPECT_EQ(world.world.verdict(), "true");
+}
+
+// The second one would begin before the timeout and end after the time for everything.
+TEST(VerifiedPanel, IsNotLookedForAgainWhereALookTakesTooLong) {
+  FolderWorld world("no-panel", {{"/prices/processList", 5}, {"/panels/0/opensAtSeconds", 3600}});
+  const HonestFailure failure(world.world, world.target, "choose-folder", {"--timeout", "6"});
+  EXPECT_THAT(failure.error, EndsWith(" was found within 6.0s"));
+  EXPECT_LE(world.world.desktop().now(), 6.5);
+}
+
+// The browser's own has left it.
+TEST(VerifiedClosing, NeedsEachProcessesWindowAtThePanelsPlaceOffTheList) {
+  FolderWorld world("chromium-english", {{"/panels/0/listed", "host"}});
+  simulator::Window window;
+  window.owner = servicePid;
+  window.frame = {320, 180, 800, 450};
+  world.world.desktop().addWindow(window);
+  EXPECT_THAT(HonestFailure(world.world, world.target).error,
+              EndsWith(" is still listed: what it chose is unknown"));
+}
+
 TEST(VerifiedKeys, GoToTheOnlyServiceThoughItsWindowIsNotListed) {
   FolderWorld world("chromium-english",
                     {{"/panels/0/elementsBelongTo", "host"}, {"/panels/0/listed", "none"}});

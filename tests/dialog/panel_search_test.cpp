@@ -311,9 +311,47 @@ TEST(PanelRootsIn, AnEmbeddedChooserMayStandDeepAndBesideAPage) {
   EXPECT_EQ(choosersFound(0, 330), 1U);
 }
 
+TEST(PanelRootsIn, AnEmbeddedChoosersCancelButtonStandsEightLevelsDownAtMost) {
+  EXPECT_EQ(choosersFound(6, 0), 1U);
+  EXPECT_EQ(choosersFound(7, 0), 0U);
+}
+
+// The window, the group, its scroll area and the button itself are four of them.
+TEST(PanelRootsIn, AnEmbeddedChoosersCancelButtonIsOneOfThreeHundredAndSixtyElements) {
+  const auto found = [](int others) {
+    BareDesktop world;
+    Node& window = world.addWindow("Extensions");
+    for (int i = 0; i < others; ++i) window.addChild("AXStaticText");
+    addControls(window);
+    window.children().back()->addChild("AXPopUpButton").set("AXTitle", std::string(locationMarker));
+    return namesIn(world).size();
+  };
+  EXPECT_EQ(found(356), 1U);
+  EXPECT_EQ(found(357), 0U);
+}
+
+TEST(PanelRootsIn, AnEmbeddedChooserWithTwoCancelButtonsIsOne) {
+  BareDesktop world;
+  Node& chooser = addChooser(world.addWindow("Extensions").addChild("AXGroup"), "chooser");
+  chooser.addChild("AXButton").set("AXTitle", std::string("Cancel"));
+  EXPECT_THAT(namesIn(world), ElementsAre("chooser, by its title"));
+}
+
+// What is told from its Cancel button would be the group around both.
+TEST(PanelRootsIn, ATextBesideAnEmbeddedChooserIsNoButtonOfIt) {
+  BareDesktop world;
+  Node& group = world.addWindow("Extensions").addChild("AXGroup");
+  Node& chooser = group.addChild("AXGroup");
+  addControls(chooser);
+  chooser.addChild("AXPopUpButton").set("AXTitle", std::string(locationMarker));
+  chooser.set("called", std::string("chooser"));
+  group.addChild("AXStaticText").set("AXTitle", std::string("Cancel"));
+  EXPECT_THAT(namesIn(world), ElementsAre("chooser, by its title"));
+}
+
 TEST(PanelRootsIn, AnEmbeddedChooserWithoutAListIsNone) {
   BareDesktop world;
-  Node& window = world.addWindow("Extensions");
+  Node& window = world.addWindow("Extensions").addChild("AXGroup");
   window.addChild("AXButton").set("AXTitle", std::string("Cancel"));
   window.addChild("AXButton").set("AXTitle", std::string("Choose"));
   window.addChild("AXPopUpButton").set("AXTitle", std::string(locationMarker));
@@ -503,6 +541,12 @@ TEST(PanelServicesByPlace, HoldTheOneWhosePanelStandsWhereTheBrowserHasAWindow) 
   const ProcessSurvey survey = surveyProcesses();
   EXPECT_THAT(panelServicesByPlace(survey, browserPid), ElementsAre(servicePid));
   EXPECT_THAT(panelServicesByPlace(survey, terminalPid), IsEmpty());
+}
+
+TEST(PanelServicesByPlace, AreKnownByAPanelWithoutAnIdentifierToo) {
+  World world("english-service-window",
+              {{"/panels/0/listed", "host"}, {"/panels/0/identifiers", false}});
+  EXPECT_THAT(panelServicesByPlace(surveyProcesses(), browserPid), ElementsAre(servicePid));
 }
 
 TEST(PanelServicesByPlace, AreNoneWhereTheBrowserHasNoWindow) {

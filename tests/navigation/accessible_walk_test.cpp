@@ -743,5 +743,155 @@ TEST(WalkToTarget, TriesTheMenuOnceBeforePlacesFartherAway) {
   EXPECT_EQ(world.menusShown, 1);
 }
 
+// --- How attempts end. ---
+
+TEST(WalkToTarget, SaysWhichPlaceIsNotShown) {
+  Surroundings world;
+  world.addPlace("Folder", world.folder);
+  EXPECT_EQ(world.walk(), "nothing in the panel leads to " + world.folder);
+}
+
+// Two folders are listed at once, as after a search.
+TEST(WalkToTarget, TakesNothingFromAPlaceThatIsNotShown) {
+  Surroundings world;
+  world.show({world.files.makeFolder("far/away") + "/", world.wanted + "/"});
+  world.addPlace("Folder", world.folder);
+  EXPECT_NE(world.walk(), "");
+  EXPECT_EQ(*world.panel.list->get("AXSelectedRows"), simulator::Value(simulator::List{}));
+}
+
+TEST(WalkToTarget, SelectsNothingWhereAPlaceShowsTheTargetSelected) {
+  Surroundings world;
+  int writes = 0;
+  world.whenSelected(world.addPlace("Folder", world.folder), [&] {
+    world.show({world.wanted + "/"});
+    world.panel.select({world.panel.list->children().front().get()});
+    world.panel.list->makeSettable("AXSelectedRows",
+                                   [&](const simulator::Value&) { return ++writes, ax::success; });
+  });
+  EXPECT_EQ(world.walk(), "");
+  EXPECT_EQ(writes, 0);
+}
+
+// The pop-up names the folder a moment after it is listed.
+TEST(WalkToTarget, WaitsUntilAPlaceThatIsTheTargetCanBeTold) {
+  for (const double seconds : {0.8, 10.0}) {
+    Surroundings world;
+    world.panel.popup.set("AXValue", std::string("far"));
+    world.whenSelected(world.addPlace("wanted", world.wanted), [&] {
+      world.show({world.inner + "/"});
+      world.panel.desktop.schedule(
+          seconds, [&] { world.panel.popup.set("AXValue", std::string("wanted")); });
+    });
+    EXPECT_EQ(world.walk(), seconds < 1 ? "" : world.wanted + " cannot be told");
+  }
+}
+
+// The link leads to a folder beside the target: from there the menu leads to the one around both.
+TEST(WalkToTarget, LooksForTheMenusItemsWhereALinkLeads) {
+  Surroundings world;
+  const std::string link = world.files.path() + "/link";
+  std::filesystem::create_directory_symlink(world.files.makeFolder("folder/deep"), link);
+  world.show({link + "/x"});
+  int others = 0;
+  world.whenSelected(world.addPlace("above", world.files.path()), [&] { ++others; });
+  world.addMenu(
+      {{"deep", [&] { ++others; }}, {"folder", [&] { world.show({world.wanted + "/"}); }}});
+  EXPECT_EQ(world.walk(), "");
+  EXPECT_EQ(others, 0);
+}
+
+TEST(WalkToTarget, TriesPlacesFirstWhereTheFolderShownIsUnknown) {
+  Surroundings world;
+  world.show({});
+  world.addMenu({});
+  world.whenSelected(world.addPlace("Folder", world.folder),
+                     [&] { world.show({world.wanted + "/"}); });
+  EXPECT_EQ(world.walk(), "");
+  EXPECT_EQ(world.menusShown, 0);
+}
+
+TEST(WalkToTarget, PicksTheRootOfTheMenu) {
+  Surroundings world;
+  world.target = "/dev";
+  world.show({"/usr/lib/"});
+  world.addMenu({{"usr", [] {}}, {"Macintosh HD", [&] { world.show({"/usr/", "/dev/"}); }}});
+  EXPECT_EQ(world.walk(), "");
+}
+
+// No folder is around it.
+TEST(WalkToTarget, SaysThatNothingLeadsToTheRoot) {
+  Surroundings world;
+  world.target = "/";
+  EXPECT_EQ(world.walk(), "nothing in the panel leads to /");
+}
+
+// A volume may be called like the file.
+TEST(WalkToTarget, PicksNoItemOfTheMenuForAFile) {
+  Surroundings world;
+  world.target = world.files.makeFile("folder/report", "text");
+  world.show({"/usr/lib/"});
+  int others = 0;
+  world.addMenu({{"usr", [] {}}, {"Macintosh HD", [] {}}, {"report", [&] { ++others; }}});
+  EXPECT_NE(world.walk(), "");
+  EXPECT_EQ(others, 0);
+}
+
+// Something is selected in it, which no way there changes.
+TEST(WalkToTarget, DoesNotBeginAtTheTargetItself) {
+  Surroundings world;
+  world.show({world.inner + "/"});
+  world.panel.select({world.panel.list->children().front().get()});
+  EXPECT_EQ(world.walk(), "nothing in the panel leads to " + world.wanted);
+}
+
+TEST(WalkToTarget, ShowsNoPlaceAfterTheMenuLedThere) {
+  Surroundings world;
+  const std::string above = lastPathComponent(world.files.path());
+  world.target = world.files.makeFolder("near");
+  int others = 0;
+  world.whenSelected(world.addPlace(above, ""), [&] { ++others; });
+  world.addMenu({{"far", [] {}}, {above, [&] { world.show({world.target + "/"}); }}});
+  EXPECT_EQ(world.walk(), "");
+  EXPECT_EQ(others, 0);
+}
+
+TEST(TakeTargetEntry, SaysThatAnEntryIsListedNoMoreWhenItCannotBeSelected) {
+  ByHand world;
+  world.panel.addEntry(world.wanted + "/");
+  world.panel.list->makeSettable("AXSelectedRows", [&](const simulator::Value&) {
+    world.panel.removeEntries();
+    world.panel.addEntry(world.folder + "/another");
+    return ax::success;
+  });
+  PanelChoice choice = world.choice();
+  choice.isFolderPanel = true;
+  EXPECT_EQ(takeTargetEntry(choice), world.wanted + " is not listed in " + world.folder + hidden);
+}
+
+// Whether the last request was for what actions an element of that role offers.
+bool asksForActions(const simulator::Record& record, const std::string& role) {
+  const auto* request = std::get_if<simulator::AccessibilityRequest>(&record.lines().back().entry);
+  return request != nullptr && request->verb == Verb::actionNames && request->role == role;
+}
+
+// It is shown between the last look and the next action, when its entry has gone.
+TEST(WalkToTarget, SeesAFolderThatOpenedWhileItsEntryWasAskedForItsActions) {
+  ByHand world;
+  Node& entry = world.panel.addEntry(world.wanted + "/");
+  bool performed = false;
+  entry.addAction("AXOpen", [&] { return performed = true, ax::success; });
+  entry.children().front()->addAction("AXOpen", [] { return ax::success; });
+  world.panel.desktop.watch([&] {
+    if (!performed || !asksForActions(world.panel.desktop.record(), "AXCell")) return;
+    performed = false;
+    world.panel.removeEntries();
+    world.panel.addEntry(world.inner + "/");
+  });
+  PanelChoice choice = world.choice();
+  choice.target = {world.inner, true};
+  EXPECT_EQ(walkToTarget(choice), "");
+}
+
 }  // namespace
 }  // namespace tessarine::test::accessible_walk

@@ -3,9 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include "dialog/hand_built_panel.h"
 #include "navigation/moving_panel.h"
-#include "simulator/desktop/input.h"
+#include "navigation/panel_with_sheet.h"
 #include "support/transcript.h"
 
 namespace tessarine::test::go_to_sheet {
@@ -361,38 +360,29 @@ TEST(GoThroughSheet, PostsNoChordThatLeavesNoTimeForClosingTheSheet) {
   EXPECT_THAT(moving.keys(), IsEmpty());
 }
 
+// Each key that follows is made sure of for as long as the chord was.
+TEST(GoThroughSheet, PostsNoChordThatSlowAnswersLeaveNoTimeToUndo) {
+  const auto keysWithin = [](double seconds) {
+    MovingPanel moving("chromium-english");
+    moving.choice.isAlone = [] { return sleepSeconds(1), true; };
+    moving.choice.deadline = currentTime() + seconds;
+    try {
+      goThroughSheet(moving.choice, moving.folders.target);
+    } catch (const TimeIsUp&) {
+    }
+    return moving.keys();
+  };
+  EXPECT_THAT(keysWithin(1 + 1.3 + 2 * 1 - 0.1), IsEmpty());
+  EXPECT_EQ(keysWithin(1 + 1.3 + 2 * 1 + 0.1), onlySuch);
+}
+
 // --- Sheets built by hand. ---
 
-// A panel that opens a sheet with a field for the chord, and leaves what else keys do to a test.
-struct SheetByHand : simulator::InputReceiver {
+struct SheetByHand : PanelWithSheet {
   SheetByHand() {
     panel.addEntry("/usr/lib/");
-    panel.process().receivers.push_back(this);
     choice.keyPids = {browserPid};
   }
-  bool keyEvent(const simulator::KeyEvent& event, simulator::Route) override {
-    if (event.down && event.keyCode == 5) openSheet();
-    if (event.down && event.keyCode == 36) ++returns;
-    if (event.down && event.keyCode == 36 && returnCloses) closeSheet();
-    if (event.down && event.keyCode == 53) ++escapes;
-    return true;
-  }
-  bool mouseEvent(const simulator::MouseEvent&, simulator::Window&, simulator::Route) override {
-    return false;
-  }
-  void openSheet() {
-    sheet = &add(panel.root, "GoToWindow", "AXSheet");
-    sheet->setFrame({150, 120, 300, 100});
-    field = &sheet->addChild("AXTextField");
-    field->set("AXFocused", true);
-    field->makeSettable("AXValue", [this](const simulator::Value& value) {
-      field->set("AXValue", value);
-      written();
-      return ax::success;
-    });
-    opened();
-  }
-  void closeSheet() { panel.root.removeChild(*sheet); }
   void confirmsByField() {
     opened = [this] {
       field->addAction("AXConfirm", [this] {
@@ -402,31 +392,20 @@ struct SheetByHand : simulator::InputReceiver {
       });
     };
   }
-  Node& addButton(const std::string& title, std::function<void()> pressed) {
-    Node& button = sheet->addChild("AXButton");
-    button.set("AXTitle", title);
-    button.addAction("AXPress", [pressed = std::move(pressed)] { return pressed(), ax::success; });
-    return button;
+  void closesByReturn() {
+    returnTaken = [this] { closeSheet(); };
   }
   std::string go() { return goThroughSheet(choice, "/usr/lib"); }
 
-  HandBuiltPanel panel;
   PanelChoice choice =
       choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, "/usr/lib");
-  Node* sheet = nullptr;
-  Node* field = nullptr;
-  std::function<void()> opened = [] {};
-  std::function<void()> written = [] {};
-  bool returnCloses = false;
-  int returns = 0;
-  int escapes = 0;
   int confirms = 0;
 };
 
 // Keys that arrive before are lost.
 TEST(GoThroughSheet, WaitsUntilTheFieldHasTheKeyboard) {
   SheetByHand world;
-  world.returnCloses = true;
+  world.closesByReturn();
   bool focused = false;
   world.opened = [&] {
     world.field->set("AXFocused", false);
@@ -449,14 +428,14 @@ TEST(GoThroughSheet, DoesNotWaitForAFieldThatDoesNotTellOfTheKeyboard) {
     openedAt = world.panel.now();
   };
   world.written = [&] { writtenAt = world.panel.now(); };
-  world.returnCloses = true;
+  world.closesByReturn();
   EXPECT_EQ(world.go(), "");
   EXPECT_NEAR(writtenAt, openedAt, 0.35);
 }
 
 TEST(GoThroughSheet, KnowsThatNoReturnIsUnderWayOnceTheSheetHasGone) {
   SheetByHand world;
-  world.returnCloses = true;
+  world.closesByReturn();
   EXPECT_EQ(world.go(), "");
   EXPECT_FALSE(world.choice.returnUnderWay);
 }
@@ -564,6 +543,29 @@ TEST(CloseGoToSheet, PressesEscapeToEachProcessThatWasSentTheChordTheLastFirst) 
   moving.choice.sheetTakers = {servicePid, browserPid};
   EXPECT_TRUE(closeGoToSheet(moving.choice));
   EXPECT_THAT(moving.keys(), ElementsAre("escape -> 812", "escape -> 900"));
+}
+
+// The last one has ended since.
+TEST(CloseGoToSheet, PressesEscapeToAnEarlierProcessWhereTheLastOneTakesNoKey) {
+  SheetByHand world;
+  world.openSheet();
+  world.escapeTaken = [&] { world.closeSheet(); };
+  world.choice.sheetTakers = {browserPid, servicePid};
+  EXPECT_TRUE(closeGoToSheet(world.choice));
+  EXPECT_EQ(world.escapes, 1);
+  EXPECT_EQ(world.sheet, nullptr);
+}
+
+// Without an identifier it is known by its field.
+TEST(CloseGoToSheet, WaitsForTheFieldOfASheetThatIsKnownByIt) {
+  SheetByHand world;
+  world.openSheet();
+  world.sheet->clear("AXIdentifier");
+  world.sheet->removeChildren();
+  world.addButton("Cancel", [&] { world.closeSheet(); });
+  world.panel.desktop.schedule(1.5, [&] { world.sheet->addChild("AXTextField"); });
+  EXPECT_TRUE(closeGoToSheet(world.choice));
+  EXPECT_EQ(world.sheet, nullptr);
 }
 
 TEST(CloseGoToSheet, SaysThatItIsStillOpen) {

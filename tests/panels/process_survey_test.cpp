@@ -354,6 +354,18 @@ TEST(PanelServicesOf, LacksTheOnlyOneWhileAnotherBrowserRuns) {
   }
 }
 
+// Of any edition.
+TEST(PanelServicesOf, LacksTheOnlyOneWhileAnyOtherBrowserRuns) {
+  for (const char* name : {"Google Chrome Canary", "Chromium", "Microsoft Edge Dev",
+                           "Brave Browser Nightly", "Vivaldi Snapshot", "Opera GX", "Arc",
+                           "Firefox Developer Edition", "Safari Technology Preview"}) {
+    const std::string other = std::string("/Applications/") + name + ".app/Contents/MacOS/" + name;
+    EXPECT_THAT(panelServicesOf(surveyOf({{812, chrome}, {813, other}, {900, service}}), 812),
+                IsEmpty())
+        << name;
+  }
+}
+
 TEST(PanelServicesOf, LacksTheOnlyOneWhileTheWindowsAreUnknown) {
   EXPECT_THAT(panelServicesOf(withoutWindows({{812, chrome}, {900, service}}), 812), IsEmpty());
 }
