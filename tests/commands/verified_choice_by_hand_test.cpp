@@ -327,15 +327,28 @@ TEST(VerifiedPress, OfADisabledButtonAfterAReturnMayStillComeToSomething) {
 
 // --- The end. ---
 
-// Half a second before the time is up; the panel takes a second.
+// Little more than a second before the time is up; the panel takes two.
 TEST(VerifiedClosing, OfWhatWasPressedIsAwaitedAtTheEndOfTheTime) {
   PanelByHand world;
   world.showTarget();
-  world.pressed = [&] { world.closesAfter(1); };
+  world.pressed = [&] { world.closesAfter(2); };
+  world.before(
+      [&] { return world.reads("AXEnabled") >= 2; },
+      [&] { world.pause(world.start + watchdogSeconds(10) - 4 - 1.3 - world.panel.now()); });
+  EXPECT_EQ(world.choose(), "folder shown");
+}
+
+TEST(VerifiedClosing, WhatCannotBeAwaitedIsNotPressed) {
+  PanelByHand world;
+  world.showTarget();
+  int pressed = 0;
+  world.pressed = [&] { ++pressed; };
   world.before(
       [&] { return world.reads("AXEnabled") >= 2; },
       [&] { world.pause(world.start + watchdogSeconds(10) - 4 - 0.5 - world.panel.now()); });
-  EXPECT_EQ(world.choose(), "folder shown");
+  EXPECT_EQ(world.choose(), "not verified: the time is up, and the panel, which shows " +
+                                world.wanted + ", is not confirmed");
+  EXPECT_EQ(pressed, 0);
 }
 
 // What is asked of it meanwhile goes unanswered for 1.5 s each time.
