@@ -35,8 +35,8 @@ struct VerifiedChoice {
 //   with the service's name and pid for a panel that it alone shows
 //   "a folder for a file panel: PATH", "a file for a folder panel: PATH"
 //   "the panel shows WHAT, not PATH (WHY)"
-//   "the panel shows PATH, but its confirm button is disabled", "... is gone", "the panel shows
-//   PATH, but it changes", "... but somebody is at work in it"
+//   "the panel shows PATH, but its confirm button is disabled", "... is gone", "... does not
+//   answer", "the panel shows PATH, but it changes", "... but somebody is at work in it"
 //   "the time is up, and the panel shows WHAT, not PATH (WHY)",
 //   "the time is up, and the panel, which shows PATH, is not confirmed"; all these followed by
 //   ": what it will choose is unknown" when the go-to sheet's Return may still come to something

@@ -17,8 +17,8 @@
 namespace tessarine {
 namespace {
 
-// Measured: 0.41 s after the go-to sheet's Return.
-constexpr double enabledSeconds = 2.5;
+// Measured: 0.41 s after the go-to sheet's Return; a process may be busy for longer.
+constexpr double enabledSeconds = 4.0;
 constexpr double confirmPollSeconds = 0.05;
 // What a person did may take so long to be seen.
 constexpr double settledSeconds = 1.0;
@@ -57,15 +57,22 @@ struct LastLook {
   std::string obstacle;
 };
 
-bool isEnabled(const PanelChoice& choice) {
-  return holds(choice,
-               [&] { return readFlag(*choice.parts.confirmButton, "AXEnabled").value_or(true); });
+// Absent when nobody answers.
+std::optional<bool> isEnabled(const PanelChoice& choice) {
+  std::optional<bool> enabled;
+  holds(choice, [&] {
+    enabled = readFlag(*choice.parts.confirmButton, "AXEnabled").value_or(true);
+    return true;
+  });
+  return enabled;
 }
 
 LastLook lookForTheLastTime(PanelChoice& choice, Quiet& quiet) {
   const double time = currentTime();
   if (!choice.parts.confirmButton) return {{}, "its confirm button is gone"};
-  if (!isEnabled(choice)) {
+  const auto enabled = isEnabled(choice);
+  if (!enabled) return {{}, "its confirm button does not answer"};
+  if (!*enabled) {
     closeGoToSheet(choice);  // one that opened late, while nobody waited for it
     return {{}, "its confirm button is disabled"};
   }
@@ -73,7 +80,7 @@ LastLook lookForTheLastTime(PanelChoice& choice, Quiet& quiet) {
   const auto proof = sight ? proofOf(*sight, choice.target) : std::nullopt;
   // Without a list that names its selection there is nothing to look at again.
   const bool same =
-      proof && isEnabled(choice) &&
+      proof && isEnabled(choice).value_or(false) &&
       (!sight->list || holds(choice, [&] { return stillAsSeen(*sight, choice.parts); }));
   if (!same) return {{}, "it changes"};
   if (personActedSince(choice, quiet, time - settledSeconds)) {

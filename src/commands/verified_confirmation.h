@@ -23,7 +23,7 @@ class Quiet {
 };
 
 // Presses the confirm button, once, at a moment at which the target is proven, the button is
-// enabled and nobody has pressed anything in the panel's application for a second; waits 2.5 s for
+// enabled and nobody has pressed anything in the panel's application for a second; waits 4 s for
 // such a moment, or looks once when the panel was not brought to the target. Then the panel has 6 s
 // to go, 1 s after a press that was refused; a press that went unanswered is awaited until its
 // process answers again, for 6 s. `windows` are those that were listed before, absent when the list

@@ -876,7 +876,7 @@ TEST(VerifiedMoment, AButtonThatStaysDisabledIsWaitedForForAFewSeconds) {
   EXPECT_EQ(
       HonestFailure(world.world, world.target).error,
       "not verified: the panel shows " + world.target + ", but its confirm button is disabled");
-  EXPECT_NEAR(world.world.desktop().now(), 2.5, 1.0);
+  EXPECT_NEAR(world.world.desktop().now(), 4.0, 1.0);
 }
 
 // --- Corners. ---

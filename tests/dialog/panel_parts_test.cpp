@@ -103,6 +103,15 @@ TEST(PanelParts, TitlesDoNotCountBesideIdentifiers) {
   EXPECT_FALSE(panel.parts().complete());
 }
 
+// Others than those of a panel's parts tell nothing.
+TEST(PanelParts, TitlesCountBesideIdentifiersOfOtherElements) {
+  Root panel;
+  add(panel.root, "_NS:8", "AXButton", {{"AXTitle", "Cancel"}});
+  add(panel.root, "_NS:9", "AXButton", {{"AXTitle", "Open"}});
+  EXPECT_EQ(nameOf(panel.parts().confirmButton), "_NS:9");
+  EXPECT_EQ(nameOf(panel.parts().cancelButton), "_NS:8");
+}
+
 TEST(PanelParts, AreIncompleteWithoutListingOrConfirmButton) {
   HandBuiltPanel withoutListing("");
   EXPECT_FALSE(withoutListing.parts().complete());

@@ -287,6 +287,16 @@ TEST(PanelRootsIn, ABrowsersWindowIsNoEmbeddedChooser) {
   EXPECT_THAT(namesIn(world), IsEmpty());
 }
 
+TEST(PanelRootsIn, ADialogOfTheBrowserMayBeAChooserItself) {
+  BareDesktop world;
+  Node& window = world.addWindow("Some title");
+  window.set("AXSubrole", std::string("AXDialog"));
+  window.addChild("AXOutline").set("AXDescription", std::string("列表视图"));
+  window.addChild("AXButton").set("AXTitle", std::string("Cancel"));
+  window.addChild("AXButton").set("AXTitle", std::string("Open"));
+  EXPECT_EQ(namesIn(world).size(), 1U);
+}
+
 TEST(PanelRootsIn, NoPageIsSearchedForAnEmbeddedChooser) {
   BareDesktop world;
   addChooser(world.addWindow("Extensions").addChild("AXWebArea"), "page");

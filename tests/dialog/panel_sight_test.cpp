@@ -374,6 +374,15 @@ TEST(LookAt, BelievesTheAttributeOfItsView) {
   }
 }
 
+// Nor is another attribute asked in its place.
+TEST(LookAt, TakesASelectionThatCannotBeReadForNone) {
+  Shown shown;
+  shown.panel.list->set("AXSelectedChildren", simulator::List{});
+  shown.panel.desktop.faults().refused_requests.push_back(
+      {.error = ax::failure, .name = "AXSelectedRows", .role = "AXOutline"});
+  EXPECT_THROW(shown.look(), Unanswered);
+}
+
 TEST(LookAt, DoesNotKnowTheSelectionWhenAnEntryDoesNotTell) {
   Shown shown("IconView");
   shown.panel.list->clear("AXSelectedChildren");
@@ -589,6 +598,16 @@ TEST(ShowsOtherwise, HoldsWhenTheSelectionIsAnother) {
   }
 }
 
+// The columns are built anew, and the deepest one is another.
+TEST(ShowsOtherwise, HoldsWhenAnotherColumnIsTheDeepest) {
+  Closing closing("ColumnView");
+  closing.panel.popup.set("AXValue", std::string("target"));
+  closing.proveEntry();
+  closing.panel.addColumn();
+  closing.panel.addEntry(closing.files.makeFile("shown/other/inner.txt", "text"));
+  EXPECT_TRUE(closing.showsOtherwise());
+}
+
 TEST(ShowsOtherwise, HoldsWhenSomethingIsSelectedThatWasNot) {
   Closing closing;
   closing.proveFolder();
@@ -740,6 +759,15 @@ TEST(ProofOf, AFolderSelectedInAColumnMustBeCalledSo) {
   seen.sight.folderName = "b";
   EXPECT_EQ(seen.proofOfFolder(seen.inner), "entry selected");
   seen.sight.folderName = "c";
+  EXPECT_EQ(seen.proofOfFolder(seen.inner), "none");
+}
+
+TEST(ProofOf, ColumnsWithoutANameProveNoFolder) {
+  Seen seen;
+  EXPECT_EQ(seen.proofOfFolder(seen.folder), "folder shown");
+  seen.sight.view = ListingView::columns;
+  EXPECT_EQ(seen.proofOfFolder(seen.folder), "none");
+  seen.select(seen.inner);
   EXPECT_EQ(seen.proofOfFolder(seen.inner), "none");
 }
 

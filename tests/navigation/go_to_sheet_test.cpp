@@ -50,6 +50,17 @@ TEST(GoToSheetOf, IsNoSheetThatOnlyAsks) {
   EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "nothing");
 }
 
+TEST(GoToSheetOf, IsNoSheetThatAsksForTheNameOfANewFolder) {
+  HandBuiltPanel panel;
+  Node& field = add(panel.root, "sheet", "AXSheet").addChild("AXTextField");
+  for (const char* text : {"", "/usr", "~/Desktop"}) {
+    field.set("AXValue", std::string(text));
+    EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "sheet") << text;
+  }
+  field.set("AXValue", std::string("untitled folder"));
+  EXPECT_EQ(nameOf(goToSheetOf(panel.rootHandle())), "nothing");
+}
+
 TEST(GoToSheetOf, IsNotThePanelsOwnSearchField) {
   HandBuiltPanel panel;
   panel.search.setFrame({0, 0, 300, 24});

@@ -504,8 +504,12 @@ TEST(HasMoreWindows, DoesNotMindThoseOfOthers) {
   EXPECT_FALSE(hasMore({}, {window(700, "Preview", place, 4)}));
 }
 
-TEST(HasMoreWindows, LeavesOutWhatStandsAtThePlaceThatIsNamed) {
+TEST(HasMoreWindows, LeavesOutWhatStandsAtThePlaceThatIsNamedOrNearIt) {
   EXPECT_FALSE(hasMore({}, {window(900, "", place, 1)}, place));
+  const Rect withShadow{place.x - 40, place.y - 40, place.width + 80, place.height + 80};
+  EXPECT_FALSE(hasMore({}, {window(900, "", withShadow, 1)}, place));
+  const Rect larger{place.x - 41, place.y, place.width + 81, place.height};
+  EXPECT_TRUE(hasMore({}, {window(900, "", larger, 1)}, place));
   EXPECT_TRUE(hasMore({}, {window(900, "", elsewhere, 1)}, place));
 }
 

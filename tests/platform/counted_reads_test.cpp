@@ -103,6 +103,21 @@ TEST(CountedReads, AreAbsentForAListThatHoldsMoreThanElements) {
   EXPECT_EQ(outcomeOf([&] { return readElements(probe.handle(), "AXRows"); }), "absent");
 }
 
+TEST(CountedReads, ADecisiveListIsAbsentOnlyWhenTheElementSaysSo) {
+  const auto outcome = [](const Probe& probe) {
+    return outcomeOf([&] { return readDecisive(probe.handle(), "AXRows"); });
+  };
+  Probe probe;
+  EXPECT_EQ(outcome(probe), "absent");
+  probe.element.set("AXRows", std::monostate());
+  EXPECT_EQ(outcome(probe), "absent");
+  probe.element.set("AXRows", simulator::List{probe.app().id()});
+  EXPECT_EQ(outcome(probe), "a value");
+  probe.refuse("AXRows", ax::failure);
+  EXPECT_EQ(outcome(probe), "silent");
+  EXPECT_EQ(outcomeOf([&] { return readElements(probe.handle(), "AXRows"); }), "absent");
+}
+
 TEST(CountedReads, AFrameNeedsBothPositionAndSize) {
   Probe placed{{"AXPosition", simulator::Point{1, 2}}};
   EXPECT_EQ(readFrame(placed.handle()), std::nullopt);

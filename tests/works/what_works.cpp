@@ -233,7 +233,8 @@ only for a while.
 keys and whether or not anything is listed; where no keys arrive it goes from entry to entry, which
 takes some seconds more. No mouse, nothing to the session, nothing brought forward. It ends in an
 error where there is nothing to see: a panel that no tree shows, windows on another space, no
-Accessibility; and on an old panel without identifiers whose button it does not know. Where the
+Accessibility; on an old panel without identifiers whose button it does not know; and on one that
+its service alone shows where no capture helper says that it stands with the browser. Where the
 go-to sheet's Return confirms the panel, too, the panel has chosen before anything was proven: that
 is an error, which says that what was chosen is unknown, and counts as **unreported** here.
 
