@@ -422,6 +422,16 @@ TEST(VerifiedChoice, SaysThatTheSheetLedElsewhere) {
   EXPECT_THAT(failure.error, HasSubstr(" (the go-to sheet led elsewhere; "));
 }
 
+TEST(VerifiedChoice, SaysThatItsSheetIsStillOpen) {
+  FolderWorld world("chromium-english", {{"/panels/0/faults/fieldWriteRefused", -25200},
+                                         {"/panels/0/faults/pressRefused", -25200},
+                                         {"/panels/0/faults/escapeNeedsClick", true},
+                                         {"/panels/0/view", "columns"},
+                                         {"/places", nlohmann::ordered_json::array()}});
+  EXPECT_THAT(HonestFailure(world.world, world.target).error,
+              EndsWith("; its go-to sheet is still open"));
+}
+
 TEST(VerifiedChoice, ClosesTheSheetThatItOpenedWhenItFails) {
   FolderWorld world("chromium-english", {{"/panels/0/faults/fieldWriteRefused", -25200},
                                          {"/panels/0/view", "columns"},
@@ -846,6 +856,24 @@ TEST(VerifiedMoment, ACancelLongAfterAPressThatWentUnansweredIsNoSuccess) {
   EXPECT_EQ(chooseVerifiedFolder(world).outcome.exitStatus, 1);
   world.world.desktop().advanceTo(6);
   EXPECT_EQ(world.world.panelOutcomes(), "cancelled");
+}
+
+TEST(VerifiedMoment, ABrowserInFrontIsNoObstacleWhileNobodyPressesAnything) {
+  FolderWorld world("chromium-english", {{"/frontmost", browserPid}});
+  EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target));
+}
+
+TEST(VerifiedMoment, ThePressWaitsForASecondOfPeaceInABrowserInFront) {
+  const auto secondsWith = [](const nlohmann::ordered_json& front) {
+    FolderWorld world("chromium-english",
+                      {{"/frontmost", front},
+                       {"/person", {{{"atSeconds", 0.9}, {"clicks", {{"x", 2}, {"y", 2}}}}}}});
+    EXPECT_EQ(chooseVerifiedFolder(world).outcome, verifiedFolder(world.target));
+    return world.world.desktop().now();
+  };
+  EXPECT_LT(secondsWith(terminalPid), 1.6);
+  EXPECT_GE(secondsWith(browserPid), 1.9);
+  EXPECT_LT(secondsWith(browserPid), 3);
 }
 
 TEST(VerifiedMoment, APanelThatIsCancelledBeforeThePressIsNoSuccess) {
