@@ -99,7 +99,7 @@ TEST(ChooseFolderControlsRoutes, WalksFromTheDeepestOfSeveralPlaces) {
 
 // The menu is found at the fourth look. The volume is shown at the second and given 0.15 s.
 TEST(ChooseFolderControlsRoutes, WalksFromTheVolumeInThePopUp) {
-  FolderWorld world("chinese-service-window", {usrIsShown});
+  FolderWorld world("chinese-service-window", {usrIsShown, {"/listsOnly", {"/usr"}}});
   EXPECT_EQ(runChooseFolder(world.world, "/usr"), chosen("/usr", "hierarchy"));
   EXPECT_EQ(
       transcript(world.world.record()),

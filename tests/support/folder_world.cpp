@@ -8,7 +8,8 @@ namespace tessarine::test {
 namespace {
 
 World::Patches withFolder(World::Patches patches, const std::string& start) {
-  patches.insert(patches.begin(), {{"/panels/0/folder", start}, {"/home", start}});
+  patches.insert(patches.begin(),
+                 {{"/panels/0/folder", start}, {"/home", start}, {"/listsOnly", {start}}});
   return patches;
 }
 
