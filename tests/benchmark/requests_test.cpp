@@ -35,7 +35,7 @@ std::vector<Call> calls() {
   return {
       {"strict, English", english, strict, strictly, sheetByControls, 1400},
       {"strict, Chinese", chinese, strict, strictly, sheetByControls, 1300},
-      {"go-to", english, folder, "go-to-folder-ax", walkAndSheet, 4700},
+      {"go-to", english, folder, "go-to-folder-ax", walkAndSheet, 4900},
       {"hierarchy", chinese, folder, "hierarchy", click, 4300, place},
       {"file", "file-panel-english", file, "go-to-folder-ax", sheetByControls + 1.0, 180},
       {"close", english, {"close"}, "closed 1", cancelPress, 60, unlisted},
