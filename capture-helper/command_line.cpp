@@ -35,12 +35,20 @@ CaptureCommand parseCapture(const std::vector<std::string>& arguments) {
   return command;
 }
 
+PermissionsCommand parsePermissions(const std::vector<std::string>& arguments) {
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    if (arguments[i] != "--json") throw ToolError::usage("unexpected argument: " + arguments[i]);
+  }
+  return {.json = arguments.size() > 1};
+}
+
 }  // namespace
 
 HelperCommand parseHelperCommand(const std::vector<std::string>& arguments) {
   if (arguments.empty()) throw ToolError::usage("missing command: list or capture");
   const std::string& word = arguments.front();
   if (word == "capture") return parseCapture(arguments);
+  if (word == "permissions") return parsePermissions(arguments);
   if (word != "list" && word != "--help" && word != "-h") {
     throw ToolError::usage("unknown command: " + word);
   }

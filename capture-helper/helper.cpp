@@ -3,6 +3,8 @@
 #include <ostream>
 
 #include "capture-helper/command_line.h"
+#include "capture-helper/permission_lines.h"
+#include "capture-helper/permissions.h"
 #include "capture-helper/snapshot.h"
 #include "capture-helper/window_line.h"
 #include "capture-helper/window_list.h"
@@ -16,18 +18,29 @@ constexpr int statusDone = 0;
 constexpr int statusNotDone = 1;
 constexpr int statusBadCommandLine = 2;
 
+// Each answers the exit status.
 struct Performer {
   std::ostream& output;
 
-  void operator()(const ListCommand&) const {
+  int operator()(const ListCommand&) const {
     auto windows = onScreenWindows();
     readWithheldTitles(windows);
     for (const ListedWindow& window : windows) output << windowLine(window);
+    return statusDone;
   }
-  void operator()(const CaptureCommand& command) const {
+  int operator()(const CaptureCommand& command) const {
     snapshotWindow(command.window, command.file);
+    return statusDone;
   }
-  void operator()(const HelpCommand&) const { output << helperUsage; }
+  int operator()(const PermissionsCommand& command) const {
+    const auto permissions = readPermissions();
+    output << (command.json ? permissionsJson(permissions) : permissionLines(permissions));
+    return allGranted(permissions) ? statusDone : statusNotDone;
+  }
+  int operator()(const HelpCommand&) const {
+    output << helperUsage;
+    return statusDone;
+  }
 };
 
 void report(const std::string& message, std::ostream& errors) {
@@ -40,8 +53,8 @@ int runCaptureHelper(const std::vector<std::string>& arguments, std::ostream& ou
                      std::ostream& errors) {
   int status = statusNotDone;
   try {
-    std::visit(Performer{output}, parseHelperCommand(arguments));
-    if (output.flush()) return statusDone;
+    const int performed = std::visit(Performer{output}, parseHelperCommand(arguments));
+    if (output.flush()) return performed;
     report("cannot write to standard output", errors);
   } catch (const ToolError& error) {
     report(error.message(), errors);

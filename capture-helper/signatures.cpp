@@ -2,6 +2,7 @@
 // do: see platform/signatures.cpp.
 #include <ApplicationServices/ApplicationServices.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -36,6 +37,25 @@ static_assert(
 static_assert(hasSignature<decltype(AXUIElementCreateSystemWide), AXUIElementRef()>);
 static_assert(
     hasSignature<decltype(AXUIElementSetMessagingTimeout), AXError(AXUIElementRef, float)>);
+
+// --- Permissions. ---
+
+static_assert(std::is_same_v<OSErr, std::int16_t> && std::is_same_v<OSStatus, std::int32_t>);
+static_assert(std::is_same_v<DescType, std::uint32_t>);
+static_assert(std::is_same_v<AEEventClass, std::uint32_t>);
+static_assert(std::is_same_v<AEEventID, std::uint32_t>);
+static_assert(std::is_same_v<AEAddressDesc, AEDesc>);
+static_assert(sizeof(AEDesc) == 12 && offsetof(AEDesc, dataHandle) == 4);
+static_assert(typeApplicationBundleID == 0x62756E64 && typeWildCard == 0x2A2A2A2A);
+static_assert(noErr == 0 && procNotFound == -600);
+static_assert(errAEEventNotPermitted == -1743 && errAEEventWouldRequireUserConsent == -1744);
+
+static_assert(hasSignature<decltype(AXIsProcessTrusted), Boolean()>);
+static_assert(hasSignature<decltype(CGPreflightScreenCaptureAccess), bool()>);
+static_assert(hasSignature<decltype(AECreateDesc), OSErr(DescType, const void*, long, AEDesc*)>);
+static_assert(hasSignature<decltype(AEDisposeDesc), OSErr(AEDesc*)>);
+static_assert(hasSignature<decltype(AEDeterminePermissionToAutomateTarget),
+                           OSStatus(const AEAddressDesc*, AEEventClass, AEEventID, Boolean)>);
 
 }  // namespace
 }  // namespace tessarine

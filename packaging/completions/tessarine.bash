@@ -43,11 +43,13 @@ _background_window_capture() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
   if [[ $COMP_CWORD == 1 ]]; then
-    COMPREPLY=($(compgen -W "list capture --help" -- "$current"))
+    COMPREPLY=($(compgen -W "list capture permissions --help" -- "$current"))
   elif [[ $previous == --out ]]; then
     _tessarine_files
   elif [[ ${COMP_WORDS[1]} == capture && $previous != --window-id ]]; then
     COMPREPLY=($(compgen -W "--window-id --out" -- "$current"))
+  elif [[ ${COMP_WORDS[1]} == permissions ]]; then
+    COMPREPLY=($(compgen -W "--json" -- "$current"))
   fi
 }
 

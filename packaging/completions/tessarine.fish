@@ -49,8 +49,11 @@ complete -c tessarine-desktop -n '__fish_seen_subcommand_from import' -l windows
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from import' -l keep-names -d 'Leave names as they are'
 
 complete -c background-window-capture -f
-complete -c background-window-capture -n 'not __fish_seen_subcommand_from list capture' -a list -d 'Print the windows'
-complete -c background-window-capture -n 'not __fish_seen_subcommand_from list capture' -a capture -d 'Write a snapshot'
+set -l capture_commands list capture permissions
+complete -c background-window-capture -n "not __fish_seen_subcommand_from $capture_commands" -a list -d 'Print the windows'
+complete -c background-window-capture -n "not __fish_seen_subcommand_from $capture_commands" -a capture -d 'Write a snapshot'
+complete -c background-window-capture -n "not __fish_seen_subcommand_from $capture_commands" -a permissions -d 'Say what is permitted'
 complete -c background-window-capture -l help -d 'Print the usage'
 complete -c background-window-capture -n '__fish_seen_subcommand_from capture' -l window-id -x -d 'Number of the window'
 complete -c background-window-capture -n '__fish_seen_subcommand_from capture' -l out -r -F -d 'File to write'
+complete -c background-window-capture -n '__fish_seen_subcommand_from permissions' -l json -d 'Print one JSON object'

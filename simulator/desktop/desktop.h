@@ -60,7 +60,8 @@ struct Faults {
   bool ps_prints_nothing = false;
   bool screen_recording_denied = false;  // window titles are hidden, no window can be captured
   bool activation_refused = false;       // who asks the workspace for the foreground asks in vain
-  std::set<std::string> automation_denied;        // applications that no script may tell anything
+  std::set<std::string> automation_denied;   // applications that no script may tell anything
+  std::set<std::string> automation_unasked;  // about these nobody has been asked, nobody answers
   std::vector<RefusedRequests> refused_requests;  // the first that applies decides
 };
 
@@ -96,6 +97,12 @@ class Desktop {
   std::optional<ProgramResult> programResult(ProgramId id) const;
   // Sends a running program SIGTERM.
   void terminateProgram(ProgramId id);
+
+  // A script told the application something.
+  // Assumed (Live.SystemEventsRunsOnceAScriptHasToldItSomething): it runs from then on, as scripts
+  // start what they tell something. System Events is said to end after a while, which is not
+  // modelled; such an application is no process here.
+  void noteTold(const std::string& application) { told_by_scripts_.insert(application); }
 
   // --- What happened. ---
   const Record& record() const { return record_; }
@@ -193,6 +200,9 @@ class Desktop {
   Reply reply(const PerformAction& request);
   Reply reply(const PostEvent& request);
   Reply reply(const AskPresses& request);
+  Reply reply(const AskTrust& request);
+  Reply reply(const AskScreenCapture& request);
+  Reply reply(const AskAutomation& request);
   Reply reply(const AskFrontmost& request);
   Reply reply(const AskRunning& request);
   Reply reply(const Activate& request);
@@ -218,6 +228,7 @@ class Desktop {
   List childrenOnThisSpace(const Process& process) const;
   void noteQuestion(const std::string& question);
   void countPress(std::uint32_t type, Origin origin);
+  bool runsApplication(const std::string& name) const;
   void runWatchers() const;
   void makeRaisable(const Window& window);
   bool belongsToFrontmost(const Window& window) const;
@@ -237,6 +248,7 @@ class Desktop {
                                                   {pressed::right_button, 0},
                                                   {pressed::key, 0},
                                                   {pressed::other_button, 0}};
+  std::set<std::string> told_by_scripts_;
   std::vector<Rect> screens_;
   Language language_ = Language::english;
   KeyboardLayout keyboard_layout_ = KeyboardLayout::us;

@@ -30,7 +30,7 @@ struct AccessibilityRequest {
   std::int32_t error = ax::success;
 };
 struct WorkspaceRequest {
-  std::string question;  // "frontmost", "running 501", "screens", "presses of type 10"
+  std::string question;  // "frontmost", "running 501", "screens", "automation of com.apple.finder"
 };
 struct PostedKey {
   std::optional<Pid> target;  // absent: the login session

@@ -89,6 +89,21 @@ struct AskPresses {  // reply: how often people have pressed this since the desk
   std::uint32_t type = pressed::key;
 };
 
+// --- Permissions. ---
+// Answers about Apple events, from AppleEvents.h and MacErrors.h.
+namespace automation {
+inline constexpr std::int32_t permitted = 0;
+inline constexpr std::int32_t notRunning = -600;
+inline constexpr std::int32_t denied = -1743;
+inline constexpr std::int32_t unasked = -1744;
+}  // namespace automation
+
+struct AskTrust {};          // reply: whether programs may use accessibility
+struct AskScreenCapture {};  // reply: whether programs may see the windows of others
+struct AskAutomation {       // reply: one of the codes above, as a number; the person is not asked
+  std::string bundle;        // the identifier of the application that would be told something
+};
+
 // --- Workspace. ---
 struct AskFrontmost {};  // reply: pid as a number, or no value
 struct AskRunning {      // reply: true when it runs, false when it is known but has terminated,
@@ -104,9 +119,10 @@ struct AskDisplayName {  // reply: the name under which the file browser shows t
   std::string path;
 };
 
-using Request = std::variant<CopyAttribute, CopyAttributes, SetAttribute, CopyActionNames,
-                             PerformAction, PostEvent, AskPresses, AskFrontmost, AskRunning,
-                             Activate, AskScreens, AskWindows, AskDisplayName>;
+using Request =
+    std::variant<CopyAttribute, CopyAttributes, SetAttribute, CopyActionNames, PerformAction,
+                 PostEvent, AskPresses, AskTrust, AskScreenCapture, AskAutomation, AskFrontmost,
+                 AskRunning, Activate, AskScreens, AskWindows, AskDisplayName>;
 
 // An answer. `error` is an accessibility error code; requests that are not accessibility requests
 // always answer with success.

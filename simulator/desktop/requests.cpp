@@ -1,5 +1,6 @@
 // What the desktop answers to requests, and how long that takes.
 #include <algorithm>
+#include <map>
 #include <type_traits>
 
 #include "simulator/desktop/desktop.h"
@@ -20,6 +21,10 @@ constexpr bool is_accessibility =
 // Whether a request asks for the value of attributes.
 template <typename T>
 constexpr bool copies = std::is_same_v<T, CopyAttribute> || std::is_same_v<T, CopyAttributes>;
+
+// The applications that scripts tell something, by their identifiers.
+const std::map<std::string, std::string> application_names{
+    {"com.apple.finder", "Finder"}, {"com.apple.systemevents", "System Events"}};
 
 Value valueOf(const std::optional<Pid>& pid) {
   return pid ? Value(static_cast<double>(*pid)) : Value();
@@ -297,6 +302,38 @@ Reply Desktop::reply(const AskPresses& request) {
   }
   noteQuestion("presses of type " + std::to_string(request.type));
   return {ax::success, static_cast<double>(counted->second)};
+}
+
+Reply Desktop::reply(const AskTrust&) {
+  noteQuestion("trust");
+  return {ax::success, !faults_.untrusted};
+}
+
+Reply Desktop::reply(const AskScreenCapture&) {
+  noteQuestion("screen capture");
+  return {ax::success, !faults_.screen_recording_denied};
+}
+
+// Whether it runs comes first: nobody may be asked about what does not.
+Reply Desktop::reply(const AskAutomation& request) {
+  noteQuestion("automation of " + request.bundle);
+  const auto known = application_names.find(request.bundle);
+  std::int32_t answer = automation::permitted;
+  if (known == application_names.end() || !runsApplication(known->second)) {
+    answer = automation::notRunning;
+  } else if (faults_.automation_denied.contains(known->second)) {
+    answer = automation::denied;
+  } else if (faults_.automation_unasked.contains(known->second)) {
+    answer = automation::unasked;
+  }
+  return {ax::success, static_cast<double>(answer)};
+}
+
+bool Desktop::runsApplication(const std::string& name) const {
+  return told_by_scripts_.contains(name) ||
+         std::any_of(processes_.begin(), processes_.end(), [&](const auto& process) {
+           return process->name == name && !process->terminated;
+         });
 }
 
 Reply Desktop::reply(const AskFrontmost&) {

@@ -56,6 +56,10 @@ void simulator::setMessagingTimeout(float seconds) {
   messaging_timeout = seconds;
 }
 
+Boolean AXIsProcessTrusted() {
+  return std::get<bool>(desktopLink().ask(simulator::AskTrust{}).value);
+}
+
 AXUIElementRef AXUIElementCreateSystemWide() {
   return simulator::make<AXUIElementRef>(system_wide, __func__);
 }

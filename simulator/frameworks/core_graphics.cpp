@@ -156,6 +156,10 @@ std::uint32_t CGEventSourceCounterForEventType(CGEventSourceStateID state, CGEve
   return static_cast<std::uint32_t>(std::get<double>(reply.value));
 }
 
+bool CGPreflightScreenCaptureAccess() {
+  return std::get<bool>(simulator::desktopLink().ask(simulator::AskScreenCapture{}).value);
+}
+
 namespace {
 
 // A constant of the framework.

@@ -16,6 +16,10 @@ struct FrameworkFaults {
   std::function<bool(const std::string& function)> answers_null = {};
   // The answer of AXUIElementSetMessagingTimeout, which then sets nothing.
   std::int32_t messaging_timeout_error = 0;
+  // The answer of AECreateDesc, which then makes nothing.
+  std::int32_t descriptor_error = 0;
+  // The answer of AEDeterminePermissionToAutomateTarget, in place of the truth.
+  std::int32_t automation_error = 0;
   // What every window's description says under these keys, its bounds under theirs ("X"), in place
   // of the truth. No value: the key is missing.
   std::map<std::u16string, Value> window_descriptions = {};

@@ -17,7 +17,7 @@ constexpr std::size_t quarantine_size = 4096;
 // By the index of the payload.
 constexpr const char* kind_names[] = {"string",     "array", "boolean", "number", "URL",
                                       "element",    "point", "size",    "event",  "dispatch group",
-                                      "dictionary", "error", "null"};
+                                      "dictionary", "error", "address", "null"};
 static_assert(std::size(kind_names) == std::variant_size_v<Payload>);
 
 // Every object that there ever was. Memory is not given back but used again, oldest first, once
@@ -88,6 +88,7 @@ struct Reader {
   }
   Value operator()(const InputEvent&) const { refuse(user, "an event is not a value"); }
   Value operator()(const DispatchGroup&) const { refuse(user, "a group is not a value"); }
+  Value operator()(const ApplicationAddress&) const { refuse(user, "an address is not a value"); }
   Value operator()(const DictionaryMembers&) const { refuse(user, "a dictionary is not a value"); }
   template <class T>
   Value operator()(const T& plain) const {

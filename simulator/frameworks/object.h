@@ -23,11 +23,14 @@ struct DictionaryMembers {
 struct DispatchGroup {
   long entered = 0;
 };
+struct ApplicationAddress {
+  std::string bundle;  // the application's identifier
+};
 using InputEvent = std::variant<KeyEvent, MouseEvent>;
 // The last one is the null that stands for the absence of a value among others.
-using Payload =
-    std::variant<std::u16string, ArrayMembers, bool, double, Url, ElementId, Point, Size,
-                 InputEvent, DispatchGroup, DictionaryMembers, AttributeError, std::monostate>;
+using Payload = std::variant<std::u16string, ArrayMembers, bool, double, Url, ElementId, Point,
+                             Size, InputEvent, DispatchGroup, DictionaryMembers, AttributeError,
+                             ApplicationAddress, std::monostate>;
 
 struct Object {
   std::atomic<long> references{0};

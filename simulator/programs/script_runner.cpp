@@ -16,8 +16,9 @@ namespace {
 // application takes to come forward.
 constexpr Seconds coming_forward_margin = 0.01;
 
-// One step of a run: does it and returns how long until the next. It may end the run.
-using Step = std::function<Seconds()>;
+// One step of a run: does it and returns how long until the next, which is absent when that never
+// comes. It may end the run.
+using Step = std::function<std::optional<Seconds>()>;
 
 void failStep(ProgramRun& run, const std::string& problem) {
   run.complain("0:0: execution error: " + problem + "\n");
@@ -57,6 +58,15 @@ bool mayTell(ProgramRun& run, std::string_view told) {
   if (!run.desktop().faults().automation_denied.contains(application)) return true;
   failStep(run, "Not authorized to send Apple events to " + application + ". (-1743)");
   return false;
+}
+
+// The system asks the person whether the script may tell the application something, and the script
+// waits for an answer.
+bool waitsForAnswer(ProgramRun& run, std::string_view told) {
+  const Faults& faults = run.desktop().faults();
+  const std::string application(told);
+  return faults.automation_unasked.contains(application) &&
+         !faults.automation_denied.contains(application);
 }
 
 void bringForward(ProgramRun& run, Pid pid) {
@@ -105,7 +115,7 @@ struct StepPlanner {
         [&run = program, event] { pressKey(run, event); });
   }
   void operator()(const Delay& statement) const {
-    steps.push_back([seconds = statement.seconds] { return seconds; });
+    steps.push_back([seconds = statement.seconds] { return std::optional(seconds); });
   }
   void operator()(const BringForward& statement) const {
     add(system_events_application, prices().comingForward + coming_forward_margin,
@@ -121,8 +131,13 @@ struct StepPlanner {
   // Tells the application something that takes so long.
   template <typename Effect>
   void add(std::string_view application, Seconds time, Effect effect) const {
-    steps.push_back([&run = program, application, time, effect = std::move(effect)] {
-      if (mayTell(run, application)) effect();
+    steps.push_back([&run = program, application, time,
+                     effect = std::move(effect)]() -> std::optional<Seconds> {
+      if (waitsForAnswer(run, application)) return {};
+      if (mayTell(run, application)) {
+        run.desktop().noteTold(std::string(application));
+        effect();
+      }
       return time;
     });
   }
@@ -131,9 +146,9 @@ struct StepPlanner {
 void runSteps(ProgramRun& run, const std::shared_ptr<const std::vector<Step>>& steps,
               std::size_t at) {
   if (at == steps->size()) return run.end(0);
-  const Seconds time = (*steps)[at]();
-  if (run.ended()) return;
-  run.after(time, [&run, steps, at] { runSteps(run, steps, at + 1); });
+  const std::optional<Seconds> time = (*steps)[at]();
+  if (run.ended() || !time) return;
+  run.after(*time, [&run, steps, at] { runSteps(run, steps, at + 1); });
 }
 
 std::string sourceFromArguments(const std::vector<std::string>& words) {

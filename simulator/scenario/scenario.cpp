@@ -385,15 +385,15 @@ BusyTime readBusyTime(const JsonPlace& place) {
   return busy;
 }
 
-std::set<std::string> readDenied(const JsonPlace& place) {
-  std::set<std::string> denied;
+std::set<std::string> readScriptable(const JsonPlace& place) {
+  std::set<std::string> applications;
   for (const auto& item : place.items()) {
     if (item.value != "System Events" && item.value != "Finder") {
       item.refuse("expected one of \"System Events\", \"Finder\"");
     }
-    denied.insert(item.text());
+    applications.insert(item.text());
   }
-  return denied;
+  return applications;
 }
 
 Faults readFaults(const JsonPlace& place) {
@@ -417,7 +417,10 @@ Faults readFaults(const JsonPlace& place) {
   }
   object.read("activationRefused", faults.activation_refused);
   if (const auto denied = object.find("automationDenied")) {
-    faults.automation_denied = readDenied(*denied);
+    faults.automation_denied = readScriptable(*denied);
+  }
+  if (const auto unasked = object.find("automationUnasked")) {
+    faults.automation_unasked = readScriptable(*unasked);
   }
   object.refuseOthers();
   return faults;

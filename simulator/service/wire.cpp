@@ -71,6 +71,9 @@ struct RequestEncoder {
     return {"key", encodeTarget(r.target), key.keyCode, key.down, key.flags, text};
   }
   json operator()(const AskPresses& r) const { return json::array({"presses", r.type}); }
+  json operator()(const AskTrust&) const { return json::array({"trust"}); }
+  json operator()(const AskScreenCapture&) const { return json::array({"screen capture"}); }
+  json operator()(const AskAutomation& r) const { return json::array({"automation", r.bundle}); }
   json operator()(const AskFrontmost&) const { return json::array({"frontmost"}); }
   json operator()(const AskRunning& r) const { return json::array({"running", r.pid}); }
   json operator()(const Activate& r) const { return json::array({"activate", r.pid}); }
@@ -280,6 +283,10 @@ const std::map<std::string, Taker>& takers() {
       {"mouse", takeMouse},
       {"presses",
        [](Members& m) -> Message { return Request(AskPresses{m.take<std::uint32_t>()}); }},
+      {"trust", [](Members&) -> Message { return Request(AskTrust{}); }},
+      {"screen capture", [](Members&) -> Message { return Request(AskScreenCapture{}); }},
+      {"automation",
+       [](Members& m) -> Message { return Request(AskAutomation{m.take<std::string>()}); }},
       {"frontmost", [](Members&) -> Message { return Request(AskFrontmost{}); }},
       {"running", [](Members& m) -> Message { return Request(AskRunning{m.take<Pid>()}); }},
       {"activate", [](Members& m) -> Message { return Request(Activate{m.take<Pid>()}); }},

@@ -33,6 +33,11 @@ TEST(HelperCommandLine, EveryMistakeIsOneLineAndStatusTwo) {
       {{"capture", "--window-id", "7x", "--out", "a"},
        "--window-id requires a positive window number"},
       {{"capture", "a.png"}, "unexpected argument: a.png"},
+      {{"permissions", "--all"}, "unexpected argument: --all"},
+      {{"permissions", "--json", "list"}, "unexpected argument: list"},
+      {{"permissions", "--json="}, "unexpected argument: --json="},
+      {{"permissions", ""}, "unexpected argument: "},
+      {{"--json", "permissions"}, "unknown command: --json"},
       {{"list\n"}, "unknown command: list "},
       {{"capture", "--a\r\n\tb"}, "unexpected argument: --a   b"}};
   for (const auto& [arguments, message] : rows) {
@@ -49,7 +54,7 @@ TEST(HelperCommandLine, HelpIsNoMistake) {
     EXPECT_EQ(outcome, (Outcome{0, helperUsage, ""}));
   }
   const std::string usage = helperUsage;
-  for (const char* word : {"list", "capture", "--window-id", "--out"}) {
+  for (const char* word : {"list", "capture", "--window-id", "--out", "permissions", "--json"}) {
     EXPECT_NE(usage.find(word), std::string::npos) << word;
   }
 }
@@ -59,8 +64,11 @@ TEST(HelperCommandLine, OutputThatCannotBeWrittenIsAFailure) {
   std::ostringstream output;
   output.setstate(std::ios::badbit);
   std::ostringstream errors;
-  EXPECT_EQ(runCaptureHelper({"list"}, output, errors), 1);
-  EXPECT_EQ(errors.str(), "background-window-capture: cannot write to standard output\n");
+  for (const char* command : {"list", "permissions", "--help"}) {
+    errors.str("");
+    EXPECT_EQ(runCaptureHelper({command}, output, errors), 1) << command;
+    EXPECT_EQ(errors.str(), "background-window-capture: cannot write to standard output\n");
+  }
 }
 
 }  // namespace

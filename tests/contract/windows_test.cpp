@@ -46,6 +46,17 @@ TEST_F(WindowList, DescribesEachWindowByADictionary) {
   });
 }
 
+TEST_F(WindowList, TellsTitlesOfOthersOnlyToWhoMaySeeTheirWindows) {
+  const bool mayBeTold = CGPreflightScreenCaptureAccess();
+  forEachWindow([&](CFDictionaryRef window) {
+    std::int32_t layer = 0;
+    const void* held = CFDictionaryGetValue(window, kCGWindowLayer);
+    CFNumberGetValue(static_cast<CFNumberRef>(held), kCFNumberSInt32Type, &layer);
+    const std::string title = textValue(CFDictionaryGetValue(window, kCGWindowName)).value_or("");
+    EXPECT_TRUE(mayBeTold || layer != 0 || title.empty()) << title;
+  });
+}
+
 TEST_F(WindowList, GivesBoundsThatAreARectangle) {
   forEachWindow([](CFDictionaryRef window) {
     const void* bounds = CFDictionaryGetValue(window, kCGWindowBounds);

@@ -124,7 +124,7 @@ TEST(Form, EveryPlatformFunctionThatIsCalledHasItsSignatureChecked) {
   for (const char* name : {"src/platform/signatures.cpp", "capture-helper/signatures.cpp"}) {
     for (const std::string& line : readSource(fs::path(SOURCE_TREE) / name).lines) checked += line;
   }
-  const std::regex call(R"(\b((AX(UI|Value)|CF[A-Z]|CG[A-Z]|dispatch_)\w+)\()");
+  const std::regex call(R"(\b((AX(UI|Value|Is)|AE[A-Z]|CF[A-Z]|CG[A-Z]|dispatch_)\w+)\()");
   std::size_t calls = 0;
   for (const SourceFile& file : sourcesIn({"src", "capture-helper"})) {
     if (file.name.ends_with("signatures.cpp") || file.name.ends_with(".mm")) continue;
@@ -218,7 +218,7 @@ TEST(Form, PlatformServicesAreReachedOnlyThroughTheirUnits) {
       {R"(#include <ApplicationServices/)",
        {"src/platform/element.h", "src/platform/events.cpp", "src/platform/screens.cpp",
         "src/platform/signatures.cpp", "capture-helper/window_list.cpp",
-        "capture-helper/signatures.cpp"}},
+        "capture-helper/permissions.cpp", "capture-helper/signatures.cpp"}},
       {R"(#include <dispatch/)", {"src/cli/watchdog.cpp", "src/platform/signatures.cpp"}},
       {R"(#\s*if(n?def)?\b.*(__APPLE__|__linux__|_WIN32))", {}},
       {R"([Ss]imulat)", {}},

@@ -126,6 +126,18 @@ TEST_F(Live, WhatSystemEventsTypesIsNotCounted) {
   EXPECT_EQ(pressesByPeople(), before);
 }
 
+TEST_F(Live, SystemEventsRunsOnceAScriptHasToldItSomething) {
+  show({});
+  if (const auto refusal = refusalOfSystemEvents()) GTEST_SKIP() << *refusal;
+  constexpr std::string_view bundle = "com.apple.systemevents";
+  AEDesc address{};
+  ASSERT_EQ(AECreateDesc(typeApplicationBundleID, bundle.data(), static_cast<long>(bundle.size()),
+                         &address),
+            noErr);
+  EXPECT_EQ(AEDeterminePermissionToAutomateTarget(&address, typeWildCard, typeWildCard, 0), noErr);
+  AEDisposeDesc(&address);
+}
+
 TEST_F(Live, SystemEventsAnswersOnceTheApplicationHasComeForward) {
   show({.inFront = false});
   if (const auto refusal = refusalOfSystemEvents()) GTEST_SKIP() << *refusal;

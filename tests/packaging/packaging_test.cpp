@@ -42,7 +42,7 @@ const std::vector<Shell> shells{
 
 // The programs, and how many commands each of them takes.
 const std::map<std::string, std::size_t> programs{
-    {"background-window-capture", 2}, {"tessarine", 9}, {"tessarine-desktop", 5}};
+    {"background-window-capture", 3}, {"tessarine", 9}, {"tessarine-desktop", 5}};
 
 std::string helpOf(const std::string& program) {
   if (program == "tessarine-desktop") return runProgram({desktopPath(), "--help"}).output;

@@ -425,6 +425,37 @@ TEST_F(DesktopTest, WhatProgramsPostIsNotCountedAsPressed) {
   EXPECT_EQ(pressesOn(desktop), (std::vector<double>{0, 0, 0, 0}));
 }
 
+TEST_F(DesktopTest, PermissionsAreGivenUnlessAFaultTakesThem) {
+  EXPECT_EQ(desktop.answer(AskTrust{}).value, Value(true));
+  EXPECT_EQ(desktop.answer(AskScreenCapture{}).value, Value(true));
+  desktop.faults().untrusted = true;
+  EXPECT_EQ(desktop.answer(AskTrust{}).value, Value(false));
+  EXPECT_EQ(desktop.answer(AskScreenCapture{}).value, Value(true));
+  desktop.faults() = {};
+  desktop.faults().screen_recording_denied = true;
+  EXPECT_EQ(desktop.answer(AskTrust{}).value, Value(true));
+  EXPECT_EQ(desktop.answer(AskScreenCapture{}).value, Value(false));
+}
+
+TEST_F(DesktopTest, AutomationIsToldOfApplicationsThatRun) {
+  const auto automationOf = [&](const char* bundle) {
+    return desktop.answer(AskAutomation{bundle}).value;
+  };
+  EXPECT_EQ(automationOf("com.apple.finder"), Value(-600.0));
+  desktop.addProcess(
+      {.pid = 250, .name = "Finder", .command = "", .application = true, .host = {}});
+  EXPECT_EQ(automationOf("com.apple.finder"), Value(0.0));
+  EXPECT_EQ(automationOf("com.apple.systemevents"), Value(-600.0));
+  EXPECT_EQ(automationOf("org.example.unknown"), Value(-600.0));
+  desktop.faults().automation_unasked = {"Finder"};
+  EXPECT_EQ(automationOf("com.apple.finder"), Value(-1744.0));
+  desktop.faults().automation_denied = {"Finder", "System Events"};
+  EXPECT_EQ(automationOf("com.apple.finder"), Value(-1743.0));
+  EXPECT_EQ(automationOf("com.apple.systemevents"), Value(-600.0));
+  desktop.terminateProcess(250, true);
+  EXPECT_EQ(automationOf("com.apple.finder"), Value(-600.0));
+}
+
 TEST_F(DesktopDeathTest, TheCountOfAnEventThatIsNoPressNamesItself) {
   EXPECT_DEATH(desktop.answer(AskPresses{2}), "the count of events of type 2");
 }

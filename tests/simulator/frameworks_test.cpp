@@ -206,6 +206,37 @@ TEST_F(Frameworks, PressesOfAPersonAreCountedByTheTypeOfTheirEvents) {
   EXPECT_EQ(count(kCGEventOtherMouseDown), 0U);
 }
 
+AEDesc addressOf(std::string_view bundle) {
+  AEDesc address{};
+  EXPECT_EQ(AECreateDesc(typeApplicationBundleID, bundle.data(), static_cast<long>(bundle.size()),
+                         &address),
+            noErr);
+  EXPECT_EQ(address.descriptorType, typeApplicationBundleID);
+  return address;
+}
+
+OSStatus automationOf(const AEDesc& address) {
+  return AEDeterminePermissionToAutomateTarget(&address, typeWildCard, typeWildCard, 0);
+}
+
+TEST_F(Frameworks, PermissionsAreTheDesktops) {
+  desktop.addProcess(
+      {.pid = 250, .name = "Finder", .command = "", .application = true, .host = {}});
+  AEDesc finder = addressOf("com.apple.finder");
+  EXPECT_TRUE(AXIsProcessTrusted());
+  EXPECT_TRUE(CGPreflightScreenCaptureAccess());
+  EXPECT_EQ(automationOf(finder), noErr);
+  desktop.faults().untrusted = true;
+  desktop.faults().screen_recording_denied = true;
+  desktop.faults().automation_unasked = {"Finder"};
+  EXPECT_FALSE(AXIsProcessTrusted());
+  EXPECT_FALSE(CGPreflightScreenCaptureAccess());
+  EXPECT_EQ(automationOf(finder), errAEEventWouldRequireUserConsent);
+  EXPECT_EQ(AEDisposeDesc(&finder), noErr);
+  EXPECT_EQ(finder.descriptorType, typeNull);
+  EXPECT_EQ(AEDisposeDesc(&finder), noErr) << "nothing is left to dispose of";
+}
+
 TEST_F(Frameworks, TheMainDisplayHasTheFirstScreensBounds) {
   desktop.setScreens({{0, 0, 1000, 600}, {1000, -100, 800, 500}});
   const CGRect bounds = CGDisplayBounds(CGMainDisplayID());
@@ -303,6 +334,23 @@ TEST_F(FrameworksDeathTest, OnlyPressesOnTheHardwareAreCounted) {
   EXPECT_DEATH(
       CGEventSourceCounterForEventType(kCGEventSourceStateHIDSystemState, kCGEventLeftMouseUp),
       printsOnly("CGEventSourceCounterForEventType: only the count of presses is modelled"));
+}
+
+TEST_F(FrameworksDeathTest, NobodyIsAskedForAPermission) {
+  AEDesc finder = addressOf("com.apple.finder");
+  EXPECT_DEATH(AEDeterminePermissionToAutomateTarget(&finder, typeWildCard, typeWildCard, 1),
+               printsOnly("AEDeterminePermissionToAutomateTarget: a question to the person is not "
+                          "modelled"));
+  EXPECT_DEATH(AEDeterminePermissionToAutomateTarget(&finder, typeWildCard, 1, 0),
+               printsOnly("AEDeterminePermissionToAutomateTarget: only all events at once are "
+                          "modelled"));
+  const AEDesc disposed = finder;
+  AEDisposeDesc(&finder);
+  EXPECT_DEATH(automationOf(disposed),
+               printsOnly("AEDeterminePermissionToAutomateTarget: was given a released object: "
+                          "address, made by AECreateDesc"));
+  EXPECT_DEATH(AECreateDesc(typeWildCard, "", 0, &finder),
+               printsOnly("AECreateDesc: only bundle identifiers are modelled"));
 }
 
 TEST_F(FrameworksDeathTest, AnIndexOutsideTheArrayIsNamed) {

@@ -264,6 +264,30 @@ TEST_F(ProgramsTest, AScriptTellsNothingToAnApplicationThatItMayNotTell) {
                "0:0: execution error: Not authorized to send Apple events to Finder. (-1743)\n"}));
 }
 
+TEST_F(ProgramsTest, AScriptWaitsForTheAnswerToAQuestionThatNobodyAnswers) {
+  desktop.faults().automation_unasked = {"System Events"};
+  EXPECT_EQ(toSystemEvents("keystroke \"a\""), std::nullopt);
+  EXPECT_TRUE(typist.typed.empty());
+  EXPECT_EQ(toSystemEvents("delay 0.5"), (Outcome{0, "", ""})) << "nobody is told anything";
+  desktop.faults().automation_denied = {"System Events"};
+  EXPECT_EQ(toSystemEvents("keystroke \"a\"")->status, 1) << "somebody answered";
+}
+
+TEST_F(ProgramsTest, AScriptStartsWhatItTellsSomething) {
+  const auto automation = [&] {
+    return desktop.answer(AskAutomation{"com.apple.systemevents"}).value;
+  };
+  EXPECT_EQ(automation(), Value(-600.0));
+  toSystemEvents("delay 0.5");
+  EXPECT_EQ(automation(), Value(-600.0)) << "nobody was told anything";
+  desktop.faults().automation_denied = {"System Events"};
+  toSystemEvents("keystroke \"a\"");
+  desktop.faults().automation_denied = {};
+  EXPECT_EQ(automation(), Value(-600.0)) << "it was told nothing";
+  toSystemEvents("keystroke \"a\"");
+  EXPECT_EQ(automation(), Value(0.0));
+}
+
 TEST_F(ProgramsTest, SystemEventsTypesWithTheKeysOfTheLayout) {
   desktop.setKeyboardLayout(KeyboardLayout::azerty);
   toSystemEvents("keystroke \"aq1\" using {command down}");

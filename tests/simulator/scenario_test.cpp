@@ -92,6 +92,9 @@ TEST(ScenarioMistake, FaultsAndPricesThatCannotBe) {
   EXPECT_EQ(mistake(R"({"faults": {"automationDenied": ["Mail"]}})"),
             "folder/wrong.json: /faults/automationDenied/0: expected one of \"System Events\", "
             "\"Finder\"");
+  EXPECT_EQ(mistake(R"({"faults": {"automationUnasked": ["Finder", 1]}})"),
+            "folder/wrong.json: /faults/automationUnasked/1: expected one of \"System Events\", "
+            "\"Finder\"");
   EXPECT_EQ(mistake(R"({"prices": {"request": -1}})"),
             "folder/wrong.json: /prices/request: expected a number from 0 to 3600");
   EXPECT_EQ(mistake(R"({"prices": {"click": 1}})"),
@@ -106,7 +109,8 @@ TEST(Scenario, TellsTheDesktopItsPricesItsLayoutAndItsTimeout) {
   const auto scene = makeScene(scenarioFromText(
       R"({"prices": {"request": 0.5, "press": 7}, "keyboardLayout": "azerty",
           "requestTimeoutSeconds": 3,
-          "faults": {"busy": [{"pid": 812, "toSeconds": 2}], "activationRefused": true}})",
+          "faults": {"busy": [{"pid": 812, "toSeconds": 2}], "activationRefused": true,
+                     "automationDenied": ["Finder"], "automationUnasked": ["System Events"]}})",
       "told"));
   const Desktop& desktop = scene->desktop;
   EXPECT_EQ(desktop.price(CopyAttribute{{300, 0}, "AXRole"}), 0.5);
@@ -114,6 +118,8 @@ TEST(Scenario, TellsTheDesktopItsPricesItsLayoutAndItsTimeout) {
   EXPECT_EQ(desktop.prices().press, 7);
   EXPECT_EQ(desktop.keyboardLayout(), KeyboardLayout::azerty);
   EXPECT_TRUE(desktop.faults().activation_refused);
+  EXPECT_EQ(desktop.faults().automation_denied, std::set<std::string>{"Finder"});
+  EXPECT_EQ(desktop.faults().automation_unasked, std::set<std::string>{"System Events"});
 }
 
 TEST(ScenarioMistake, UnknownChoice) {

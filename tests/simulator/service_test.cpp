@@ -95,6 +95,9 @@ TEST(Wire, WorkspaceRequestsArriveAsTheyWereSent) {
   sent(AskScreens{});
   sent(AskWindows{});
   EXPECT_EQ(sent(AskPresses{25}).type, 25U);
+  sent(AskTrust{});
+  sent(AskScreenCapture{});
+  EXPECT_EQ(sent(AskAutomation{"com.apple.finder"}).bundle, "com.apple.finder");
   EXPECT_EQ(sent(AskRunning{-7}).pid, -7);
   EXPECT_EQ(sent(Activate{browser}).pid, browser);
   EXPECT_EQ(sent(AskDisplayName{"/tmp/\xFF b"}).path, "/tmp/\xFF b");
@@ -417,16 +420,31 @@ std::uint32_t keysPressed() {
   return CGEventSourceCounterForEventType(kCGEventSourceStateHIDSystemState, kCGEventKeyDown);
 }
 
+OSStatus automationOfTheFinder() {
+  constexpr std::string_view bundle = "com.apple.finder";
+  AEDesc finder{};
+  AECreateDesc(typeApplicationBundleID, bundle.data(), static_cast<long>(bundle.size()), &finder);
+  const OSStatus answer =
+      AEDeterminePermissionToAutomateTarget(&finder, typeWildCard, typeWildCard, 0);
+  AEDisposeDesc(&finder);
+  return answer;
+}
+
 // Every thread has its own connection, made with its first request: each of these worlds is tried
 // on a thread of its own.
 TEST_F(Service, AProgramMeetsTheDesktopThatTheEnvironmentNames) {
   for (int i = 0; i < 2; ++i) desktop.postKey({5, true, 0, {}}, {}, Origin::person);
+  desktop.addProcess(
+      {.pid = 250, .name = "Finder", .command = "", .application = true, .host = {}});
   serve();
   setenv(desktop_variable, path.c_str(), 1);
   std::thread([] {
     EXPECT_EQ(copyRole(browser), kAXErrorSuccess);
     EXPECT_EQ(tessarine::applicationState(browser), tessarine::ApplicationState::running);
     EXPECT_EQ(keysPressed(), 2U);
+    EXPECT_TRUE(AXIsProcessTrusted());
+    EXPECT_TRUE(CGPreflightScreenCaptureAccess());
+    EXPECT_EQ(automationOfTheFinder(), noErr);
   }).join();
   unsetenv(desktop_variable);
 }
@@ -435,6 +453,9 @@ TEST_F(Service, WithoutAServiceTheDesktopIsEmpty) {
   const auto meetsEmptyDesktop = [] {
     EXPECT_EQ(copyRole(browser), static_cast<AXError>(-25204));
     EXPECT_EQ(keysPressed(), 0U);
+    EXPECT_FALSE(AXIsProcessTrusted());
+    EXPECT_FALSE(CGPreflightScreenCaptureAccess());
+    EXPECT_EQ(automationOfTheFinder(), procNotFound);
     EXPECT_EQ(tessarine::frontmostApplicationPid(), std::nullopt);
     EXPECT_EQ(tessarine::applicationState(browser), tessarine::ApplicationState::unknown);
     EXPECT_EQ(tessarine::screenFrames(), (std::vector<tessarine::Rect>{{0, 0, 1440, 900}}));

@@ -19,6 +19,11 @@ struct EmptyDesktop {
   Reply operator()(const PerformAction&) const { return {ax::cannotComplete, {}}; }
   Reply operator()(const PostEvent&) const { return {}; }
   Reply operator()(const AskPresses&) const { return {ax::success, 0.0}; }
+  Reply operator()(const AskTrust&) const { return {ax::success, false}; }
+  Reply operator()(const AskScreenCapture&) const { return {ax::success, false}; }
+  Reply operator()(const AskAutomation&) const {
+    return {ax::success, static_cast<double>(automation::notRunning)};
+  }
   Reply operator()(const AskFrontmost&) const { return {}; }
   Reply operator()(const AskRunning&) const { return {}; }
   Reply operator()(const Activate&) const { return {ax::success, false}; }

@@ -7,6 +7,7 @@
 
 #include "CoreFoundation/CoreFoundation.h"
 #include "CoreGraphics/CoreGraphics.h"
+#include "CoreServices/CoreServices.h"
 
 enum AXError : std::int32_t {
   kAXErrorSuccess = 0,
@@ -27,6 +28,9 @@ extern "C" {
 
 using AXUIElementRef = const struct __AXUIElement*;
 using AXValueRef = const struct __AXValue*;
+
+// Whether requests of this process are answered. Asks nobody for the permission.
+Boolean AXIsProcessTrusted();
 
 CFTypeID AXUIElementGetTypeID();
 AXUIElementRef AXUIElementCreateApplication(pid_t pid);

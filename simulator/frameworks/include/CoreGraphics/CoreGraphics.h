@@ -72,6 +72,9 @@ void CGEventPostToPid(pid_t pid, CGEventRef event);
 // not counted.
 std::uint32_t CGEventSourceCounterForEventType(CGEventSourceStateID state, CGEventType type);
 
+// Whether this process may see the windows of others. Asks nobody for the permission.
+bool CGPreflightScreenCaptureAccess();
+
 using CGWindowID = std::uint32_t;
 using CGWindowListOption = std::uint32_t;
 enum : CGWindowListOption { kCGWindowListOptionOnScreenOnly = 1 };
