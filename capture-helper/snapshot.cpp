@@ -8,6 +8,7 @@
 #include "core/tool_error.h"
 #include "platform/child_process.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 #include "platform/wait.h"
 
 namespace tessarine {

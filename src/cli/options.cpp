@@ -27,8 +27,6 @@ constexpr std::array<CommandName, 9> commandNames{{
     {CommandKind::inspectOpenDialog, "inspect-open-dialog"},
 }};
 
-constexpr double defaultTimeoutSeconds = 10.0;
-
 void excludeWindow(Options& options, const std::string& value) {
   const auto windowID = parseUInt32(value);
   if (!windowID || *windowID == 0) {

@@ -6,7 +6,7 @@
 #include "commands/dialog_confirmation.h"
 #include "commands/folder_result.h"
 #include "core/numbers.h"
-#include "core/tables.h"
+#include "core/text.h"
 #include "core/tool_error.h"
 #include "navigation/go_to_folder.h"
 #include "panels/capture.h"
@@ -63,12 +63,7 @@ std::string attemptText(const PanelWindowRef& panel, std::int32_t eventPid) {
 
 // ["first", "second"]
 std::string listText(const std::vector<std::string>& items) {
-  std::string text;
-  for (const std::string& item : items) {
-    if (!text.empty()) text += ", ";
-    text += '"' + item + '"';
-  }
-  return "[" + text + "]";
+  return items.empty() ? "[]" : "[\"" + joined(items, "\", \"") + "\"]";
 }
 
 void typePath(const PanelWindowRef& panel, std::int32_t eventPid, const std::string& path) {

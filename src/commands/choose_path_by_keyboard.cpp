@@ -7,6 +7,7 @@
 #include "commands/choose_path_by_staging.h"
 #include "commands/dialog_confirmation.h"
 #include "commands/path_result.h"
+#include "core/text.h"
 #include "core/tool_error.h"
 #include "navigation/go_to_folder.h"
 #include "panels/candidates.h"
@@ -40,13 +41,10 @@ void typePathAt(std::int32_t pid, std::int32_t primaryPid, const std::string& pa
 }
 
 // [812, 913]
-std::string listText(const std::vector<std::int32_t>& pids) {
-  std::string text;
-  for (const std::int32_t pid : pids) {
-    if (!text.empty()) text += ", ";
-    text += std::to_string(pid);
-  }
-  return "[" + text + "]";
+std::string pidsText(const std::vector<std::int32_t>& pids) {
+  std::vector<std::string> texts;
+  for (const std::int32_t pid : pids) texts.push_back(std::to_string(pid));
+  return "[" + joined(texts, ", ") + "]";
 }
 
 }  // namespace
@@ -76,7 +74,7 @@ Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& 
   }
   throw ToolError::actionFailed("tmp staging mouse fallback failed: " + mouseError +
                                 "; keyboard fallback did not close open panel; attempted pids: " +
-                                listText(attempted) + "; wait error: " + waitError);
+                                pidsText(attempted) + "; wait error: " + waitError);
 }
 
 }  // namespace tessarine

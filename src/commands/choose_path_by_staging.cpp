@@ -11,6 +11,7 @@
 #include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 
 namespace tessarine {
 namespace {

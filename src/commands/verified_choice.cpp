@@ -9,6 +9,7 @@
 #include "commands/path_result.h"
 #include "commands/verified_confirmation.h"
 #include "commands/verified_error.h"
+#include "core/finally.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/time_budget.h"
@@ -25,7 +26,6 @@
 #include "platform/accessibility.h"
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/foreground.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
 

@@ -5,6 +5,7 @@
 
 #include "panels/capture.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
 #include "platform/workspace.h"
@@ -15,8 +16,8 @@ namespace {
 constexpr double panelClosePollSeconds = 0.12;
 
 std::string snapshotPath(const PanelWindowRef& window) {
-  return appendingComponent(temporaryDirectory(), "zorvilet-panel-" + ownPid() + "-" +
-                                                      std::to_string(window.windowID) + "-" +
+  return appendingComponent(temporaryDirectory(), "zorvilet-panel-" + std::to_string(ownPid()) +
+                                                      "-" + std::to_string(window.windowID) + "-" +
                                                       freshUuid() + ".png");
 }
 
