@@ -86,6 +86,7 @@ int runSnapshotProgram(std::uint32_t number, const std::string& file,
   // Until it has ended it may write the file anew. One that ignores SIGTERM goes on for itself:
   // child processes are sent nothing stronger.
   pollUntil(endSeconds, pollSeconds, hasEnded);
+  // Not true after a signal, but then nobody gets to read it.
   throw ToolError::actionFailed("screencapture exceeded " + formatDouble(limitSeconds) + "s");
 }
 

@@ -3,8 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "commands/dialog_confirmation.h"
-#include "commands/folder_result.h"
+#include "commands/choice_results.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/tool_error.h"

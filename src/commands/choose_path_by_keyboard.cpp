@@ -4,17 +4,18 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "commands/choice_results.h"
 #include "commands/choose_path_by_staging.h"
 #include "commands/dialog_confirmation.h"
-#include "commands/path_result.h"
 #include "core/text.h"
 #include "core/tool_error.h"
 #include "navigation/go_to_folder.h"
-#include "panels/candidates.h"
 #include "panels/capture.h"
 #include "panels/panel_clicks.h"
 #include "panels/panel_close.h"
+#include "panels/panel_owners.h"
 #include "platform/clock.h"
+#include "platform/events.h"
 
 namespace tessarine {
 namespace {
@@ -56,7 +57,7 @@ Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& 
   if (tryMouseFirst) {
     try {
       return choosePathByTmpStagingMouse(primaryPid, targetPath, timeoutSeconds, waitError);
-    } catch (const std::exception& error) {
+    } catch (const std::exception& error) {  // the file system's too
       mouseError = error.what();
     }
   }
@@ -64,7 +65,7 @@ Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& 
   for (const std::int32_t pid : waitForEventPIDs(primaryPid, timeoutSeconds)) {
     attempted.push_back(pid);
     typePathAt(pid, primaryPid, targetPath);
-    if (!waitForPanelClose(primaryPid, closeSeconds(timeoutSeconds))) continue;
+    if (!waitForPanelClose(primaryPid, dialogCloseSeconds(timeoutSeconds))) continue;
     Result result = withOwner(pathResult(targetPath, "file", "go-to-folder-keyboard-fallback"), pid,
                               pid == primaryPid ? primaryBrowserLabel : panelServiceLabel);
     result["axWaitError"] = waitError;

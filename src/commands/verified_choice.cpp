@@ -5,11 +5,11 @@
 #include <optional>
 #include <vector>
 
-#include "commands/folder_result.h"
-#include "commands/path_result.h"
+#include "commands/choice_results.h"
 #include "commands/verified_confirmation.h"
 #include "commands/verified_error.h"
 #include "core/finally.h"
+#include "core/lists.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/time_budget.h"
@@ -21,7 +21,7 @@
 #include "navigation/go_to_sheet.h"
 #include "navigation/panel_choice.h"
 #include "navigation/path_analysis.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "panels/process_survey.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
@@ -284,7 +284,7 @@ Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, const ProcessS
 // meanwhile stays in front.
 void putFrontmostBack(std::optional<std::int32_t> before, const std::vector<std::int32_t>& panels) {
   const auto now = frontmostApplicationPid();
-  if (!before || !now || now == before || !hasPID(panels, *now)) return;
+  if (!before || !now || now == before || !isAmong(panels, *now)) return;
   if (applicationState(*before) == ApplicationState::running) activateApplication(*before);
 }
 

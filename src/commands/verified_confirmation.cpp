@@ -4,9 +4,9 @@
 #include <string>
 
 #include "commands/verified_error.h"
+#include "core/lists.h"
 #include "core/numbers.h"
 #include "navigation/go_to_sheet.h"
-#include "panels/candidates.h"
 #include "panels/process_survey.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
@@ -41,7 +41,7 @@ using Windows = std::vector<PanelWindowRef>;
 bool personActedSince(const PanelChoice& choice, Quiet& quiet, double time) {
   const bool pressed = quiet.since() > time;
   const auto inFront = frontmostApplicationPid();
-  return pressed && inFront && hasPID(choice.keyPids, *inFront);
+  return pressed && inFront && isAmong(choice.keyPids, *inFront);
 }
 
 // What was seen, and that it was so still when the button was about to be pressed.

@@ -2,6 +2,7 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -112,6 +113,13 @@ std::string lowercased(std::string text) {
   for (char& character : text) {
     if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
   }
+  return text;
+}
+
+std::string onOneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
+      ' ');
   return text;
 }
 

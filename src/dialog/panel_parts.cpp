@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "core/lists.h"
 #include "core/tables.h"
 #include "core/text.h"
 #include "platform/accessibility.h"
@@ -23,11 +24,6 @@ constexpr std::array<std::string_view, 5> listingRoles{"AXOutline", "AXTable", "
 // Descriptions of the two lists where the panel has no identifiers.
 constexpr std::array<std::string_view, 2> knownListings{"list view", listViewMarker};
 constexpr std::array<std::string_view, 2> knownSidebars{"sidebar", sidebarMarker};
-
-template <class Names>
-bool isListed(const Names& names, std::string_view name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
 
 struct PartNode {
   Element element;
@@ -120,7 +116,7 @@ void takeListsByPlace(std::vector<PartNode> lists, PanelParts& parts) {
 void takeUnidentifiedLists(const std::vector<PartNode>& nodes, PanelParts& parts) {
   std::vector<PartNode> unknown;
   for (const PartNode& node : nodes) {
-    if (!isListed(listingRoles, node.role)) continue;
+    if (!isAmong(listingRoles, node.role)) continue;
     if (isDescribed(node, knownSidebars)) {
       keepFirst(parts.sidebar, node.element);
     } else if (isDescribed(node, knownListings) && !parts.listing) {
@@ -165,7 +161,7 @@ PanelParts panelParts(const Element& root) {
 }
 
 bool isContainerRole(std::string_view role) {
-  return isListed(partContainers, role);
+  return isAmong(partContainers, role);
 }
 
 }  // namespace tessarine

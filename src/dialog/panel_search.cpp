@@ -8,7 +8,7 @@
 #include "dialog/detection.h"
 #include "dialog/panel_parts.h"
 #include "dialog/traversal.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "platform/accessibility.h"
 #include "platform/screens.h"
 

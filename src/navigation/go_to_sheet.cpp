@@ -188,7 +188,7 @@ bool confirmByField(PanelChoice& choice, const OpenSheet& open) {
 
 bool confirmByReturn(PanelChoice& choice, const OpenSheet& open, std::int32_t taker) {
   choice.returnUnderWay = true;
-  tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
+  pressReturn(taker, sheetKeySeconds);
   return sheetGoesWithin(choice, open.sheet, sheetGoesSeconds);
 }
 

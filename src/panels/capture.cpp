@@ -7,7 +7,7 @@
 #include "core/numbers.h"
 #include "core/tables.h"
 #include "core/text.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
 #include "platform/wait.h"
@@ -138,6 +138,13 @@ std::vector<std::int32_t> waitForBackgroundOpenPanel(std::int32_t primaryPid,
   return pids;
 }
 
+const PanelWindowRef& windowOfOrFirst(const std::vector<PanelWindowRef>& windows,
+                                      std::int32_t pid) {
+  const auto own = std::find_if(windows.begin(), windows.end(),
+                                [&](const PanelWindowRef& window) { return window.pid == pid; });
+  return own != windows.end() ? *own : windows.front();
+}
+
 double panelWindowArea(const PanelWindowRef& window) {
   return std::max(window.frame.width, 0.0) * std::max(window.frame.height, 0.0);
 }
@@ -152,12 +159,11 @@ bool panelWindowMatches(const PanelWindowRef& window, const PanelWindowRef& trac
 }
 
 std::optional<PanelWindowRef> largestPanelWindow(std::int32_t primaryPid) {
-  auto windows = backgroundOpenPanelWindows(primaryPid);
+  const auto windows = backgroundOpenPanelWindows(primaryPid);
   if (windows.empty()) return {};
-  std::stable_sort(windows.begin(), windows.end(), [](const auto& first, const auto& second) {
-    return first.frame.width * first.frame.height > second.frame.width * second.frame.height;
+  return *std::max_element(windows.begin(), windows.end(), [](const auto& one, const auto& other) {
+    return panelWindowArea(one) < panelWindowArea(other);
   });
-  return windows.front();
 }
 
 }  // namespace tessarine

@@ -6,10 +6,11 @@
 #include <set>
 #include <string_view>
 
+#include "core/lists.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "panels/candidates.h"
 #include "panels/capture.h"
+#include "panels/panel_owners.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
 #include "platform/workspace.h"
@@ -249,7 +250,7 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
   for (const PanelWindowRef& window : windowsOf(survey)) {
     if (!rectsEqual(window.frame, frame)) continue;
     if (window.pid == primaryPid) return false;
-    another = another || !hasPID(services, window.pid);
+    another = another || !isAmong(services, window.pid);
   }
   return another;
 }
@@ -258,7 +259,7 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
                                       const std::vector<std::int32_t>& owners, const Rect& frame) {
   Windows standing;
   for (const PanelWindowRef& window : windows) {
-    if (hasPID(owners, window.pid) && rectsEqual(window.frame, frame)) standing.push_back(window);
+    if (isAmong(owners, window.pid) && rectsEqual(window.frame, frame)) standing.push_back(window);
   }
   return standing;
 }
@@ -267,7 +268,7 @@ bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
                     const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
                     const std::optional<Rect>& exceptAt) {
   return std::any_of(now.begin(), now.end(), [&](const PanelWindowRef& window) {
-    if (!hasPID(owners, window.pid) || (exceptAt && isNear(window.frame, *exceptAt))) return false;
+    if (!isAmong(owners, window.pid) || (exceptAt && isNear(window.frame, *exceptAt))) return false;
     return windowsAt(now, {window.pid}, window.frame).size() >
            windowsAt(before, {window.pid}, window.frame).size();
   });

@@ -1,7 +1,6 @@
 #include "platform/accessibility.h"
 
-#include <algorithm>
-
+#include "core/lists.h"
 #include "core/tool_error.h"
 #include "platform/ax_values.h"
 #include "platform/cf_values.h"
@@ -16,9 +15,7 @@ std::string textOrEmpty(const Element& element, const std::string& attribute) {
 void appendFocusedAndMain(const Element& app, std::vector<Element>& windows) {
   for (const char* attribute : {"AXFocusedWindow", "AXMainWindow"}) {
     const auto window = axElementAttribute(app, attribute);
-    if (window && std::find(windows.begin(), windows.end(), *window) == windows.end()) {
-      windows.push_back(*window);
-    }
+    if (window && !isAmong(windows, *window)) windows.push_back(*window);
   }
 }
 
@@ -125,8 +122,7 @@ std::vector<std::string> axActions(const Element& element) {
 }
 
 bool axOffers(const Element& element, const std::string& action) {
-  const auto actions = axActions(element);
-  return std::find(actions.begin(), actions.end(), action) != actions.end();
+  return isAmong(axActions(element), action);
 }
 
 Rect axFrame(const Element& element) {

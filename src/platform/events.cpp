@@ -111,6 +111,10 @@ void typeUnicodeText(std::int32_t pid, const std::string& text, double pause) {
   }
 }
 
+void pressReturn(std::int32_t pid, double pause) {
+  tapKey(pid, keyCodeReturn, noModifiers, {}, pause);
+}
+
 void selectAllAndDelete(std::int32_t pid) {
   tapKey(pid, keyCodeA, commandFlag, {}, editingPauseSeconds);
   tapKey(pid, keyCodeDelete, noModifiers, {}, editingPauseSeconds);

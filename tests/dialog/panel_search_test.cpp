@@ -7,7 +7,7 @@
 #include "core/tables.h"
 #include "dialog/panel_parts.h"
 #include "dialog/tree.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "support/temporary_folder.h"
 
 namespace tessarine::test::panel_search {

@@ -1,4 +1,6 @@
 #include "navigation/row_opening.h"
+#include "navigation/folder_selection.h"
+#include "navigation/hierarchy.h"
 
 #include <gmock/gmock.h>
 
