@@ -13,8 +13,7 @@ inline constexpr const char* panelServiceLabel = "open-save-panel-service";
 
 // "Microsoft Edge" or "Google Chrome Dev" when the process's command line contains it, otherwise
 // "Google Chrome", also for other browsers and for processes whose command line cannot be read.
-// Runs
-// "/bin/ps" afresh.
+// Runs "/bin/ps" afresh.
 std::string browserDisplayName(std::int32_t primaryPid);
 
 // "Open and Save Panel Service (" + the browser's display name + ")".
