@@ -49,8 +49,8 @@ class Search {
   // The title of the frontmost window or sheet at that place that no window was given before.
   std::optional<std::string> takeTitle(std::int32_t pid, const Rect& frame) {
     auto& candidates = titledFrames(pid);
-    const auto same = std::find_if(candidates.begin(), candidates.end(),
-                                   [&](const auto& candidate) { return candidate.frame == frame; });
+    const auto same = std::ranges::find_if(
+        candidates, [&](const auto& candidate) { return candidate.frame == frame; });
     if (same == candidates.end()) return {};
     std::string title = std::move(same->title);
     candidates.erase(same);
@@ -115,7 +115,7 @@ bool mayHavePanel(const ListedWindow& window) {
 }  // namespace
 
 void readWithheldTitles(std::vector<ListedWindow>& windows) {
-  if (std::none_of(windows.begin(), windows.end(), isLookedUp)) return;
+  if (std::ranges::none_of(windows, isLookedUp)) return;
   Search search(currentTime() + totalSeconds);
   for (const bool likely : {true, false}) {
     for (ListedWindow& window : windows) {

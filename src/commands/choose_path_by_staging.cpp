@@ -21,23 +21,16 @@ constexpr double longestStagingCloseSeconds = 3.0;
 constexpr double afterStagingSeconds = 0.25;
 constexpr double afterRowClickSeconds = 0.22;
 constexpr double secondsAhead = 3600;
+// Where the first row is expected: shares of the panel's extents, within bounds (points).
+constexpr double rowRightShare = 0.26;
+constexpr double leastRowRight = 360;
+constexpr double mostRowRight = 520;
+constexpr double rowDownShare = 0.155;
+constexpr double leastRowDown = 128;
+constexpr double mostRowDown = 180;
 constexpr double openButtonBelow = 80;    // from the panel's bottom edge
 constexpr double firstButtonOffset = 68;  // from its right edge
 constexpr double secondButtonOffset = 86;
-
-// Where along an extent of the panel the first row is expected: a share of it, within bounds
-// (points).
-struct RowOffset {
-  double share;
-  double least;
-  double most;
-};
-constexpr RowOffset rowFromLeft{0.26, 360, 520};
-constexpr RowOffset rowFromTop{0.155, 128, 180};
-
-double offsetIn(double extent, const RowOffset& offset) {
-  return std::min(std::max(extent * offset.share, offset.least), offset.most);
-}
 
 // What is staged for which panel, and why.
 struct Staging {
@@ -136,8 +129,8 @@ std::string stagedTmpCopy(const std::string& path) {
 }
 
 Point firstRowPoint(const Rect& panelFrame) {
-  return {panelFrame.x + offsetIn(panelFrame.width, rowFromLeft),
-          panelFrame.y + offsetIn(panelFrame.height, rowFromTop)};
+  return {panelFrame.x + std::clamp(panelFrame.width * rowRightShare, leastRowRight, mostRowRight),
+          panelFrame.y + std::clamp(panelFrame.height * rowDownShare, leastRowDown, mostRowDown)};
 }
 
 }  // namespace tessarine

@@ -8,7 +8,7 @@ namespace tessarine {
 // Whether the value is one of them.
 template <class Values, class Value>
 bool isAmong(const Values& values, const Value& value) {
-  return std::find(values.begin(), values.end(), value) != values.end();
+  return std::ranges::find(values, value) != values.end();
 }
 
 }  // namespace tessarine

@@ -117,9 +117,8 @@ std::string lowercased(std::string text) {
 }
 
 std::string onOneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
-      ' ');
+  std::ranges::replace_if(
+      text, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; }, ' ');
   return text;
 }
 

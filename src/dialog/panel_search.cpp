@@ -18,10 +18,8 @@ namespace tessarine {
 namespace {
 
 constexpr std::array<std::string_view, 3> titledRoles{"AXWindow", "AXSheet", "AXDialog"};
-constexpr int deepestRoot = 3;
-constexpr std::size_t mostRootNodes = 150;
-constexpr int deepestButton = 8;
-constexpr std::size_t mostButtonNodes = 360;
+constexpr WalkLimits rootLimits{3, 150};
+constexpr WalkLimits cancelButtonLimits{8, 360};
 
 using Elements = std::vector<Element>;
 
@@ -61,42 +59,20 @@ void noteRoot(const Element& element, const std::string& role, FoundRoots& found
 }
 
 void findRoots(const Element& window, FoundRoots& found) {
-  struct Entry {
-    Element element;
-    int depth;
-  };
-  std::vector<Entry> queue{{window, 0}};
-  for (std::size_t head = 0; head < queue.size() && head < mostRootNodes; ++head) {
-    const Entry entry = queue[head];
-    const std::string role = readText(entry.element, "AXRole").value_or("");
-    if (!isContainerRole(role)) continue;
-    noteRoot(entry.element, role, found);
-    if (entry.depth == deepestRoot || isAmong(found.identified, entry.element)) continue;
-    for (const Element& child : readList(entry.element)) {
-      queue.push_back({child, entry.depth + 1});
-    }
-  }
+  walkAnswered({window}, rootLimits, [&](const Element& element, const std::string& role) {
+    if (!isContainerRole(role)) return Step::past;
+    noteRoot(element, role, found);
+    return isAmong(found.identified, element) ? Step::past : Step::into;
+  });
 }
 
 // The Cancel buttons below the window, by their titles, in containers alone.
 Elements cancelButtonsIn(const Element& window) {
   Elements buttons;
-  std::size_t visited = 0;
-  Elements level{window};
-  for (int depth = 0; depth <= deepestButton && !level.empty(); ++depth) {
-    Elements next;
-    for (const Element& element : level) {
-      if (++visited > mostButtonNodes) return buttons;
-      const std::string role = readText(element, "AXRole").value_or("");
-      if (isContainerRole(role)) {
-        const Elements children = readList(element);
-        next.insert(next.end(), children.begin(), children.end());
-      } else if (role == "AXButton" && hasCancelTitle(element)) {
-        buttons.push_back(element);
-      }
-    }
-    level = std::move(next);
-  }
+  walkAnswered({window}, cancelButtonLimits, [&](const Element& element, const std::string& role) {
+    if (role == "AXButton" && hasCancelTitle(element)) buttons.push_back(element);
+    return isContainerRole(role) ? Step::into : Step::past;
+  });
   return buttons;
 }
 
@@ -138,7 +114,7 @@ bool holdsControls(const Element& root) {
 std::vector<std::int32_t> ownersOf(const Elements& elements) {
   std::vector<std::int32_t> pids;
   for (const Element& element : elements) pids.push_back(elementPid(element).value_or(0));
-  std::sort(pids.begin(), pids.end());
+  std::ranges::sort(pids);
   pids.erase(std::unique(pids.begin(), pids.end()), pids.end());
   return pids;
 }
@@ -159,9 +135,8 @@ bool showOnePanel(const ProcessSurvey& survey, const Element& one, const Element
   if (!frame || !otherFrame || !rectsEqual(*frame, *otherFrame)) return false;
   const Elements contents = readList(one);
   const Elements otherContents = readList(other);
-  const bool shared = std::any_of(contents.begin(), contents.end(), [&](const Element& element) {
-    return isAmong(otherContents, element);
-  });
+  const bool shared = std::ranges::any_of(
+      contents, [&](const Element& element) { return isAmong(otherContents, element); });
   if (shared) return true;
   const bool comparable =
       !contents.empty() && !otherContents.empty() && ownersOf(contents) == ownersOf(otherContents);
@@ -242,7 +217,7 @@ std::vector<std::int32_t> panelServicesByPlace(const ProcessSurvey& survey,
   auto services = possiblePanelServicesOf(survey, primaryPid);
   std::erase_if(services, [&](std::int32_t service) {
     const auto roots = serviceRoots(survey, primaryPid, service, panelRootsIn);
-    return std::none_of(roots.begin(), roots.end(), [&](const PanelRoot& root) {
+    return std::ranges::none_of(roots, [&](const PanelRoot& root) {
       return standsWithBrowser(survey, primaryPid, service, axFrame(root.element));
     });
   });
@@ -257,9 +232,8 @@ std::string panelCounts(const ProcessSurvey& survey, const std::vector<PanelRoot
     const AppRef& owner = panel.owner;
     if (isAmong(owners, owner.pid)) continue;
     owners.push_back(owner.pid);
-    const auto count = std::count_if(panels.begin(), panels.end(), [&](const PanelRoot& each) {
-      return each.owner.pid == owner.pid;
-    });
+    const auto count = std::ranges::count_if(
+        panels, [&](const PanelRoot& each) { return each.owner.pid == owner.pid; });
     const std::string where = owner.label == panelServiceLabel
                                   ? "panel service " + std::to_string(owner.pid)
                                   : processText(survey, owner.pid);

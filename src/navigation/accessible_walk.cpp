@@ -387,8 +387,8 @@ std::string walkToTarget(PanelChoice& choice) {
   std::string problem;  // from the nearest place
   for (const auto placesIn : {surePlaces, labelledPlaces}) {
     auto places = placesIn(choice, paths);
-    std::stable_sort(places.begin(), places.end(),
-                     [](const auto& left, const auto& right) { return left.depth > right.depth; });
+    std::ranges::stable_sort(
+        places, [](const auto& left, const auto& right) { return left.depth > right.depth; });
     for (const StartingPlace& place : places) {
       const std::string result = walkFrom(choice, paths, place);
       if (result.empty()) return {};

@@ -60,8 +60,8 @@ bool samePlace(const PanelWindowRef& first, const PanelWindowRef& second) {
 template <class Same>
 void appendUnlessRepeated(std::vector<PanelWindowRef>& windows, const PanelWindowRef& window,
                           const Same& same) {
-  const bool repeated = std::any_of(windows.begin(), windows.end(),
-                                    [&](const auto& earlier) { return same(window, earlier); });
+  const bool repeated =
+      std::ranges::any_of(windows, [&](const auto& earlier) { return same(window, earlier); });
   if (!repeated) windows.push_back(window);
 }
 
@@ -112,9 +112,8 @@ std::vector<PanelWindowRef> orderedBackgroundPanelWindows(std::int32_t primaryPi
   const auto rank = [&](const PanelWindowRef& window) {
     return std::tuple(window.pid == primaryPid, -panelWindowArea(window), window.windowID);
   };
-  std::stable_sort(windows.begin(), windows.end(), [&](const auto& first, const auto& second) {
-    return rank(first) < rank(second);
-  });
+  std::ranges::stable_sort(
+      windows, [&](const auto& first, const auto& second) { return rank(first) < rank(second); });
   return windows;
 }
 
@@ -140,8 +139,8 @@ std::vector<std::int32_t> waitForBackgroundOpenPanel(std::int32_t primaryPid,
 
 const PanelWindowRef& windowOfOrFirst(const std::vector<PanelWindowRef>& windows,
                                       std::int32_t pid) {
-  const auto own = std::find_if(windows.begin(), windows.end(),
-                                [&](const PanelWindowRef& window) { return window.pid == pid; });
+  const auto own = std::ranges::find_if(
+      windows, [&](const PanelWindowRef& window) { return window.pid == pid; });
   return own != windows.end() ? *own : windows.front();
 }
 
@@ -161,7 +160,7 @@ bool panelWindowMatches(const PanelWindowRef& window, const PanelWindowRef& trac
 std::optional<PanelWindowRef> largestPanelWindow(std::int32_t primaryPid) {
   const auto windows = backgroundOpenPanelWindows(primaryPid);
   if (windows.empty()) return {};
-  return *std::max_element(windows.begin(), windows.end(), [](const auto& one, const auto& other) {
+  return *std::ranges::max_element(windows, [](const auto& one, const auto& other) {
     return panelWindowArea(one) < panelWindowArea(other);
   });
 }

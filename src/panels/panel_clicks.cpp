@@ -23,9 +23,8 @@ constexpr double afterClickSeconds = 0.18;
 // The first screen that shows part of the frame, or else the main display.
 Rect screenShowing(const Rect& frame) {
   const auto screens = screenFrames();
-  const auto screen = std::find_if(screens.begin(), screens.end(), [&](const Rect& candidate) {
-    return rectsIntersect(candidate, frame);
-  });
+  const auto screen = std::ranges::find_if(
+      screens, [&](const Rect& candidate) { return rectsIntersect(candidate, frame); });
   return screen != screens.end() ? *screen : mainDisplayBounds();
 }
 

@@ -22,7 +22,7 @@ std::string snapshotPath(const PanelWindowRef& window) {
 }
 
 bool anyMatches(const std::vector<PanelWindowRef>& tracked, const PanelWindowRef& window) {
-  return std::any_of(tracked.begin(), tracked.end(), [&](const PanelWindowRef& candidate) {
+  return std::ranges::any_of(tracked, [&](const PanelWindowRef& candidate) {
     return panelWindowMatches(window, candidate);
   });
 }
@@ -45,9 +45,8 @@ bool waitForTrackedPanelClose(std::int32_t primaryPid,
   if (trackedWindows.empty()) return false;
   return pollUntil(timeoutSeconds, panelClosePollSeconds, [&] {
     const auto windows = orderedBackgroundPanelWindows(primaryPid);
-    return std::none_of(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
-      return anyMatches(trackedWindows, window);
-    });
+    return std::ranges::none_of(
+        windows, [&](const PanelWindowRef& window) { return anyMatches(trackedWindows, window); });
   });
 }
 
@@ -55,7 +54,7 @@ bool waitForCapturedPanelClose(std::int32_t primaryPid, double timeoutSeconds) {
   return pollUntil(timeoutSeconds, panelClosePollSeconds, [&] {
     auto windows = orderedBackgroundPanelWindows(primaryPid);
     std::erase_if(windows, [&](const PanelWindowRef& window) { return window.pid != primaryPid; });
-    return std::none_of(windows.begin(), windows.end(), panelCaptureAvailable);
+    return std::ranges::none_of(windows, panelCaptureAvailable);
   });
 }
 

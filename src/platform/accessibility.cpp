@@ -42,6 +42,15 @@ CfRef<CFTypeRef> answeredValue(const Element& element, const std::string& attrib
   return answerFor(element, attribute).value;
 }
 
+std::optional<Unanswered> whyUnanswered(const Element& element) {
+  try {
+    answeredValue(element, "AXRole");
+    return {};
+  } catch (const Unanswered& unanswered) {
+    return unanswered;
+  }
+}
+
 bool saysThereIsNone(AXError error) {
   return error == kAXErrorAttributeUnsupported || error == kAXErrorNoValue;
 }
@@ -177,21 +186,13 @@ std::optional<std::string> readLocation(const Element& element) {
 }
 
 bool isGone(const Element& element) {
-  try {
-    answeredValue(element, "AXRole");
-    return false;
-  } catch (const Unanswered& unanswered) {
-    return unanswered.gone();
-  }
+  const auto unanswered = whyUnanswered(element);
+  return unanswered && unanswered->gone();
 }
 
 bool answersNow(const Element& element) {
-  try {
-    answeredValue(element, "AXRole");
-    return true;
-  } catch (const Unanswered& unanswered) {
-    return unanswered.gone();
-  }
+  const auto unanswered = whyUnanswered(element);
+  return !unanswered || unanswered->gone();
 }
 
 std::vector<Element> focusedAndMainWindows(const Element& app) {
