@@ -13,14 +13,17 @@ void noteSignal(int signal) {
 
 EndSignals::EndSignals() {
   noted = 0;
+  struct sigaction note {};
+  note.sa_handler = noteSignal;
+  note.sa_flags = SA_RESTART;
   for (std::size_t i = 0; i < signals_.size(); ++i) {
-    before_[i] = std::signal(signals_[i], noteSignal);
-    if (before_[i] == SIG_IGN) std::signal(signals_[i], SIG_IGN);
+    sigaction(signals_[i], nullptr, &before_[i]);
+    if (before_[i].sa_handler != SIG_IGN) sigaction(signals_[i], &note, nullptr);
   }
 }
 
 EndSignals::~EndSignals() {
-  for (std::size_t i = 0; i < signals_.size(); ++i) std::signal(signals_[i], before_[i]);
+  for (std::size_t i = 0; i < signals_.size(); ++i) sigaction(signals_[i], &before_[i], nullptr);
   if (received()) std::raise(noted);
 }
 

@@ -20,10 +20,8 @@ class EndSignals {
   bool received() const;
 
  private:
-  using Handler = void (*)(int);
   static constexpr std::array signals_{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
-
-  std::array<Handler, signals_.size()> before_{};
+  std::array<struct sigaction, signals_.size()> before_{};
 };
 
 }  // namespace tessarine

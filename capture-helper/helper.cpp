@@ -9,6 +9,7 @@
 #include "capture-helper/window_line.h"
 #include "capture-helper/window_list.h"
 #include "capture-helper/withheld_titles.h"
+#include "core/text.h"
 #include "core/tool_error.h"
 
 namespace tessarine {

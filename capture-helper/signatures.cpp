@@ -34,9 +34,6 @@ static_assert(
     hasSignature<decltype(CGWindowListCopyWindowInfo), CFArrayRef(CGWindowListOption, CGWindowID)>);
 static_assert(
     hasSignature<decltype(CGRectMakeWithDictionaryRepresentation), bool(CFDictionaryRef, CGRect*)>);
-static_assert(hasSignature<decltype(AXUIElementCreateSystemWide), AXUIElementRef()>);
-static_assert(
-    hasSignature<decltype(AXUIElementSetMessagingTimeout), AXError(AXUIElementRef, float)>);
 
 // --- Permissions. ---
 

@@ -8,6 +8,7 @@
 #include "core/tool_error.h"
 #include "platform/child_process.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 #include "platform/wait.h"
 
 namespace tessarine {
@@ -85,6 +86,7 @@ int runSnapshotProgram(std::uint32_t number, const std::string& file,
   // Until it has ended it may write the file anew. One that ignores SIGTERM goes on for itself:
   // child processes are sent nothing stronger.
   pollUntil(endSeconds, pollSeconds, hasEnded);
+  // Not true after a signal, but then nobody gets to read it.
   throw ToolError::actionFailed("screencapture exceeded " + formatDouble(limitSeconds) + "s");
 }
 

@@ -7,9 +7,6 @@
 
 namespace tessarine {
 
-// With a blank for each tab, line break and other control character.
-std::string onOneLine(std::string text);
-
 // NUMBER, "pid=", "app=", "title=" and "frame=X,Y,WIDTH,HEIGHT" with tabs in between, ended by a
 // line feed. Names and titles are `onOneLine`, so that they break no column and no line.
 std::string windowLine(const ListedWindow& window);

@@ -24,22 +24,6 @@ constexpr std::array likelyOwners{"Open and Save Panel Service", "Google Chrome"
 constexpr int normalLayer = 0;
 constexpr int modalPanelLayer = 8;
 
-// How long this program waits for each answer of another process, for as long as it lives.
-class AnswerLimit {
- public:
-  AnswerLimit() = default;
-  ~AnswerLimit() { set(0); }  // the platform's default
-  AnswerLimit(const AnswerLimit&) = delete;
-  AnswerLimit& operator=(const AnswerLimit&) = delete;
-
-  void set(double seconds) const {
-    AXUIElementSetMessagingTimeout(everything_.get(), static_cast<float>(seconds));
-  }
-
- private:
-  CfRef<AXUIElementRef> everything_ = CfRef<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
-};
-
 std::vector<Element> windowsOf(const Element& app) {
   return axElements(app, "AXWindows");
 }
@@ -53,16 +37,20 @@ struct TitledFrame {
   std::string title;
 };
 
-// What has been found out until the deadline, one process after the other.
+// What has been found out until the deadline, one process after the other. For as long as it lives
+// this program waits no longer than it says for each answer.
 class Search {
  public:
   explicit Search(double deadline) : deadline_(deadline) {}
+  ~Search() { setMessagingTimeout(0); }
+  Search(const Search&) = delete;
+  Search& operator=(const Search&) = delete;
 
   // The title of the frontmost window or sheet at that place that no window was given before.
   std::optional<std::string> takeTitle(std::int32_t pid, const Rect& frame) {
     auto& candidates = titledFrames(pid);
-    const auto same = std::find_if(candidates.begin(), candidates.end(),
-                                   [&](const auto& candidate) { return candidate.frame == frame; });
+    const auto same = std::ranges::find_if(
+        candidates, [&](const auto& candidate) { return candidate.frame == frame; });
     if (same == candidates.end()) return {};
     std::string title = std::move(same->title);
     candidates.erase(same);
@@ -84,15 +72,15 @@ class Search {
   // Empty once the time is up. A reader asks twice at most, each time for no longer than what was
   // left: the last answer is awaited for half a second beyond the deadline.
   template <class Reader>
-  auto ask(const Reader& read, const Element& element) const -> decltype(read(element)) {
+  auto ask(const Reader& read, const Element& element) -> decltype(read(element)) {
     const double leftSeconds = deadline_ - currentTime();
     if (leftSeconds <= 0) return {};
-    limit_.set(std::min(answerSeconds, leftSeconds));
+    setMessagingTimeout(std::min(answerSeconds, leftSeconds));
     return read(element);
   }
 
   // Sheets are in front of what they are attached to.
-  void addWithSheets(const Element& window, int depth, std::vector<TitledFrame>& found) const {
+  void addWithSheets(const Element& window, int depth, std::vector<TitledFrame>& found) {
     TitledFrame own{ask(axFrame, window), title(window)};
     if (depth > 0) {
       for (const Element& child : ask(axChildren, window)) {
@@ -102,14 +90,13 @@ class Search {
     if (!own.title.empty()) found.push_back(std::move(own));
   }
 
-  std::string title(const Element& window) const {
+  std::string title(const Element& window) {
     std::string own = ask(axTitle, window);
     if (own.empty() && ask(identifier, window) == openPanelIdentifier) return openPanelTitle;
     return own;
   }
 
   double deadline_;
-  AnswerLimit limit_;
   std::map<std::int32_t, std::vector<TitledFrame>> found_;
 };
 
@@ -128,7 +115,7 @@ bool mayHavePanel(const ListedWindow& window) {
 }  // namespace
 
 void readWithheldTitles(std::vector<ListedWindow>& windows) {
-  if (std::none_of(windows.begin(), windows.end(), isLookedUp)) return;
+  if (std::ranges::none_of(windows, isLookedUp)) return;
   Search search(currentTime() + totalSeconds);
   for (const bool likely : {true, false}) {
     for (ListedWindow& window : windows) {

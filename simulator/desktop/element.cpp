@@ -135,12 +135,4 @@ bool contains(const Rect& frame, Point point) {
          point.y < frame.y + frame.height;
 }
 
-Element* hitTest(Element& root, Point point) {
-  if (root.frame() && !contains(*root.frame(), point)) return nullptr;
-  for (auto child = root.children().rbegin(); child != root.children().rend(); ++child) {
-    if (Element* hit = hitTest(**child, point)) return hit;
-  }
-  return root.frame() ? &root : nullptr;
-}
-
 }  // namespace simulator

@@ -100,10 +100,4 @@ class Element {
 // Whether the point lies in the frame; the right and bottom edges do not belong to it.
 bool contains(const Rect& frame, Point point);
 
-// The deepest element at or below `root` whose frame contains the point, null when there is none.
-// A frame clips what stands below it, as a scroll area does with rows that are scrolled away. Of
-// siblings that overlap the later one is in front. An element without a frame cannot be hit and
-// clips nothing.
-Element* hitTest(Element& root, Point point);
-
 }  // namespace simulator

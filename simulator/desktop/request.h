@@ -67,8 +67,10 @@ struct KeyEvent {
   std::uint64_t flags = 0;
   std::optional<std::u16string> text;  // attached Unicode text, absent when none was attached
 };
+inline constexpr std::uint32_t left_down = 1;
+inline constexpr std::uint32_t left_up = 2;
 struct MouseEvent {
-  std::uint32_t type = 1;  // 1 left mouse down, 2 left mouse up
+  std::uint32_t type = left_down;  // or left_up
   Point at;
   std::int64_t clickState = 0;
 };

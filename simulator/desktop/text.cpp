@@ -54,4 +54,19 @@ std::string utf8FromUtf16(const std::u16string& text) {
   return bytes;
 }
 
+std::string percentEncoded(const std::string& bytes, const std::string& unescaped) {
+  constexpr const char* digits = "0123456789ABCDEF";
+  std::string text;
+  for (const char c : bytes) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    if (letter || isDigit(c) || unescaped.find(c) != std::string::npos) {
+      text += c;
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      text += {'%', digits[byte / 16], digits[byte % 16]};
+    }
+  }
+  return text;
+}
+
 }  // namespace simulator

@@ -10,6 +10,9 @@ namespace simulator {
 std::u16string utf16FromUtf8(const std::string& text);
 std::string utf8FromUtf16(const std::u16string& text);
 
+// With "%" and two digits for each byte but ASCII letters and digits and those of `unescaped`.
+std::string percentEncoded(const std::string& bytes, const std::string& unescaped);
+
 inline bool isDigit(char letter) {
   return letter >= '0' && letter <= '9';
 }

@@ -167,8 +167,6 @@ void Desktop::whenFree(Pid pid, std::function<void()> effect) {
 }
 
 void Desktop::postMouse(const MouseEvent& event, std::optional<Pid> target, Origin origin) {
-  constexpr std::uint32_t left_down = 1;
-  constexpr std::uint32_t left_up = 2;
   if (event.type != left_down && event.type != left_up) {
     abortUnmodelled("mouse event of type " + std::to_string(event.type));
   }

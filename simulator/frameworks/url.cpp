@@ -22,6 +22,8 @@ namespace {
 // system's secret; here it is the file's path, two hexadecimal digits for each byte.
 constexpr std::string_view reference_prefix = "/.file/id=";
 
+constexpr const char* unreserved_marks = "-_.!~*'()";
+
 bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
@@ -29,7 +31,7 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 bool isUnreserved(char c) {
-  return isLetter(c) || isDigit(c) || (c != '\0' && std::strchr("-_.!~*'()", c));
+  return isLetter(c) || isDigit(c) || (c != '\0' && std::strchr(unreserved_marks, c));
 }
 bool mayStand(char c) {
   return isUnreserved(c) || (c != '\0' && std::strchr(";/?:@&=+$,#%[]", c));
@@ -106,20 +108,6 @@ std::string decode(std::string_view encoded) {
   return bytes;
 }
 
-std::string encode(std::string_view bytes) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  for (const char c : bytes) {
-    if (isUnreserved(c) || c == '/') {
-      text += c;
-    } else {
-      const auto byte = static_cast<unsigned char>(c);
-      text += {'%', digits[byte / 16], digits[byte % 16]};
-    }
-  }
-  return text;
-}
-
 // The path that a file reference stands for, absent when it stands for none.
 std::optional<std::string> referredPath(std::string_view reference) {
   std::string path;
@@ -153,7 +141,9 @@ CFURLRef CFURLCreateFilePathURL(CFAllocatorRef allocator, CFURLRef url, CFErrorR
   }
   const auto path = referredPath(parts.path->substr(reference_prefix.size()));
   if (!path) return nullptr;
-  return simulator::make<CFURLRef>(Url{"file://" + encode(*path)}, __func__);
+  return simulator::make<CFURLRef>(
+      Url{"file://" + simulator::percentEncoded(*path, std::string(unreserved_marks) + "/")},
+      __func__);
 }
 
 CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {

@@ -177,17 +177,7 @@ std::optional<std::string> typedPath(const std::string& text, const std::string&
 }
 
 std::string fileUrl(const std::string& path, bool directory) {
-  static const std::string_view plain = "-._~!$&'()*+,=:@/";
-  static const char* const digits = "0123456789ABCDEF";
-  std::string url = "file://";
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80 && (std::isalnum(byte) != 0 || plain.find(c) != std::string_view::npos)) {
-      url += c;
-    } else {
-      url += {'%', digits[byte >> 4], digits[byte & 15]};
-    }
-  }
+  std::string url = "file://" + percentEncoded(path, "-._~!$&'()*+,=:@/");
   if (directory && !url.ends_with("/")) url += "/";
   return url;
 }

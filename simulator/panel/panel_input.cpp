@@ -20,7 +20,6 @@ bool OpenPanel::Receiver::keyEvent(const KeyEvent& event, Route route) {
 }
 
 bool OpenPanel::Receiver::mouseEvent(const MouseEvent& event, Window& window, Route route) {
-  constexpr std::uint32_t left_down = 1;
   if (!panel_.alive()) return false;
   const bool onSheet = panel_.go_to_.covers(event.at);
   if (!onSheet && !(panel_.owns(window) && contains(panel_.options_.frame, event.at))) return false;

@@ -65,7 +65,6 @@ bool UploadQuestion::keyEvent(const KeyEvent& event, Route) {
 }
 
 bool UploadQuestion::mouseEvent(const MouseEvent& event, Window& window, Route route) {
-  constexpr std::uint32_t left_up = 2;
   if (window.number != window_) return false;
   // Reported: clicks posted to a browser in the background have no effect.
   if (event.type != left_up || route == Route::process) return true;

@@ -106,8 +106,6 @@ void fillDesktop(Desktop& desktop, const Scenario& scenario) {
 }
 
 void click(Desktop& desktop, Point at) {
-  constexpr std::uint32_t left_down = 1;
-  constexpr std::uint32_t left_up = 2;
   for (const std::uint32_t type : {left_down, left_up}) {
     desktop.postMouse({type, at, 1}, std::nullopt, Origin::person);
   }

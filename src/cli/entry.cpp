@@ -9,20 +9,24 @@
 #include "core/tables.h"
 #include "core/time_budget.h"
 #include "core/tool_error.h"
-#include "platform/processes.h"
 
 namespace tessarine {
 namespace {
 
-std::string resultText(const std::vector<std::string>& arguments) {
+// The options of this run, for which it fills the tables.
+Options prepareRun(const std::vector<std::string>& arguments) {
   initializeTables();
-  setProgramPath(arguments.empty() ? std::string() : arguments.front());
-  const std::vector<std::string> words(arguments.begin() + (arguments.empty() ? 0 : 1),
-                                       arguments.end());
-  const Options options = parseArgs(words);
+  const auto program = arguments.begin();
+  const bool named = !arguments.empty();
+  if (named) tables().programPath = *program;
+  const Options options = parseArgs({program + (named ? 1 : 0), arguments.end()});
   tables().excludedPanelWindowIDs = options.excludedWindowIDs;
-  return serialize(runUnderWatchdog(watchdogSeconds(options.timeoutSeconds),
-                                    [options] { return run(options); }));
+  return options;
+}
+
+Result carryOut(const Options& options) {
+  return runUnderWatchdog(watchdogSeconds(options.timeoutSeconds),
+                          [options] { return run(options); });
 }
 
 ExitStatus reportUsageError(const ToolError& error, std::ostream& output, std::ostream& errors) {
@@ -37,7 +41,7 @@ ExitStatus reportUsageError(const ToolError& error, std::ostream& output, std::o
 ExitStatus runTool(const std::vector<std::string>& arguments, std::ostream& output,
                    std::ostream& errors) {
   try {
-    output << resultText(arguments) << '\n';
+    output << serialize(carryOut(prepareRun(arguments))) << '\n';
     return ExitStatus::success;
   } catch (const ToolError& error) {
     if (error.errorCase() == ToolError::Case::usage) {

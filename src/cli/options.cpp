@@ -27,8 +27,6 @@ constexpr std::array<CommandName, 9> commandNames{{
     {CommandKind::inspectOpenDialog, "inspect-open-dialog"},
 }};
 
-constexpr double defaultTimeoutSeconds = 10.0;
-
 void excludeWindow(Options& options, const std::string& value) {
   const auto windowID = parseUInt32(value);
   if (!windowID || *windowID == 0) {
@@ -71,8 +69,8 @@ constexpr std::array<FlagOption, 5> flagOptions{{
 
 template <class Table>
 auto entryNamed(const Table& table, std::string_view name) {
-  const auto entry = std::find_if(table.begin(), table.end(),
-                                  [&](const auto& candidate) { return candidate.name == name; });
+  const auto entry =
+      std::ranges::find_if(table, [&](const auto& candidate) { return candidate.name == name; });
   return entry == table.end() ? nullptr : &*entry;
 }
 

@@ -26,16 +26,18 @@ enum class CommandKind {
 // The command of that name, an exact match; absent for anything else.
 std::optional<CommandKind> commandKind(std::string_view name);
 
+inline constexpr double defaultTimeoutSeconds = 10.0;
+
 struct Options {
   std::optional<CommandKind> command;  // present after a successful parse
   std::int32_t pid = 0;                // the browser's process
   std::optional<std::string> path;     // target folder or file, as given
   std::optional<double> x;             // click-point, screen points from the top left
   std::optional<double> y;
-  std::optional<std::string> text;  // type-text
-  std::optional<std::string> key;   // press-key
-  double timeoutSeconds = 10.0;     // may be zero, negative or not finite
-  bool quiet = false;               // accepted; no command reads it
+  std::optional<std::string> text;                // type-text
+  std::optional<std::string> key;                 // press-key
+  double timeoutSeconds = defaultTimeoutSeconds;  // may be zero, negative or not finite
+  bool quiet = false;                             // accepted; no command reads it
   bool preferBackgroundPanel = false;
   bool strictBackground = false;
   bool temporaryForeground = false;

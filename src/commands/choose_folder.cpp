@@ -41,16 +41,16 @@ Result chooseFolder(std::int32_t primaryPid, const std::string& targetPath, doub
   if (preferBackgroundPanel) {
     try {
       return byEvents("preferred fresh background panel");
-    } catch (const std::exception& error) {
-      preferredError = error.what();
+    } catch (const ToolError& error) {
+      preferredError = error.message();
     }
   }
   std::string waitError;
   try {
     return chooseFolderByControls(primaryPid, path, timeoutSeconds, volumeRoot, volumeName,
                                   components, basename);
-  } catch (const std::exception& error) {
-    waitError = error.what();
+  } catch (const ToolError& error) {
+    waitError = error.message();
   }
   if (preferredError) {
     waitError =

@@ -2,17 +2,18 @@
 
 #include <nlohmann/json.hpp>
 
+#include "commands/choice_results.h"
 #include "commands/dialog_confirmation.h"
-#include "commands/folder_result.h"
 #include "core/tool_error.h"
 #include "dialog/controls.h"
 #include "dialog/dialog_wait.h"
+#include "navigation/folder_selection.h"
 #include "navigation/go_to_folder.h"
 #include "navigation/hierarchy.h"
-#include "navigation/row_opening.h"
 #include "navigation/verification.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
+#include "platform/events.h"
 
 namespace tessarine {
 namespace {
@@ -63,12 +64,10 @@ Result chooseFolderByControls(std::int32_t primaryPid, const std::string& target
   const DialogRef dialog = waitForOpenDialog(primaryPid, timeoutSeconds, true, {});
   const std::string strategy = navigate(dialog, primaryPid, targetPath, timeoutSeconds);
   confirm(dialog, targetPath);
-  waitForDialogClose(dialog, timeoutSeconds);
-  Result result =
-      folderResult(targetPath, volumeRoot, volumeDisplayName, components, basename, strategy);
-  result["dialogPid"] = dialog.pid;
-  result["dialogApp"] = dialog.label;
-  return result;
+  closeWithOneRetry(dialog, timeoutSeconds);
+  return withOwner(
+      folderResult(targetPath, volumeRoot, volumeDisplayName, components, basename, strategy),
+      dialog.pid, dialog.label);
 }
 
 }  // namespace tessarine

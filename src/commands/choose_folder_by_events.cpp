@@ -3,10 +3,9 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "commands/dialog_confirmation.h"
-#include "commands/folder_result.h"
+#include "commands/choice_results.h"
 #include "core/numbers.h"
-#include "core/tables.h"
+#include "core/text.h"
 #include "core/tool_error.h"
 #include "navigation/go_to_folder.h"
 #include "panels/capture.h"
@@ -31,9 +30,11 @@ constexpr double secondReturnSeconds = 0.25;
 
 using PanelWindows = std::vector<PanelWindowRef>;
 
-// How the events of one attempt closed the panel: with the point of a click, or by keys.
+// Which events closed which panel: those to this process, with the point of a click, or keys alone.
 struct Closing {
-  std::optional<Point> choosePoint;
+  PanelWindowRef panel;
+  std::int32_t pid;
+  std::optional<Point> choosePoint = {};
 };
 
 // What every attempt works with.
@@ -63,12 +64,7 @@ std::string attemptText(const PanelWindowRef& panel, std::int32_t eventPid) {
 
 // ["first", "second"]
 std::string listText(const std::vector<std::string>& items) {
-  std::string text;
-  for (const std::string& item : items) {
-    if (!text.empty()) text += ", ";
-    text += '"' + item + '"';
-  }
-  return "[" + text + "]";
+  return items.empty() ? "[]" : "[\"" + joined(items, "\", \"") + "\"]";
 }
 
 void typePath(const PanelWindowRef& panel, std::int32_t eventPid, const std::string& path) {
@@ -81,20 +77,32 @@ void typePath(const PanelWindowRef& panel, std::int32_t eventPid, const std::str
   sleepSeconds(settleSeconds);
 }
 
-// One attempt: this panel window, this process. How it closed the panel, or nothing.
-std::optional<Closing> closeByEvents(const EventChoice& choice, const PanelWindowRef& panel,
-                                     const PanelWindows& tracked, std::int32_t eventPid) {
+// One attempt: this panel window, this process.
+std::optional<Closing> attempt(const EventChoice& choice, const PanelWindowRef& panel,
+                               const PanelWindows& tracked, std::int32_t eventPid) {
   const auto closes = [&](double seconds) {
     return waitForTrackedPanelClose(choice.primaryPid, tracked, seconds);
   };
   typePath(panel, eventPid, choice.targetPath);
-  if (closes(typedCloseSeconds)) return Closing{};
+  if (closes(typedCloseSeconds)) return Closing{panel, eventPid};
   for (const Point& point : panelChoosePoints(panel)) {
     postMouseClick(eventPid, point, 1, choice.globalMouseEvents);
-    if (closes(clickCloseSeconds)) return Closing{point};
+    if (closes(clickCloseSeconds)) return Closing{panel, eventPid, point};
   }
   pressReturn(eventPid, secondReturnSeconds);
-  if (closes(clickCloseSeconds)) return Closing{};
+  if (closes(clickCloseSeconds)) return Closing{panel, eventPid};
+  return {};
+}
+
+std::optional<Closing> closeByEvents(const EventChoice& choice, const PanelWindows& windows,
+                                     std::vector<std::string>& attempts) {
+  for (const PanelWindowRef& panel : windows) {
+    const PanelWindows tracked = windowsAtSamePlace(windows, panel);
+    for (const std::int32_t eventPid : panelEventPIDs(panel, choice.primaryPid)) {
+      attempts.push_back(attemptText(panel, eventPid));
+      if (auto closing = attempt(choice, panel, tracked, eventPid)) return closing;
+    }
+  }
   return {};
 }
 
@@ -142,17 +150,12 @@ Result chooseFolderByBackgroundEvents(std::int32_t primaryPid, const std::string
     return withPanel(resultOf("background-window-capture-system-events"), windows.front().pid,
                      windows.front());
   }
-  for (const PanelWindowRef& panel : windows) {
-    const PanelWindows tracked = windowsAtSamePlace(windows, panel);
-    for (const std::int32_t eventPid : panelEventPIDs(panel, primaryPid)) {
-      attempts.push_back(attemptText(panel, eventPid));
-      const auto closing = closeByEvents(choice, panel, tracked, eventPid);
-      if (!closing) continue;
-      Result result = withPanel(resultOf("background-window-capture-cgevent"), eventPid, panel);
-      result["axWaitError"] = waitError;
-      if (closing->choosePoint) result["choosePoint"] = pointObject(*closing->choosePoint);
-      return result;
-    }
+  if (const auto closing = closeByEvents(choice, windows, attempts)) {
+    Result result =
+        withPanel(resultOf("background-window-capture-cgevent"), closing->pid, closing->panel);
+    result["axWaitError"] = waitError;
+    if (closing->choosePoint) result["choosePoint"] = pointObject(*closing->choosePoint);
+    return result;
   }
   throw ToolError::actionFailed(
       "background CGEvent folder selection did not close the captured panel; attempted: " +

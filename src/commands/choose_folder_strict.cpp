@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "commands/folder_result.h"
+#include "commands/choice_results.h"
 #include "core/tool_error.h"
 #include "dialog/controls.h"
 #include "dialog/detection.h"
@@ -12,6 +12,7 @@
 #include "navigation/verification.h"
 #include "panels/candidates.h"
 #include "panels/capture.h"
+#include "panels/panel_owners.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
 #include "platform/events.h"
@@ -57,7 +58,7 @@ void goToFolder(const StrictChoice& choice) {
     sleepSeconds(strictSheetSeconds);
     setGoToFolderPathAX(dialog.app, dialog.pid, choice.targetPath);
   }
-  tapKey(dialog.pid, keyCodeReturn, noModifiers, {}, afterStrictReturnSeconds);
+  pressReturn(dialog.pid, afterStrictReturnSeconds);
 }
 
 void verifyFolderShown(const StrictChoice& choice) {
@@ -112,17 +113,15 @@ Result chooseFolderByStrictAX(std::int32_t primaryPid, const std::string& target
                             std::min(searchSeconds, longestStepSeconds)};
   try {
     chooseInPanel(choice);
-  } catch (const std::exception& failure) {
+  } catch (const ToolError& failure) {
     throw ToolError::actionFailed(
-        std::string("background-only native folder panel key+AX selection failed: ") +
-        failure.what() + "; mouse CGEvent fallback is disabled in strict background mode");
+        "background-only native folder panel key+AX selection failed: " + failure.message() +
+        "; mouse CGEvent fallback is disabled in strict background mode");
   }
   Result result = folderResult(targetPath, volumeRoot, volumeDisplayName, components, basename,
                                "embedded-chooser-ax-goto-folder-strict-background");
   result["backgroundOnly"] = true;
-  result["dialogPid"] = dialog.pid;
-  result["dialogApp"] = dialog.label;
-  return result;
+  return withOwner(std::move(result), dialog.pid, dialog.label);
 }
 
 }  // namespace tessarine

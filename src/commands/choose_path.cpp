@@ -3,15 +3,16 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "commands/choice_results.h"
 #include "commands/choose_path_by_go_to_folder.h"
 #include "commands/choose_path_by_keyboard.h"
 #include "commands/choose_path_by_staging.h"
 #include "commands/dialog_confirmation.h"
-#include "commands/path_result.h"
 #include "core/tool_error.h"
 #include "dialog/dialog_wait.h"
 #include "navigation/go_to_folder.h"
 #include "platform/clock.h"
+#include "platform/events.h"
 #include "platform/files.h"
 
 namespace tessarine {
@@ -25,7 +26,7 @@ Result chooseFolderInDialog(const DialogRef& dialog, const std::string& path,
   navigateByGoToFolder(dialog.pid, path);
   sleepSeconds(beforeFolderReturnSeconds);
   if (!pressChooseButton(dialog.node.element)) pressReturn(dialog.pid, afterFolderReturnSeconds);
-  waitForDialogClose(dialog, timeoutSeconds);
+  closeWithOneRetry(dialog, timeoutSeconds);
   return withOwner(pathResult(path, "directory", "go-to-folder"), dialog.pid, dialog.label);
 }
 
@@ -43,13 +44,13 @@ Result chooseFilePath(std::int32_t primaryPid, const std::string& path, double t
   std::string firstError;
   try {
     return choosePathByGoToFolderAX(primaryPid, path, timeoutSeconds);
-  } catch (const std::exception& error) {
-    firstError = std::string("AX go-to-folder path failed: ") + error.what();
+  } catch (const ToolError& error) {
+    firstError = "AX go-to-folder path failed: " + error.message();
   }
   std::string stagingError;
   try {
     return choosePathByTmpStagingMouse(primaryPid, path, timeoutSeconds, firstError);
-  } catch (const std::exception& error) {
+  } catch (const std::exception& error) {  // the file system's too
     stagingError = error.what();
   }
   return choosePathByKeyboardFallback(

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "commands/choice_results.h"
 #include "commands/dialog_confirmation.h"
-#include "commands/path_result.h"
 #include "dialog/detection.h"
 #include "dialog/dialog_wait.h"
 #include "navigation/go_to_folder.h"
@@ -29,7 +29,7 @@ Result choosePathByGoToFolderAX(std::int32_t primaryPid, const std::string& targ
     return goToFolderAXResult(targetPath, dialog, "confirm");
   }
   pressChooseButton(dialog.app);
-  waitUntil(closeSeconds(timeoutSeconds), [&] {
+  waitUntil(dialogCloseSeconds(timeoutSeconds), [&] {
     return orderedBackgroundPanelWindows(primaryPid).empty() && chooserIsGone(dialog.app);
   });
   return goToFolderAXResult(targetPath, dialog, "open-button");

@@ -9,11 +9,11 @@
 
 namespace tessarine {
 
-// Finds the dialog (for at most 3.0 s), sends it to the path, and presses its Choose button unless
-// no captured panel window is left by then; in that case it is done, otherwise it waits for the
-// panel to go, for at most 4.0 s. The path is expected to be standardized. Throws what
-// waitForOpenDialog and navigateByGoToFolderAX throw, or ToolError timedOut with the time of the
-// last wait.
+// Finds the dialog (for at most 3.0 s), sends it to the path and waits for the captured panel
+// windows to go, for 1.0 s. It is done when they went or the dialog's application shows no chooser
+// any more; otherwise it presses the Choose button and waits for both, for at most 4.0 s. The path
+// is expected to be standardized. Throws what waitForOpenDialog and navigateByGoToFolderAX throw,
+// or ToolError timedOut with the time of the last wait.
 Result choosePathByGoToFolderAX(std::int32_t primaryPid, const std::string& targetPath,
                                 double timeoutSeconds);
 

@@ -4,16 +4,18 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "commands/choice_results.h"
 #include "commands/choose_path_by_staging.h"
 #include "commands/dialog_confirmation.h"
-#include "commands/path_result.h"
+#include "core/text.h"
 #include "core/tool_error.h"
 #include "navigation/go_to_folder.h"
-#include "panels/candidates.h"
 #include "panels/capture.h"
 #include "panels/panel_clicks.h"
 #include "panels/panel_close.h"
+#include "panels/panel_owners.h"
 #include "platform/clock.h"
+#include "platform/events.h"
 
 namespace tessarine {
 namespace {
@@ -40,13 +42,10 @@ void typePathAt(std::int32_t pid, std::int32_t primaryPid, const std::string& pa
 }
 
 // [812, 913]
-std::string listText(const std::vector<std::int32_t>& pids) {
-  std::string text;
-  for (const std::int32_t pid : pids) {
-    if (!text.empty()) text += ", ";
-    text += std::to_string(pid);
-  }
-  return "[" + text + "]";
+std::string pidsText(const std::vector<std::int32_t>& pids) {
+  std::vector<std::string> texts;
+  for (const std::int32_t pid : pids) texts.push_back(std::to_string(pid));
+  return "[" + joined(texts, ", ") + "]";
 }
 
 }  // namespace
@@ -58,7 +57,7 @@ Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& 
   if (tryMouseFirst) {
     try {
       return choosePathByTmpStagingMouse(primaryPid, targetPath, timeoutSeconds, waitError);
-    } catch (const std::exception& error) {
+    } catch (const std::exception& error) {  // the file system's too
       mouseError = error.what();
     }
   }
@@ -66,7 +65,7 @@ Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& 
   for (const std::int32_t pid : waitForEventPIDs(primaryPid, timeoutSeconds)) {
     attempted.push_back(pid);
     typePathAt(pid, primaryPid, targetPath);
-    if (!waitForPanelClose(primaryPid, closeSeconds(timeoutSeconds))) continue;
+    if (!waitForPanelClose(primaryPid, dialogCloseSeconds(timeoutSeconds))) continue;
     Result result = withOwner(pathResult(targetPath, "file", "go-to-folder-keyboard-fallback"), pid,
                               pid == primaryPid ? primaryBrowserLabel : panelServiceLabel);
     result["axWaitError"] = waitError;
@@ -76,7 +75,7 @@ Result choosePathByKeyboardFallback(std::int32_t primaryPid, const std::string& 
   }
   throw ToolError::actionFailed("tmp staging mouse fallback failed: " + mouseError +
                                 "; keyboard fallback did not close open panel; attempted pids: " +
-                                listText(attempted) + "; wait error: " + waitError);
+                                pidsText(attempted) + "; wait error: " + waitError);
 }
 
 }  // namespace tessarine

@@ -4,13 +4,14 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "commands/path_result.h"
+#include "commands/choice_results.h"
 #include "core/tool_error.h"
 #include "panels/capture.h"
 #include "panels/panel_close.h"
 #include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 
 namespace tessarine {
 namespace {
@@ -20,17 +21,27 @@ constexpr double longestStagingCloseSeconds = 3.0;
 constexpr double afterStagingSeconds = 0.25;
 constexpr double afterRowClickSeconds = 0.22;
 constexpr double secondsAhead = 3600;
+// Where the first row is expected: shares of the panel's extents, within bounds (points).
+constexpr double rowRightShare = 0.26;
+constexpr double leastRowRight = 360;
+constexpr double mostRowRight = 520;
+constexpr double rowDownShare = 0.155;
+constexpr double leastRowDown = 128;
+constexpr double mostRowDown = 180;
 constexpr double openButtonBelow = 80;    // from the panel's bottom edge
 constexpr double firstButtonOffset = 68;  // from its right edge
 constexpr double secondButtonOffset = 86;
 
-// One staging attempt: the panel and what was staged for it.
+// What is staged for which panel, and why.
 struct Staging {
   std::int32_t primaryPid;
-  std::int32_t clickPid;
+  std::string targetPath;
+  std::string waitError;
+  std::string stagedPath;
   PanelWindowRef panel;
+  std::int32_t clickPid;
   Point row;
-  double closeSeconds;
+  double secondsToClose;
 };
 
 Point openButtonPoint(const Rect& frame, double offset) {
@@ -38,7 +49,7 @@ Point openButtonPoint(const Rect& frame, double offset) {
 }
 
 bool closes(const Staging& staging) {
-  return waitForPanelClose(staging.primaryPid, staging.closeSeconds);
+  return waitForPanelClose(staging.primaryPid, staging.secondsToClose);
 }
 
 // The point of the Open button whose click closed the panel.
@@ -58,13 +69,11 @@ bool closeByDoubleClick(const Staging& staging) {
   return closes(staging);
 }
 
-Result stagingResult(const Staging& staging, const std::string& strategy,
-                     const std::string& targetPath, const std::string& waitError,
-                     const std::string& stagedPath) {
-  Result result =
-      withOwner(pathResult(targetPath, "file", strategy), staging.clickPid, staging.panel.app);
-  result["axWaitError"] = waitError;
-  result["stagedPath"] = stagedPath;
+Result stagingResult(const Staging& staging, const std::string& strategy) {
+  Result result = withOwner(pathResult(staging.targetPath, "file", strategy), staging.clickPid,
+                            staging.panel.app);
+  result["axWaitError"] = staging.waitError;
+  result["stagedPath"] = staging.stagedPath;
   result["panelFrame"] = frameObject(staging.panel.frame);
   result["rowPoint"] = pointObject(staging.row);
   return result;
@@ -88,18 +97,21 @@ Result choosePathByTmpStagingMouse(std::int32_t primaryPid, const std::string& t
   if (!panel) {
     throw ToolError::notFound("background open panel window not found after staging tmp file");
   }
-  const Staging staging{primaryPid, panel->pid > 0 ? panel->pid : primaryPid, *panel,
-                        firstRowPoint(panel->frame),
-                        std::min(timeoutSeconds, longestStagingCloseSeconds)};
+  const Staging staging{.primaryPid = primaryPid,
+                        .targetPath = targetPath,
+                        .waitError = waitError,
+                        .stagedPath = stagedPath,
+                        .panel = *panel,
+                        .clickPid = panel->pid > 0 ? panel->pid : primaryPid,
+                        .row = firstRowPoint(panel->frame),
+                        .secondsToClose = std::min(timeoutSeconds, longestStagingCloseSeconds)};
   if (const auto button = closeByOpenButton(staging)) {
-    Result result =
-        stagingResult(staging, "tmp-staging-first-row-mouse", targetPath, waitError, stagedPath);
+    Result result = stagingResult(staging, "tmp-staging-first-row-mouse");
     result["openButtonPoint"] = pointObject(*button);
     return result;
   }
   if (closeByDoubleClick(staging)) {
-    return stagingResult(staging, "tmp-staging-first-row-double-click", targetPath, waitError,
-                         stagedPath);
+    return stagingResult(staging, "tmp-staging-first-row-double-click");
   }
   throw ToolError::actionFailed(
       "tmp staging mouse fallback did not close open panel; staged path: " + stagedPath);
@@ -117,9 +129,8 @@ std::string stagedTmpCopy(const std::string& path) {
 }
 
 Point firstRowPoint(const Rect& panelFrame) {
-  const double right = std::min(std::max(panelFrame.width * 0.26, 360.0), 520.0);
-  const double down = std::min(std::max(panelFrame.height * 0.155, 128.0), 180.0);
-  return {panelFrame.x + right, panelFrame.y + down};
+  return {panelFrame.x + std::clamp(panelFrame.width * rowRightShare, leastRowRight, mostRowRight),
+          panelFrame.y + std::clamp(panelFrame.height * rowDownShare, leastRowDown, mostRowDown)};
 }
 
 }  // namespace tessarine

@@ -1,6 +1,5 @@
 #include "commands/close.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "core/tables.h"
@@ -11,6 +10,7 @@
 #include "panels/capture.h"
 #include "panels/panel_clicks.h"
 #include "panels/panel_close.h"
+#include "panels/panel_owners.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
 #include "platform/events.h"
@@ -75,10 +75,7 @@ bool closeByEvents(std::int32_t primaryPid, const PanelWindows& windows) {
   tapEscape(pids);
   if (waitForCapturedPanelClose(primaryPid, strictEscapeSeconds)) return true;
   if (windows.empty()) return false;
-  const auto own = std::find_if(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
-    return window.pid == primaryPid;
-  });
-  const PanelWindowRef& window = own != windows.end() ? *own : windows.front();
+  const PanelWindowRef& window = windowOfOrFirst(windows, primaryPid);
   clickPanelContent(window, window.pid, false);
   tapEscape(primaryPid);
   return waitForCapturedPanelClose(primaryPid, strictEscapeSeconds);

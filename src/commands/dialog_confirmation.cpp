@@ -16,22 +16,18 @@ constexpr double retryPauseSeconds = 0.15;
 
 }  // namespace
 
-void pressReturn(std::int32_t pid, double pauseSeconds) {
-  tapKey(pid, keyCodeReturn, noModifiers, {}, pauseSeconds);
-}
-
 bool pressChooseButton(const Element& root) {
   const auto button = findChooseButton(root);
   if (button) tryAction("AXPress", button->element);
   return button.has_value();
 }
 
-double closeSeconds(double timeoutSeconds) {
+double dialogCloseSeconds(double timeoutSeconds) {
   return std::min(timeoutSeconds, longestDialogCloseSeconds);
 }
 
-void waitForDialogClose(const DialogRef& dialog, double timeoutSeconds) {
-  const double seconds = closeSeconds(timeoutSeconds);
+void closeWithOneRetry(const DialogRef& dialog, double timeoutSeconds) {
+  const double seconds = dialogCloseSeconds(timeoutSeconds);
   const Condition isGone = [&] { return chooserIsGone(dialog.app); };
   if (pollUntil(seconds, defaultPollSeconds, isGone)) return;
   pressReturn(dialog.pid, retryPauseSeconds);

@@ -46,7 +46,7 @@ Result typeTextCommand(std::int32_t pid, const std::string& text) {
 }
 
 Result pressKeyCommand(std::int32_t pid, const std::string& key) {
-  const auto named = std::find_if(namedKeys.begin(), namedKeys.end(), [&](const NamedKey& entry) {
+  const auto named = std::ranges::find_if(namedKeys, [&](const NamedKey& entry) {
     return entry.name == key || entry.otherName == key;
   });
   if (named == namedKeys.end()) throw ToolError::usage("unsupported --key: " + key);

@@ -5,10 +5,11 @@
 #include <optional>
 #include <vector>
 
-#include "commands/folder_result.h"
-#include "commands/path_result.h"
+#include "commands/choice_results.h"
 #include "commands/verified_confirmation.h"
 #include "commands/verified_error.h"
+#include "core/finally.h"
+#include "core/lists.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/time_budget.h"
@@ -20,12 +21,11 @@
 #include "navigation/go_to_sheet.h"
 #include "navigation/panel_choice.h"
 #include "navigation/path_analysis.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "panels/process_survey.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/foreground.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
 
@@ -284,12 +284,13 @@ Proof chooseInPanel(PanelChoice& choice, std::int32_t primaryPid, const ProcessS
 // meanwhile stays in front.
 void putFrontmostBack(std::optional<std::int32_t> before, const std::vector<std::int32_t>& panels) {
   const auto now = frontmostApplicationPid();
-  if (!before || !now || now == before || !hasPID(panels, *now)) return;
+  if (!before || !now || now == before || !isAmong(panels, *now)) return;
   if (applicationState(*before) == ApplicationState::running) activateApplication(*before);
 }
 
-VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Target& target,
-                          double timeoutSeconds) {
+// The result of the command, to which it adds what the choice tells.
+Result chooseFrom(double startTime, std::int32_t primaryPid, const Target& target,
+                  double timeoutSeconds, Result result) {
   if (!isRunningProcess(primaryPid)) {
     throw notVerified("no process has the pid " + std::to_string(primaryPid));
   }
@@ -304,8 +305,10 @@ VerifiedChoice chooseFrom(double startTime, std::int32_t primaryPid, const Targe
   PanelChoice choice = choiceOf(found, primaryPid, target, deadline);
   panelPids = choice.keyPids;
   const Proof proof = chooseInPanel(choice, primaryPid, found.survey);
-  return {found.root.owner.pid, found.root.owner.label,
-          proof == Proof::folderShown ? "folder shown" : "entry selected", target.path};
+  result = withOwner(std::move(result), found.root.owner.pid, found.root.owner.label);
+  result["verified"] = proof == Proof::folderShown ? "folder shown" : "entry selected";
+  result["verifiedPath"] = target.path;
+  return result;
 }
 
 std::string acceptablePath(const std::string& targetPath) {
@@ -314,19 +317,7 @@ std::string acceptablePath(const std::string& targetPath) {
   return standardizedPath(targetPath);
 }
 
-Result withChoice(Result result, const VerifiedChoice& choice) {
-  result = withOwner(std::move(result), choice.dialogPid, choice.dialogApp);
-  result["verified"] = choice.verified;
-  result["verifiedPath"] = choice.verifiedPath;
-  return result;
-}
-
 }  // namespace
-
-VerifiedChoice chooseVerified(std::int32_t primaryPid, const std::string& targetPath,
-                              double timeoutSeconds) {
-  return chooseFrom(currentTime(), primaryPid, targetAt(targetPath), timeoutSeconds);
-}
 
 Result chooseFolderVerified(std::int32_t primaryPid, const std::string& targetPath,
                             double timeoutSeconds) {
@@ -336,10 +327,9 @@ Result chooseFolderVerified(std::int32_t primaryPid, const std::string& targetPa
   if (!isDirectory(path)) throw ToolError::usage("path is not a directory: " + path);
   const auto [volumeRoot, components] = volumeRootAndComponents(path);
   const std::string volumeName = displayNameWithin(volumeRoot, finderSeconds);
-  const auto choice = chooseFrom(startTime, primaryPid, targetAt(path), timeoutSeconds);
-  return withChoice(
-      folderResult(path, volumeRoot, volumeName, components, lastPathComponent(path), "verified"),
-      choice);
+  return chooseFrom(
+      startTime, primaryPid, targetAt(path), timeoutSeconds,
+      folderResult(path, volumeRoot, volumeName, components, lastPathComponent(path), "verified"));
 }
 
 Result choosePathVerified(std::int32_t primaryPid, const std::string& targetPath,
@@ -348,8 +338,8 @@ Result choosePathVerified(std::int32_t primaryPid, const std::string& targetPath
   const std::string path = acceptablePath(targetPath);
   if (!fileExists(path)) throw ToolError::notFound("path does not exist: " + path);
   const Target target = targetAt(path);
-  const auto choice = chooseFrom(startTime, primaryPid, target, timeoutSeconds);
-  return withChoice(pathResult(path, target.isFolder ? "directory" : "file", "verified"), choice);
+  return chooseFrom(startTime, primaryPid, target, timeoutSeconds,
+                    pathResult(path, target.isFolder ? "directory" : "file", "verified"));
 }
 
 }  // namespace tessarine

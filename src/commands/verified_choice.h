@@ -12,19 +12,20 @@
 
 namespace tessarine {
 
-struct VerifiedChoice {
-  std::int32_t dialogPid = 0;  // the process in whose tree the panel was found
-  std::string dialogApp;       // its label: primaryBrowserLabel or panelServiceLabel
-  std::string verified;        // "folder shown" or "entry selected": what was seen last
-  std::string verifiedPath;    // the target's canonical path
-};
-
-// Makes the browser's panel choose the file or folder, which exists. Waits up to `timeoutSeconds`
-// for the panel and its controls, at least one look; nothing is begun later than 4 s before the
-// watchdog. The application that was frontmost is frontmost again afterwards, if one of the panel's
-// processes has come to the front meanwhile.
+// choose-folder and choose-path with --verify: make the browser's panel choose the file or folder.
+// They wait up to `timeoutSeconds` for the panel and its controls, at least one look; nothing is
+// begun later than 4 s before the watchdog. The application that was frontmost is frontmost again
+// afterwards, if one of the panel's processes has come to the front meanwhile.
 //
-// Throws ToolError actionFailed, always one line (line breaks in paths become blanks), which begins
+// The results have the keys of the command, "strategy" "verified", "dialogPid" and "dialogApp" of
+// the process in whose tree the panel was found, "verified": "folder shown" or "entry selected",
+// what was seen last, and "verifiedPath", the target's canonical path.
+//
+// Before anything is touched they throw ToolError
+// - actionFailed "not verified: the path is empty", "not verified: the path is not UTF-8",
+// - choose-folder: notFound "folder does not exist: " + path, usage "path is not a directory: " +
+//   path; choose-path: notFound "path does not exist: " + path,
+// then ToolError actionFailed, always one line (line breaks in paths become blanks), which begins
 // with "not verified: " and goes on with one of these; BROWSER is its name and pid ("Google Chrome
 // 812"), WHAT a folder that is seen, and what is selected in it ("/a with /a/b selected"), WHY how
 // the ways there failed ("no go-to sheet opened; /a/b is not listed in /a: ..."):
@@ -52,15 +53,6 @@ struct VerifiedChoice {
 // The panel stays open unless it closed itself; a go-to sheet that was opened is closed again, or
 // the message ends in "; its go-to sheet is still open". When the panel goes while it is tidied the
 // message ends in "; it has closed since: what it chose is unknown".
-VerifiedChoice chooseVerified(std::int32_t primaryPid, const std::string& targetPath,
-                              double timeoutSeconds);
-
-// choose-folder and choose-path with --verify. Before anything is touched they throw ToolError
-// - actionFailed "not verified: the path is empty", "not verified: the path is not UTF-8",
-// - choose-folder: notFound "folder does not exist: " + path, usage "path is not a directory: " +
-//   path; choose-path: notFound "path does not exist: " + path,
-// then what chooseVerified throws. The results have the keys of the command, "strategy" "verified",
-// "dialogPid", "dialogApp", "verified" and "verifiedPath".
 Result chooseFolderVerified(std::int32_t primaryPid, const std::string& targetPath,
                             double timeoutSeconds);
 Result choosePathVerified(std::int32_t primaryPid, const std::string& targetPath,

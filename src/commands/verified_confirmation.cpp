@@ -4,9 +4,9 @@
 #include <string>
 
 #include "commands/verified_error.h"
+#include "core/lists.h"
 #include "core/numbers.h"
 #include "navigation/go_to_sheet.h"
-#include "panels/candidates.h"
 #include "panels/process_survey.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
@@ -41,7 +41,7 @@ using Windows = std::vector<PanelWindowRef>;
 bool personActedSince(const PanelChoice& choice, Quiet& quiet, double time) {
   const bool pressed = quiet.since() > time;
   const auto inFront = frontmostApplicationPid();
-  return pressed && inFront && hasPID(choice.keyPids, *inFront);
+  return pressed && inFront && isAmong(choice.keyPids, *inFront);
 }
 
 // What was seen, and that it was so still when the button was about to be pressed.
@@ -133,8 +133,8 @@ Windows windowsOfPanel(const PanelChoice& choice, const std::optional<Windows>& 
 }
 
 bool isListedIn(const Windows& windows, std::uint32_t number) {
-  return std::any_of(windows.begin(), windows.end(),
-                     [&](const PanelWindowRef& window) { return window.windowID == number; });
+  return std::ranges::any_of(
+      windows, [&](const PanelWindowRef& window) { return window.windowID == number; });
 }
 
 // The panel's window that is listed still: one of a process none of whose windows at the panel's
@@ -143,7 +143,7 @@ std::optional<std::uint32_t> listedStill(const Windows& before) {
   if (before.empty()) return {};
   const auto now = listedWindows().value_or(before);
   for (const PanelWindowRef& window : before) {
-    const bool stays = std::all_of(before.begin(), before.end(), [&](const PanelWindowRef& other) {
+    const bool stays = std::ranges::all_of(before, [&](const PanelWindowRef& other) {
       return other.pid != window.pid || isListedIn(now, other.windowID);
     });
     if (stays) return window.windowID;

@@ -1,16 +1,12 @@
 #include "commands/verified_error.h"
 
-#include <algorithm>
-
+#include "core/text.h"
 #include "dialog/panel_sight.h"
 
 namespace tessarine {
 
-ToolError notVerified(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
-      ' ');
-  return ToolError::actionFailed("not verified: " + text);
+ToolError notVerified(const std::string& text) {
+  return ToolError::actionFailed("not verified: " + onOneLine(text));
 }
 
 std::string mismatchText(const PanelChoice& choice) {

@@ -10,7 +10,7 @@ namespace tessarine {
 
 // actionFailed "not verified: " + text, on one line: control characters, which file names may hold,
 // become blanks.
-ToolError notVerified(std::string text);
+ToolError notVerified(const std::string& text);
 
 // "the panel shows /a, not /b (no go-to sheet opened; /b is not listed in /)"
 std::string mismatchText(const PanelChoice& choice);

@@ -18,6 +18,8 @@ struct Tables {
   TitleSet chooseButtonTitles{"Choose", "选择", "Open", "打开"};
   // Standardized path to display name; filled on first use, never evicted.
   std::map<std::string, std::string> localizedDisplayNameCache;
+  // How this program was started: its first argument, empty when there was none.
+  std::string programPath;
   // Window numbers that the panel capture ignores; set once after the command line was parsed.
   std::set<std::uint32_t> excludedPanelWindowIDs;
 };

@@ -2,21 +2,23 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <array>
+#include <optional>
 
 namespace tessarine {
 namespace {
 
 constexpr char32_t replacementCharacter = 0xFFFD;
 
-// Takes the first scalar off the text; a byte that begins none is taken alone, as U+FFFD.
-char32_t takeScalar(std::string_view& text, bool* valid = nullptr) {
+// Takes the first scalar off the text; absent for a byte that begins none, which is taken alone.
+std::optional<char32_t> takeScalar(std::string_view& text) {
   utf8proc_int32_t scalar = 0;
   const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
                                        static_cast<utf8proc_ssize_t>(text.size()), &scalar);
-  if (valid != nullptr) *valid = length > 0;
   text.remove_prefix(length > 0 ? static_cast<std::size_t>(length) : 1);
-  return length > 0 ? static_cast<char32_t>(scalar) : replacementCharacter;
+  if (length <= 0) return {};
+  return static_cast<char32_t>(scalar);
 }
 
 void appendUtf8(std::string& text, char32_t scalar) {
@@ -32,9 +34,10 @@ bool isLowSurrogate(char16_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-bool isWhiteSpace(char32_t scalar) {
+bool isWhiteSpace(std::optional<char32_t> scalar) {
+  if (!scalar) return false;
   if ((scalar >= 0x09 && scalar <= 0x0D) || scalar == 0x85) return true;
-  const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(scalar));
+  const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(*scalar));
   return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
          category == UTF8PROC_CATEGORY_ZP;
 }
@@ -42,14 +45,15 @@ bool isWhiteSpace(char32_t scalar) {
 }  // namespace
 
 bool isUtf8(std::string_view text) {
-  bool valid = true;
-  while (valid && !text.empty()) takeScalar(text, &valid);
-  return valid;
+  while (!text.empty()) {
+    if (!takeScalar(text)) return false;
+  }
+  return true;
 }
 
 std::u32string toScalars(std::string_view text) {
   std::u32string scalars;
-  while (!text.empty()) scalars.push_back(takeScalar(text));
+  while (!text.empty()) scalars.push_back(takeScalar(text).value_or(replacementCharacter));
   return scalars;
 }
 
@@ -97,21 +101,24 @@ std::size_t characterCount(std::string_view text) {
 
 std::string trimmed(std::string_view text) {
   std::string_view rest = text;
-  std::size_t begin = text.size();
-  std::size_t end = 0;
-  while (!rest.empty()) {
-    const std::size_t offset = text.size() - rest.size();
-    if (isWhiteSpace(takeScalar(rest))) continue;
-    if (begin == text.size()) begin = offset;
-    end = text.size() - rest.size();
+  while (!rest.empty() && isWhiteSpace(takeScalar(rest))) text = rest;
+  std::size_t length = 0;  // up to the end of the last scalar that is not white space
+  for (rest = text; !rest.empty();) {
+    if (!isWhiteSpace(takeScalar(rest))) length = text.size() - rest.size();
   }
-  return std::string(begin < end ? text.substr(begin, end - begin) : std::string_view());
+  return std::string(text.substr(0, length));
 }
 
 std::string lowercased(std::string text) {
   for (char& character : text) {
     if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
   }
+  return text;
+}
+
+std::string onOneLine(std::string text) {
+  std::ranges::replace_if(
+      text, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; }, ' ');
   return text;
 }
 
@@ -124,6 +131,15 @@ std::vector<std::string> splitDroppingEmpty(std::string_view text, char separato
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
   }
   return pieces;
+}
+
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
+  std::string text;
+  for (const std::string& piece : pieces) {
+    if (&piece != &pieces.front()) text += separator;
+    text += piece;
+  }
+  return text;
 }
 
 bool contains(std::string_view text, std::string_view piece) {

@@ -28,8 +28,14 @@ std::string trimmed(std::string_view text);
 // With the ASCII letters in lower case.
 std::string lowercased(std::string text);
 
+// With a blank for each tab, line break and other ASCII control character.
+std::string onOneLine(std::string text);
+
 // The pieces between separators, in order; empty pieces are dropped.
 std::vector<std::string> splitDroppingEmpty(std::string_view text, char separator);
+
+// The pieces in order, with the separator between them.
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
 
 bool contains(std::string_view text, std::string_view piece);
 

@@ -1,15 +1,16 @@
 #include "dialog/detection.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
 
+#include "core/lists.h"
 #include "core/tables.h"
 #include "core/text.h"
 #include "dialog/controls.h"
 #include "dialog/traversal.h"
 #include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "platform/accessibility.h"
 
 namespace tessarine {
@@ -23,11 +24,6 @@ constexpr WalkLimits shallowLimits{4, 300};
 constexpr WalkLimits signatureLimits{8, 360};
 constexpr WalkLimits markedPopupLimits{8, 700};
 
-template <class Names>
-bool isAmong(const Names& names, std::string_view name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 // The signs of a chooser among the nodes of one walk.
 struct ChooserSigns {
   bool cancel = false;
@@ -37,7 +33,7 @@ struct ChooserSigns {
   bool extensionTitle = false;
   bool nameField = false;
 
-  bool makeASignature() const {
+  bool showAChooser() const {
     return cancel && choose && (nameField || location || list || extensionTitle);
   }
 };
@@ -73,7 +69,7 @@ WindowSigns signsOf(const Element& window) {
   ChooserSigns signs;
   walk(window, markedPopupLimits, signAttributes, [&](const VisitedNode& node) {
     noteSigns(node, signs);
-    found.signature = signs.makeASignature();
+    found.signature = signs.showAChooser();
     if (!found.markedPopup && isMarkedLocationPopup(node)) found.markedPopup = node.reference();
     return found.signature || (found.markedPopup && node.isLastOf(signatureLimits));
   });
@@ -161,9 +157,9 @@ bool subtreeHasChooserSignature(const Element& element) {
   ChooserSigns signs;
   walk(element, signatureLimits, signAttributes, [&](const VisitedNode& node) {
     noteSigns(node, signs);
-    return signs.makeASignature();
+    return signs.showAChooser();
   });
-  return signs.makeASignature();
+  return signs.showAChooser();
 }
 
 std::vector<DialogRef> openDialogs(std::int32_t primaryPid, bool includeEmbedded,

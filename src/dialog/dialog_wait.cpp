@@ -5,7 +5,7 @@
 
 #include "core/tool_error.h"
 #include "dialog/detection.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/wait.h"
@@ -17,7 +17,7 @@ namespace {
 
 constexpr double shortestStrictSeconds = 0.5;
 constexpr double longestStrictSeconds = 4.0;
-constexpr double firstTrySeconds = 0.55;
+constexpr double firstLookSeconds = 0.55;
 constexpr double beforePrimingSeconds = 0.75;
 constexpr double firstPrimedLookSeconds = 1.15;
 constexpr double laterPrimedLookSeconds = 0.85;
@@ -36,18 +36,10 @@ double remainingSeconds(const StrictSearch& search) {
   return std::max(0.0, search.budgetSeconds - (currentTime() - search.startTime));
 }
 
-std::optional<DialogRef> firstTry(const StrictSearch& search) {
-  try {
-    const double seconds = std::min(remainingSeconds(search), firstTrySeconds);
-    return waitForOpenDialog(search.primaryPid, seconds, true, search.pids);
-  } catch (const ToolError&) {
-    return {};
-  }
-}
-
+// For so long, or for what is left of the budget.
 std::optional<DialogRef> lookFor(const StrictSearch& search, double seconds) {
   std::optional<DialogRef> dialog;
-  pollUntil(seconds, defaultPollSeconds, [&] {
+  pollUntil(std::min(remainingSeconds(search), seconds), defaultPollSeconds, [&] {
     dialog = preferredDialog(search.primaryPid, true, search.pids);
     return dialog.has_value();
   });
@@ -60,9 +52,7 @@ std::optional<DialogRef> primeProcesses(const StrictSearch& search) {
   for (const std::int32_t pid : search.pids) {
     if (!(remainingSeconds(search) > leastPrimingSeconds)) return {};
     tapKey(pid, keyCodeG, commandShiftFlags, {}, primingPauseSeconds);
-    const double seconds = std::min(lookSeconds, remainingSeconds(search));
-    if (seconds == 0) return {};
-    if (auto dialog = lookFor(search, seconds)) return dialog;
+    if (auto dialog = lookFor(search, lookSeconds)) return dialog;
     lookSeconds = laterPrimedLookSeconds;
   }
   return {};
@@ -86,7 +76,7 @@ DialogRef waitForStrictOpenDialog(std::int32_t primaryPid,
                                    : shortestStrictSeconds;
   const StrictSearch search{primaryPid, uniquePIDs(pids), currentTime(), budgetSeconds};
 
-  if (auto dialog = firstTry(search)) return *dialog;
+  if (auto dialog = lookFor(search, firstLookSeconds)) return *dialog;
   sleepSeconds(std::min(remainingSeconds(search), beforePrimingSeconds));
   if (auto dialog = primeProcesses(search)) return *dialog;
   if (remainingSeconds(search) <= leastFinalSeconds) {

@@ -101,9 +101,8 @@ std::string fileListFingerprint(const Element& dialog) {
 }
 
 void selectContainingRow(const std::vector<NodeRef>& chain) {
-  const auto row = std::find_if(chain.begin(), chain.end(), [](const NodeRef& entry) {
-    return axRole(entry.element) == "AXRow";
-  });
+  const auto row = std::ranges::find_if(
+      chain, [](const NodeRef& entry) { return axRole(entry.element) == "AXRow"; });
   if (row == chain.end()) return;
   const AttributeNames asked({"AXRole", "AXDescription"});
   const auto outline = std::find_if(row + 1, chain.end(), [&](const NodeRef& entry) {

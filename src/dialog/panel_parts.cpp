@@ -4,15 +4,16 @@
 #include <array>
 #include <string>
 
+#include "core/lists.h"
 #include "core/tables.h"
 #include "core/text.h"
+#include "dialog/traversal.h"
 #include "platform/accessibility.h"
 
 namespace tessarine {
 namespace {
 
-constexpr std::size_t deepestPart = 7;
-constexpr std::size_t mostParts = 250;
+constexpr WalkLimits partLimits{6, 250};
 
 constexpr std::array<std::string_view, 8> partContainers{
     "AXWindow",     "AXSheet",      "AXDialog",     "AXGroup",
@@ -24,11 +25,6 @@ constexpr std::array<std::string_view, 5> listingRoles{"AXOutline", "AXTable", "
 constexpr std::array<std::string_view, 2> knownListings{"list view", listViewMarker};
 constexpr std::array<std::string_view, 2> knownSidebars{"sidebar", sidebarMarker};
 
-template <class Names>
-bool isListed(const Names& names, std::string_view name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 struct PartNode {
   Element element;
   std::string role;
@@ -38,19 +34,10 @@ struct PartNode {
 // The elements below the root, itself left out, level by level.
 std::vector<PartNode> partNodes(const Element& root) {
   std::vector<PartNode> nodes;
-  std::vector<Element> level = readList(root);
-  for (std::size_t depth = 1; depth <= deepestPart && !level.empty(); ++depth) {
-    std::vector<Element> next;
-    for (const Element& element : level) {
-      if (nodes.size() >= mostParts) return nodes;
-      const std::string role = readText(element, "AXRole").value_or("");
-      nodes.push_back({element, role, readText(element, "AXIdentifier").value_or("")});
-      if (!isContainerRole(role) || role == "AXSheet") continue;
-      const auto children = readList(element);
-      next.insert(next.end(), children.begin(), children.end());
-    }
-    level = std::move(next);
-  }
+  walkAnswered(readList(root), partLimits, [&](const Element& element, const std::string& role) {
+    nodes.push_back({element, role, readText(element, "AXIdentifier").value_or("")});
+    return isContainerRole(role) && role != "AXSheet" ? Step::into : Step::past;
+  });
   return nodes;
 }
 
@@ -95,8 +82,8 @@ ListingView viewOfRole(std::string_view role) {
 
 bool isDescribed(const PartNode& node, const auto& known) {
   const std::string description = readText(node.element, "AXDescription").value_or("");
-  return std::any_of(known.begin(), known.end(),
-                     [&](std::string_view text) { return contains(description, text); });
+  return std::ranges::any_of(known,
+                             [&](std::string_view text) { return contains(description, text); });
 }
 
 double leftEdge(const PartNode& node) {
@@ -109,8 +96,8 @@ void takeListsByPlace(std::vector<PartNode> lists, PanelParts& parts) {
   const auto byPlace = [](const PartNode& left, const PartNode& right) {
     return leftEdge(left) < leftEdge(right);
   };
-  const auto leftmost = std::min_element(lists.begin(), lists.end(), byPlace);
-  const auto rightmost = std::max_element(lists.begin(), lists.end(), byPlace);
+  const auto leftmost = std::ranges::min_element(lists, byPlace);
+  const auto rightmost = std::ranges::max_element(lists, byPlace);
   if (leftEdge(*leftmost) == leftEdge(*rightmost)) return;
   parts.sidebar = leftmost->element;
   parts.listing = rightmost->element;
@@ -120,7 +107,7 @@ void takeListsByPlace(std::vector<PartNode> lists, PanelParts& parts) {
 void takeUnidentifiedLists(const std::vector<PartNode>& nodes, PanelParts& parts) {
   std::vector<PartNode> unknown;
   for (const PartNode& node : nodes) {
-    if (!isListed(listingRoles, node.role)) continue;
+    if (!isAmong(listingRoles, node.role)) continue;
     if (isDescribed(node, knownSidebars)) {
       keepFirst(parts.sidebar, node.element);
     } else if (isDescribed(node, knownListings) && !parts.listing) {
@@ -165,7 +152,7 @@ PanelParts panelParts(const Element& root) {
 }
 
 bool isContainerRole(std::string_view role) {
-  return isListed(partContainers, role);
+  return isAmong(partContainers, role);
 }
 
 }  // namespace tessarine

@@ -4,11 +4,13 @@
 #include <array>
 #include <string_view>
 
+#include "core/lists.h"
 #include "core/tables.h"
+#include "core/text.h"
 #include "dialog/detection.h"
 #include "dialog/panel_parts.h"
 #include "dialog/traversal.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "platform/accessibility.h"
 #include "platform/screens.h"
 
@@ -16,23 +18,17 @@ namespace tessarine {
 namespace {
 
 constexpr std::array<std::string_view, 3> titledRoles{"AXWindow", "AXSheet", "AXDialog"};
-constexpr int deepestRoot = 3;
-constexpr std::size_t mostRootNodes = 150;
-constexpr int deepestButton = 8;
-constexpr std::size_t mostButtonNodes = 360;
+constexpr WalkLimits rootLimits{3, 150};
+constexpr WalkLimits cancelButtonLimits{8, 360};
 
 using Elements = std::vector<Element>;
-
-bool isAmongElements(const Elements& elements, const Element& element) {
-  return std::find(elements.begin(), elements.end(), element) != elements.end();
-}
 
 // All windows that the application shows, the focused and the main one among them.
 Elements shownWindows(const Element& app) {
   Elements windows = readList(app, "AXWindows");
   for (const char* attribute : {"AXFocusedWindow", "AXMainWindow"}) {
     const auto window = readElement(app, attribute);
-    if (window && !isAmongElements(windows, *window)) windows.push_back(*window);
+    if (window && !isAmong(windows, *window)) windows.push_back(*window);
   }
   return windows;
 }
@@ -55,50 +51,28 @@ struct FoundRoots {
 
 void noteRoot(const Element& element, const std::string& role, FoundRoots& found) {
   if (readText(element, "AXIdentifier") == panelIdentifier) {
-    if (!isAmongElements(found.identified, element)) found.identified.push_back(element);
-  } else if (std::find(titledRoles.begin(), titledRoles.end(), role) != titledRoles.end() &&
-             !isAmongElements(found.titled, element) && hasOpenTitle(element)) {
+    if (!isAmong(found.identified, element)) found.identified.push_back(element);
+  } else if (isAmong(titledRoles, role) && !isAmong(found.titled, element) &&
+             hasOpenTitle(element)) {
     found.titled.push_back(element);
   }
 }
 
 void findRoots(const Element& window, FoundRoots& found) {
-  struct Entry {
-    Element element;
-    int depth;
-  };
-  std::vector<Entry> queue{{window, 0}};
-  for (std::size_t head = 0; head < queue.size() && head < mostRootNodes; ++head) {
-    const Entry entry = queue[head];
-    const std::string role = readText(entry.element, "AXRole").value_or("");
-    if (!isContainerRole(role)) continue;
-    noteRoot(entry.element, role, found);
-    if (entry.depth == deepestRoot || isAmongElements(found.identified, entry.element)) continue;
-    for (const Element& child : readList(entry.element)) {
-      queue.push_back({child, entry.depth + 1});
-    }
-  }
+  walkAnswered({window}, rootLimits, [&](const Element& element, const std::string& role) {
+    if (!isContainerRole(role)) return Step::past;
+    noteRoot(element, role, found);
+    return isAmong(found.identified, element) ? Step::past : Step::into;
+  });
 }
 
 // The Cancel buttons below the window, by their titles, in containers alone.
 Elements cancelButtonsIn(const Element& window) {
   Elements buttons;
-  std::size_t visited = 0;
-  Elements level{window};
-  for (int depth = 0; depth <= deepestButton && !level.empty(); ++depth) {
-    Elements next;
-    for (const Element& element : level) {
-      if (++visited > mostButtonNodes) return buttons;
-      const std::string role = readText(element, "AXRole").value_or("");
-      if (isContainerRole(role)) {
-        const Elements children = readList(element);
-        next.insert(next.end(), children.begin(), children.end());
-      } else if (role == "AXButton" && hasCancelTitle(element)) {
-        buttons.push_back(element);
-      }
-    }
-    level = std::move(next);
-  }
+  walkAnswered({window}, cancelButtonLimits, [&](const Element& element, const std::string& role) {
+    if (role == "AXButton" && hasCancelTitle(element)) buttons.push_back(element);
+    return isContainerRole(role) ? Step::into : Step::past;
+  });
   return buttons;
 }
 
@@ -125,7 +99,7 @@ Elements embeddedRoots(const Elements& windows) {
   for (const Element& window : windows) {
     for (const Element& button : cancelButtonsIn(window)) {
       const auto root = chooserAround(button, window);
-      if (root && !isAmongElements(roots, *root)) roots.push_back(*root);
+      if (root && !isAmong(roots, *root)) roots.push_back(*root);
     }
   }
   return roots;
@@ -140,7 +114,7 @@ bool holdsControls(const Element& root) {
 std::vector<std::int32_t> ownersOf(const Elements& elements) {
   std::vector<std::int32_t> pids;
   for (const Element& element : elements) pids.push_back(elementPid(element).value_or(0));
-  std::sort(pids.begin(), pids.end());
+  std::ranges::sort(pids);
   pids.erase(std::unique(pids.begin(), pids.end()), pids.end());
   return pids;
 }
@@ -161,9 +135,8 @@ bool showOnePanel(const ProcessSurvey& survey, const Element& one, const Element
   if (!frame || !otherFrame || !rectsEqual(*frame, *otherFrame)) return false;
   const Elements contents = readList(one);
   const Elements otherContents = readList(other);
-  const bool shared = std::any_of(contents.begin(), contents.end(), [&](const Element& element) {
-    return isAmongElements(otherContents, element);
-  });
+  const bool shared = std::ranges::any_of(
+      contents, [&](const Element& element) { return isAmong(otherContents, element); });
   if (shared) return true;
   const bool comparable =
       !contents.empty() && !otherContents.empty() && ownersOf(contents) == ownersOf(otherContents);
@@ -176,12 +149,14 @@ FoundRoots rootsBelowWindows(const Elements& windows) {
   return found;
 }
 
-std::vector<PanelRoot> identifiedRootsIn(const AppRef& app) {
+std::vector<PanelRoot> rootsOf(const AppRef& app, const Elements& elements) {
   std::vector<PanelRoot> roots;
-  for (const Element& element : rootsBelowWindows(shownWindows(app.app)).identified) {
-    roots.push_back({element, app, true});
-  }
+  for (const Element& element : elements) roots.push_back({element, app});
   return roots;
+}
+
+std::vector<PanelRoot> identifiedRootsIn(const AppRef& app) {
+  return rootsOf(app, rootsBelowWindows(shownWindows(app.app)).identified);
 }
 
 using RootFinder = std::vector<PanelRoot> (*)(const AppRef&);
@@ -222,16 +197,11 @@ std::vector<PanelRoot> panelsFoundBy(RootFinder rootsIn, const ProcessSurvey& su
 
 std::vector<PanelRoot> panelRootsIn(const AppRef& app) {
   const Elements windows = shownWindows(app.app);
-  const FoundRoots found = rootsBelowWindows(windows);
-  std::vector<PanelRoot> roots;
-  for (const Element& element : found.identified) roots.push_back({element, app, true});
-  if (!roots.empty()) return roots;
-  for (const Element& element : found.titled) {
-    if (holdsControls(element)) roots.push_back({element, app, false});
-  }
-  if (!roots.empty() || app.label != primaryBrowserLabel) return roots;
-  for (const Element& element : embeddedRoots(windows)) roots.push_back({element, app, false});
-  return roots;
+  FoundRoots found = rootsBelowWindows(windows);
+  if (!found.identified.empty()) return rootsOf(app, found.identified);
+  std::erase_if(found.titled, [](const Element& element) { return !holdsControls(element); });
+  const bool searchOn = found.titled.empty() && app.label == primaryBrowserLabel;
+  return rootsOf(app, searchOn ? embeddedRoots(windows) : found.titled);
 }
 
 // What has no identifier takes long to find in a window with a large page: it is looked for when
@@ -247,7 +217,7 @@ std::vector<std::int32_t> panelServicesByPlace(const ProcessSurvey& survey,
   auto services = possiblePanelServicesOf(survey, primaryPid);
   std::erase_if(services, [&](std::int32_t service) {
     const auto roots = serviceRoots(survey, primaryPid, service, panelRootsIn);
-    return std::none_of(roots.begin(), roots.end(), [&](const PanelRoot& root) {
+    return std::ranges::none_of(roots, [&](const PanelRoot& root) {
       return standsWithBrowser(survey, primaryPid, service, axFrame(root.element));
     });
   });
@@ -256,25 +226,20 @@ std::vector<std::int32_t> panelServicesByPlace(const ProcessSurvey& survey,
 }
 
 std::string panelCounts(const ProcessSurvey& survey, const std::vector<PanelRoot>& panels) {
-  std::vector<std::pair<AppRef, int>> counts;
+  std::vector<std::int32_t> owners;
+  std::vector<std::string> counts;
   for (const PanelRoot& panel : panels) {
-    const auto same = std::find_if(counts.begin(), counts.end(), [&](const auto& count) {
-      return count.first.pid == panel.owner.pid;
-    });
-    if (same == counts.end()) {
-      counts.emplace_back(panel.owner, 1);
-    } else {
-      ++same->second;
-    }
+    const AppRef& owner = panel.owner;
+    if (isAmong(owners, owner.pid)) continue;
+    owners.push_back(owner.pid);
+    const auto count = std::ranges::count_if(
+        panels, [&](const PanelRoot& each) { return each.owner.pid == owner.pid; });
+    const std::string where = owner.label == panelServiceLabel
+                                  ? "panel service " + std::to_string(owner.pid)
+                                  : processText(survey, owner.pid);
+    counts.push_back(where + ": " + std::to_string(count));
   }
-  std::string text;
-  for (const auto& [app, count] : counts) {
-    const std::string where = app.label == panelServiceLabel
-                                  ? "panel service " + std::to_string(app.pid)
-                                  : processText(survey, app.pid);
-    text += (text.empty() ? "" : ", ") + where + ": " + std::to_string(count);
-  }
-  return text;
+  return joined(counts, ", ");
 }
 
 }  // namespace tessarine

@@ -20,17 +20,15 @@ inline constexpr const char* panelIdentifier = "open-panel";
 
 struct PanelRoot {
   Element element;
-  AppRef owner;             // the application in whose tree it was found
-  bool identified = false;  // by its identifier, not by its title
+  AppRef owner;  // the application in whose tree it was found
 };
 
 // The roots in one application's tree: its windows, the focused and the main one, and what stands
 // below them down to three levels, 150 elements of each, without pages, tool bars and listings. A
 // chooser without identifier or title that is embedded in a window of the browser is the innermost
 // element around a Cancel button that has the chooser's signature and a panel's controls, a window
-// only when it is a dialog; no more
-// than eight levels and 360 elements of a window are searched for the button, pages and listings
-// not at all. Throws Unanswered.
+// only when it is a dialog; no more than eight levels and 360 elements of a window are searched for
+// the button, pages and listings not at all. Throws Unanswered.
 std::vector<PanelRoot> panelRootsIn(const AppRef& app);
 
 // The browser's open panels: those of its own tree, then those that the panel services alone show.

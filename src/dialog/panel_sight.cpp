@@ -94,7 +94,7 @@ void seeFolder(ListingView view, PanelSight& sight) {
   }
   sight.hasLocatedEntries = !parents.empty();
   if (parents.empty()) return;
-  const bool one = std::all_of(parents.begin(), parents.end(), [&](const std::string& parent) {
+  const bool one = std::ranges::all_of(parents, [&](const std::string& parent) {
     return parent == parents.front() || sameFile(parent, parents.front());
   });
   if (one) sight.folder = parents.front();

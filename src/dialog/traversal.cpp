@@ -87,6 +87,23 @@ void collectNodesLimited(const Element& element, const std::optional<Element>& p
   }
 }
 
+void walkAnswered(std::vector<Element> elements, const WalkLimits& limits,
+                  const AnswerVisitor& visit) {
+  std::size_t visited = 0;
+  for (int depth = 0; depth <= limits.maxDepth && !elements.empty(); ++depth) {
+    std::vector<Element> below;
+    for (const Element& element : elements) {
+      if (isFull(visited++, limits.maxNodes)) return;
+      const Step step = visit(element, readText(element, "AXRole").value_or(""));
+      if (step == Step::end) return;
+      if (step == Step::past || depth == limits.maxDepth) continue;
+      const auto children = readList(element);
+      below.insert(below.end(), children.begin(), children.end());
+    }
+    elements = std::move(below);
+  }
+}
+
 std::vector<NodeRef> ancestorChain(const NodeRef& node) {
   return climb(node, {}, [](const ElementValues&) { return false; });
 }

@@ -1,7 +1,7 @@
 // Bounded walks over accessibility trees. The trees of a browser process are very large, and every
 // visited element costs a request, so every walk is capped in depth and in nodes, asks each element
-// once for all that is to be known of it, and nothing after its end is known. Nothing here fails:
-// an element whose children cannot be read is a leaf.
+// once for all that is to be known of it, and nothing after its end is known. Nothing here fails
+// but walkAnswered: an element whose children cannot be read is a leaf.
 #pragma once
 
 #include <functional>
@@ -76,6 +76,18 @@ void collectNodes(const Element& element, const std::optional<Element>& parent,
 // elements at `maxDepth` are not read.
 void collectNodesLimited(const Element& element, const std::optional<Element>& parent, int depth,
                          int maxDepth, int maxNodes, std::vector<NodeRef>& nodes);
+
+// --- A walk whose looks count. ---
+
+enum class Step { into, past, end };
+using AnswerVisitor = std::function<Step(const Element& element, const std::string& role)>;
+
+// Visits the elements, which have depth 0, and what stands below those that the visitor goes into,
+// level by level and in child order. Throws Unanswered (platform/accessibility.h).
+void walkAnswered(std::vector<Element> elements, const WalkLimits& limits,
+                  const AnswerVisitor& visit);
+
+// --- Upwards. ---
 
 // The node itself, then its ancestors upward, at most 25 entries.
 std::vector<NodeRef> ancestorChain(const NodeRef& node);

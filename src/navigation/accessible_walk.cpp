@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <functional>
 #include <vector>
 
 #include "platform/accessibility.h"
@@ -141,14 +140,16 @@ bool selectEntry(PanelChoice& choice, const Element& entry, const Condition& wor
   return false;
 }
 
-// Performs what opens the entry, on each of its elements that offers it, until the folder is shown.
-bool performOpening(PanelChoice& choice, const Element& entry, const std::string& folder) {
+// Performs what opens the element, on each of those in it that offer it, until the folder is shown,
+// as long as the element still leads there.
+bool performOpening(PanelChoice& choice, const Element& opened, const std::string& folder,
+                    double seconds, const Condition& stillLeadsThere) {
   for (const char* action : openingActions) {
-    for (const Element& element : actingElements(entry)) {
+    for (const Element& element : actingElements(opened)) {
       if (!mayActOn(choice, element) || !axOffers(element, action)) continue;
-      if (!entryNames(choice, entry, folder)) return showsWithin(choice, folder, 0);
+      if (!stillLeadsThere()) return showsWithin(choice, folder, 0);
       performAction(action, element);
-      if (showsWithin(choice, folder, folderOpensSeconds)) return true;
+      if (showsWithin(choice, folder, seconds)) return true;
     }
   }
   return false;
@@ -156,43 +157,14 @@ bool performOpening(PanelChoice& choice, const Element& entry, const std::string
 
 bool openEntry(PanelChoice& choice, const Element& entry, const std::string& folder) {
   if (!mayOpen(choice, folder)) return false;
-  if (performOpening(choice, entry, folder)) return true;
+  const Condition namesFolder = [&] { return entryNames(choice, entry, folder); };
+  if (performOpening(choice, entry, folder, folderOpensSeconds, namesFolder)) return true;
   // In columns a folder that is selected is shown.
   return choice.parts.view == ListingView::columns &&
          selectEntry(choice, entry, [&] { return showsWithin(choice, folder, 0); });
 }
 
-// --- The way. ---
-
-std::string notListed(const std::string& path) {
-  return path + " is not listed in " + parentDirectory(path) +
-         ": what is hidden is reached through the go-to sheet alone";
-}
-
-// From paths[depth], which is shown.
-std::string walkFrom(PanelChoice& choice, const Paths& paths, std::size_t depth) {
-  for (std::size_t next = depth + 1; next + 1 < paths.size(); ++next) {
-    const auto entry = waitForEntry(choice, paths[next]);
-    if (!entry) return notListed(paths[next]);
-    if (!openEntry(choice, *entry, paths[next])) return paths[next] + " does not open";
-  }
-  return takeTargetEntry(choice);
-}
-
-// A place from which to walk: how deep on the way to the target it lies, and how to get there.
-struct StartingPlace {
-  std::size_t depth;
-  std::function<bool()> go;
-};
-
-std::string walkFromPlace(PanelChoice& choice, const Paths& paths, const StartingPlace& place) {
-  if (!place.go()) return "nothing in the panel leads to " + paths[place.depth];
-  if (proofWithin(choice, 0)) return {};
-  if (place.depth + 1 == paths.size()) {
-    return proofWithin(choice, placeShownSeconds) ? "" : paths.back() + " cannot be told";
-  }
-  return walkFrom(choice, paths, place.depth);
-}
+// --- The sidebar. ---
 
 // Shows a place of the sidebar in every way that there is, until it is seen.
 bool showPlace(PanelChoice& choice, const Element& row, const std::string& folder) {
@@ -202,17 +174,9 @@ bool showPlace(PanelChoice& choice, const Element& row, const std::string& folde
   if (shown()) return true;
   if (choice.parts.sidebar) setElements(*choice.parts.sidebar, "AXSelectedRows", {row});
   if (shown()) return true;
-  for (const char* action : openingActions) {
-    for (const Element& element : actingElements(row)) {
-      if (!mayActOn(choice, element) || !axOffers(element, action)) continue;
-      performAction(action, element);
-      if (shown()) return true;
-    }
-  }
-  return false;
+  return performOpening(choice, row, folder, placeShownSeconds, [] { return true; });
 }
 
-// The rows of the sidebar, and the text that names each.
 Elements placeRows(const PanelChoice& choice) {
   Elements rows;
   if (!choice.parts.sidebar) return rows;
@@ -226,41 +190,24 @@ Elements placeRows(const PanelChoice& choice) {
   return rows;
 }
 
-std::string placeLabel(const Element& row) {
+// How deep on the way a row of the sidebar leads, as its location has it.
+std::optional<std::size_t> depthByLocation(const Element& row, const Paths& paths) {
+  const auto location = entryLocation(row);
+  return location ? depthOf(paths, *location) : std::nullopt;
+}
+
+// The same of a row without a location, by the text that names it.
+std::optional<std::size_t> depthByLabel(const Element& row, const Paths& paths) {
+  if (entryLocation(row)) return {};
+  std::string label;
   for (const Element& element : actingElements(row)) {
-    std::string text = axInputValue(element);
-    if (!text.empty()) return text;
+    label = axInputValue(element);
+    if (!label.empty()) break;
+  }
+  for (std::size_t depth = paths.size(); depth-- > 1;) {
+    if (isNameOf(label, paths[depth])) return depth;
   }
   return {};
-}
-
-// How deep a row of the sidebar leads by its location or, without one, by its label.
-std::optional<std::size_t> placeDepth(const PanelChoice& choice, const Element& row,
-                                      const Paths& paths, bool byLabel) {
-  std::optional<std::size_t> depth;
-  holds(choice, [&] {
-    const auto location = entryLocation(row);
-    if (location && !byLabel) depth = depthOf(paths, *location);
-    if (location || !byLabel) return true;
-    const std::string label = placeLabel(row);
-    for (std::size_t i = paths.size(); i-- > 1 && !depth;) {
-      if (isNameOf(label, paths[i])) depth = i;
-    }
-    return true;
-  });
-  // A file is no place.
-  if (depth && *depth + 1 == paths.size() && !choice.target.isFolder) return {};
-  return depth;
-}
-
-void addSidebarPlaces(PanelChoice& choice, const Paths& paths, bool byLabel,
-                      std::vector<StartingPlace>& places) {
-  for (const Element& row : placeRows(choice)) {
-    const auto depth = placeDepth(choice, row, paths, byLabel);
-    if (!depth) continue;
-    places.push_back(
-        {*depth, [&choice, row, path = paths[*depth]] { return showPlace(choice, row, path); }});
-  }
 }
 
 // --- The location pop-up. ---
@@ -282,98 +229,144 @@ std::optional<Element> openMenuOf(const PanelChoice& choice, const Element& popu
   return menu;
 }
 
-// The items of the menu lead to the folder shown and those around it, innermost first, and then to
-// other volumes.
-std::optional<Element> menuItemFor(const Element& menu, const std::optional<std::string>& shown,
-                                   const Paths& paths, std::size_t& depth) {
+// The folder shown and those around it, as the menu may lead to them.
+Paths foldersAround(const std::optional<std::string>& shown) {
+  return shown ? pathsTo(canonicalPath(*shown).value_or(*shown)) : Paths{};
+}
+
+// A folder of the way that the menu has.
+struct MenuItem {
+  Element element;
+  std::size_t depth;
+};
+
+// The innermost of them, not deeper than `depth`. The items of the menu lead to the folder shown
+// and those around it, innermost first, and then to other volumes.
+std::optional<MenuItem> menuItemFor(const Element& menu, const Paths& around, const Paths& paths,
+                                    std::size_t depth) {
   const Elements items = readList(menu);
-  const Paths around = shown ? pathsTo(canonicalPath(*shown).value_or(*shown)) : Paths{};
   for (std::size_t wanted = depth + 1; wanted-- > 0;) {
     for (std::size_t i = 0; i < items.size(); ++i) {
       const std::string title = readText(items[i], "AXTitle").value_or("");
       if (!isNameOf(title, paths[wanted])) continue;
       const bool known = i < around.size();
       if (known && !sameFile(around[around.size() - 1 - i], paths[wanted])) continue;
-      depth = wanted;
-      return items[i];
+      return MenuItem{items[i], wanted};
     }
   }
   return {};
 }
 
-// Picks the innermost folder of the way, not deeper than `depth`, which then says how deep it lies.
-bool showByMenu(PanelChoice& choice, const Paths& paths, std::size_t& depth) {
-  if (!choice.parts.locationPopup) return false;
+std::optional<std::string> folderSeen(PanelChoice& choice) {
   const auto sight = glance(choice);
+  return sight ? sight->folder : std::nullopt;
+}
+
+// Picks the innermost folder of the way; how deep it lies, once it is shown.
+std::optional<std::size_t> showByMenu(PanelChoice& choice, const Paths& paths) {
+  if (!choice.parts.locationPopup) return {};
+  const Paths around = foldersAround(folderSeen(choice));
   const auto menu = openMenuOf(choice, *choice.parts.locationPopup);
-  if (!menu) return false;
-  std::optional<Element> item;
-  holds(choice, [&] {
-    const auto shown = sight ? sight->folder : std::nullopt;
-    return (item = menuItemFor(*menu, shown, paths, depth)).has_value();
-  });
+  if (!menu) return {};
+  const std::size_t deepest = paths.size() - (choice.target.isFolder ? 1 : 2);
+  std::optional<MenuItem> item;
+  holds(choice, [&] { return (item = menuItemFor(*menu, around, paths, deepest)).has_value(); });
   if (!item) {
     performAction("AXCancel", *menu);
-    return false;
+    return {};
   }
-  performAction(axOffers(*item, "AXPick") ? "AXPick" : "AXPress", *item);
-  return showsWithin(choice, paths[depth], placeShownSeconds);
+  performAction(axOffers(item->element, "AXPick") ? "AXPick" : "AXPress", item->element);
+  if (!showsWithin(choice, paths[item->depth], placeShownSeconds)) return {};
+  return item->depth;
 }
 
 // From the folder shown the menu leads no nearer than where both ways part.
 std::size_t commonDepth(const Paths& paths, const std::optional<std::string>& shown) {
-  if (!shown) return 0;
   std::size_t common = 0;
-  for (const std::string& folder : pathsTo(canonicalPath(*shown).value_or(*shown))) {
+  for (const std::string& folder : foldersAround(shown)) {
     common = std::max(common, depthOf(paths, folder).value_or(0));
   }
   return common;
 }
 
-std::string walkFromMenu(PanelChoice& choice, const Paths& paths) {
-  std::size_t depth = paths.size() - (choice.target.isFolder ? 1 : 2);
-  if (!showByMenu(choice, paths, depth)) return "nothing in the panel leads to " + paths.back();
-  return walkFromPlace(choice, paths, {depth, [] { return true; }});
-}
+// --- Places to begin from. ---
 
-// --- All places. ---
+// How deep it lies on the way, and what shows it: a row of the sidebar, the menu, which tells only
+// then how deep; what is shown already needs neither.
+struct StartingPlace {
+  std::size_t depth;
+  std::optional<Element> row = {};
+  bool byMenu = false;
+};
 
-void sortNearestFirst(std::vector<StartingPlace>& places) {
-  std::stable_sort(places.begin(), places.end(),
-                   [](const auto& left, const auto& right) { return left.depth > right.depth; });
-}
+using RowDepth = std::optional<std::size_t> (*)(const Element& row, const Paths& paths);
 
-// The folder shown, and the places of the sidebar that say where they lead.
-std::vector<StartingPlace> startingPlaces(PanelChoice& choice, const Paths& paths) {
+std::vector<StartingPlace> sidebarPlaces(const PanelChoice& choice, const Paths& paths,
+                                         RowDepth depthOfRow) {
   std::vector<StartingPlace> places;
-  const auto sight = glance(choice);
-  const auto shown = sight ? sight->folder : std::nullopt;
-  const auto here = shown ? depthOf(paths, *shown) : std::nullopt;
-  if (here && *here + 1 < paths.size()) {
-    places.push_back(
-        {*here, [&choice, &folder = paths[*here]] { return showsWithin(choice, folder, 0); }});
+  for (const Element& row : placeRows(choice)) {
+    std::optional<std::size_t> depth;
+    holds(choice, [&] { return (depth = depthOfRow(row, paths)).has_value(); });
+    // A file is no place.
+    if (!depth || (*depth + 1 == paths.size() && !choice.target.isFolder)) continue;
+    places.push_back({*depth, row});
   }
-  addSidebarPlaces(choice, paths, false, places);
   return places;
 }
 
-// The attempts so far, of which the first one's problem is told.
-struct WalkAttempts {
-  const PanelChoice& choice;
-  const Paths& paths;
-  std::string problem;
+std::vector<StartingPlace> labelledPlaces(PanelChoice& choice, const Paths& paths) {
+  return sidebarPlaces(choice, paths, depthByLabel);
+}
 
-  // Whether no other place is tried: the target is proven, or only the last step failed, which no
-  // other place makes easier.
-  bool end(const std::string& result) {
-    if (problem.empty()) problem = result;
-    if (result.empty()) problem.clear();
-    const auto& last = choice.lastSight;
-    const bool lastStep = paths.size() > 1 && last && last->folder &&
-                          sameFile(*last->folder, paths[paths.size() - 2]);
-    return result.empty() || lastStep;
+// The folder shown, the places of the sidebar that say where they lead, the menu.
+std::vector<StartingPlace> surePlaces(PanelChoice& choice, const Paths& paths) {
+  const auto shown = folderSeen(choice);
+  auto places = sidebarPlaces(choice, paths, depthByLocation);
+  const auto here = shown ? depthOf(paths, *shown) : std::nullopt;
+  if (here && *here + 1 < paths.size()) places.insert(places.begin(), {*here});
+  places.push_back({.depth = commonDepth(paths, shown), .byMenu = true});
+  return places;
+}
+
+std::optional<std::size_t> showStart(PanelChoice& choice, const Paths& paths,
+                                     const StartingPlace& place) {
+  if (place.byMenu) return showByMenu(choice, paths);
+  const std::string& folder = paths[place.depth];
+  const bool shown =
+      place.row ? showPlace(choice, *place.row, folder) : showsWithin(choice, folder, 0);
+  return shown ? std::optional(place.depth) : std::nullopt;
+}
+
+// --- The way. ---
+
+std::string notListed(const std::string& path) {
+  return path + " is not listed in " + parentDirectory(path) +
+         ": what is hidden is reached through the go-to sheet alone";
+}
+
+std::string walkFrom(PanelChoice& choice, const Paths& paths, const StartingPlace& place) {
+  const auto depth = showStart(choice, paths, place);
+  if (!depth) {
+    return "nothing in the panel leads to " + (place.byMenu ? paths.back() : paths[place.depth]);
   }
-};
+  if (proofWithin(choice, 0)) return {};
+  if (*depth + 1 == paths.size()) {
+    return proofWithin(choice, placeShownSeconds) ? "" : paths.back() + " cannot be told";
+  }
+  for (std::size_t next = *depth + 1; next + 1 < paths.size(); ++next) {
+    const auto entry = waitForEntry(choice, paths[next]);
+    if (!entry) return notListed(paths[next]);
+    if (!openEntry(choice, *entry, paths[next])) return paths[next] + " does not open";
+  }
+  return takeTargetEntry(choice);
+}
+
+// Only the last step failed, which no other place makes easier.
+bool isBesideTarget(const PanelChoice& choice, const Paths& paths) {
+  const auto& last = choice.lastSight;
+  return paths.size() > 1 && last && last->folder &&
+         sameFile(*last->folder, paths[paths.size() - 2]);
+}
 
 }  // namespace
 
@@ -391,27 +384,19 @@ std::string takeTargetEntry(PanelChoice& choice) {
 
 std::string walkToTarget(PanelChoice& choice) {
   const Paths paths = pathsTo(choice.target.path);
-  const auto sight = glance(choice);
-  const std::size_t byMenu = commonDepth(paths, sight ? sight->folder : std::nullopt);
-  WalkAttempts attempts{choice, paths, {}};
-  auto places = startingPlaces(choice, paths);
-  sortNearestFirst(places);
-  bool menuTried = false;
-  for (const StartingPlace& place : places) {
-    if (!menuTried && place.depth < byMenu) {
-      menuTried = true;
-      if (attempts.end(walkFromMenu(choice, paths))) return attempts.problem;
+  std::string problem;  // from the nearest place
+  for (const auto placesIn : {surePlaces, labelledPlaces}) {
+    auto places = placesIn(choice, paths);
+    std::ranges::stable_sort(
+        places, [](const auto& left, const auto& right) { return left.depth > right.depth; });
+    for (const StartingPlace& place : places) {
+      const std::string result = walkFrom(choice, paths, place);
+      if (result.empty()) return {};
+      if (problem.empty()) problem = result;
+      if (isBesideTarget(choice, paths)) return problem;
     }
-    if (attempts.end(walkFromPlace(choice, paths, place))) return attempts.problem;
   }
-  if (!menuTried && attempts.end(walkFromMenu(choice, paths))) return attempts.problem;
-  std::vector<StartingPlace> labelled;
-  addSidebarPlaces(choice, paths, true, labelled);
-  sortNearestFirst(labelled);
-  for (const StartingPlace& place : labelled) {
-    if (attempts.end(walkFromPlace(choice, paths, place))) return attempts.problem;
-  }
-  return attempts.problem;
+  return problem;
 }
 
 }  // namespace tessarine

@@ -38,7 +38,7 @@ void confirmField(const Element& field, std::int32_t pid) {
   if (axOffers(field, "AXConfirm")) {
     perform("AXConfirm", field);
   } else {
-    tapKey(pid, keyCodeReturn, noModifiers, {}, returnPauseSeconds);
+    pressReturn(pid, returnPauseSeconds);
   }
   sleepSeconds(confirmPauseSeconds);
 }
@@ -60,7 +60,7 @@ void navigateByGoToFolder(std::int32_t pid, const std::string& path) {
   sleepSeconds(beforeTypingSeconds);
   selectAllAndDelete(pid);
   typeUnicodeText(pid, path, pathTypingPauseSeconds);
-  tapKey(pid, keyCodeReturn, noModifiers, {}, afterTypedPathSeconds);
+  pressReturn(pid, afterTypedPathSeconds);
 }
 
 void navigateByGoToFolderAX(const Element& root, std::int32_t pid,
@@ -72,10 +72,10 @@ void navigateByGoToFolderAX(const Element& root, std::int32_t pid,
     setGoToFolderPathAX(root, pid, path);
   } catch (const ToolError&) {
     const auto frontmostPid = frontmostApplicationPid();
-    if (!foregroundOwnerPid || !frontmostPid || frontmostPid != foregroundOwnerPid) throw;
+    if (!foregroundOwnerPid || frontmostPid != foregroundOwnerPid) throw;
     retryThroughSession(root, pid, path);
   }
-  tapKey(pid, keyCodeReturn, noModifiers, {}, afterTypedPathSeconds);
+  pressReturn(pid, afterTypedPathSeconds);
 }
 
 void setGoToFolderPathAX(const Element& root, std::int32_t pid, const std::string& path,

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/tables.h"
+#include "dialog/traversal.h"
 #include "navigation/go_to_folder.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
@@ -26,7 +27,7 @@ constexpr double sheetClosesSeconds = 1.5;
 constexpr double sheetPollSeconds = 0.05;
 constexpr double sheetKeySeconds = 0.05;
 constexpr int mostSheetAncestors = 8;
-constexpr std::size_t mostSheetElements = 40;
+constexpr WalkLimits sheetLimits{2, 40};
 
 using Elements = std::vector<Element>;
 
@@ -40,21 +41,13 @@ bool isPathField(const Element& element, const std::string& role) {
 
 // The field of a sheet, three levels down at most, not in its table of suggestions.
 std::optional<Element> pathFieldOf(const Element& sheet) {
-  Elements level = readList(sheet);
-  std::size_t visited = 0;
-  for (int depth = 1; depth <= 3; ++depth) {
-    Elements next;
-    for (const Element& element : level) {
-      if (++visited > mostSheetElements) return {};
-      const std::string role = readText(element, "AXRole").value_or("");
-      if (isPathField(element, role)) return element;
-      if (role != "AXGroup" && role != "AXSplitGroup") continue;
-      const Elements children = readList(element);
-      next.insert(next.end(), children.begin(), children.end());
-    }
-    level = std::move(next);
-  }
-  return {};
+  std::optional<Element> field;
+  walkAnswered(readList(sheet), sheetLimits, [&](const Element& element, const std::string& role) {
+    if (isPathField(element, role)) field = element;
+    if (field) return Step::end;
+    return role == "AXGroup" || role == "AXSplitGroup" ? Step::into : Step::past;
+  });
+  return field;
 }
 
 // A sheet that is no panel.
@@ -188,7 +181,7 @@ bool confirmByField(PanelChoice& choice, const OpenSheet& open) {
 
 bool confirmByReturn(PanelChoice& choice, const OpenSheet& open, std::int32_t taker) {
   choice.returnUnderWay = true;
-  tapKey(taker, keyCodeReturn, noModifiers, {}, sheetKeySeconds);
+  pressReturn(taker, sheetKeySeconds);
   return sheetGoesWithin(choice, open.sheet, sheetGoesSeconds);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/lists.h"
 #include "core/tool_error.h"
 #include "dialog/controls.h"
 #include "dialog/file_list.h"
@@ -34,10 +35,10 @@ struct Walk {
   bool allowProcessEvents;
 };
 
-// Where a walk stands and which components are left to open.
-struct Position {
+// Where a walk begins, and the components to open from there.
+struct Start {
   std::string folder;
-  std::vector<std::string> remaining;
+  std::vector<std::string> components;
 };
 
 // The proper ancestors of a standardized path below "/", innermost first, each under the name that
@@ -57,14 +58,12 @@ std::vector<Place> properAncestors(const std::string& path) {
 void performPick(const Element& item) {
   const auto actions = axActions(item);
   for (const char* action : {"AXPick", "AXPress"}) {
-    if (std::find(actions.begin(), actions.end(), action) != actions.end()) {
-      return perform(action, item);
-    }
+    if (isAmong(actions, action)) return perform(action, item);
   }
   throw ToolError::actionFailed("menu item does not support AXPick/AXPress");
 }
 
-Position startingPosition(const Walk& walk, const std::string& target) {
+Start startOf(const Walk& walk, const std::string& target) {
   const auto anchor = anchorPathFromSidebar(walk.dialog, walk.pid, target, walk.timeoutSeconds,
                                             walk.allowProcessEvents);
   if (anchor) return {*anchor, relativeComponents(*anchor, target)};
@@ -101,16 +100,14 @@ void navigateByHierarchy(const Element& dialog, std::int32_t pid, const std::str
                          double timeoutSeconds, bool allowProcessEvents) {
   const Walk walk{dialog, pid, timeoutSeconds, allowProcessEvents};
   const std::string target = standardizedPath(targetPath);
-  Position position = startingPosition(walk, target);
-  for (std::size_t i = 0; i < position.remaining.size(); ++i) {
-    const std::string& component = position.remaining[i];
-    position.folder = standardizedPath(appendingComponent(position.folder, component));
-    const NodeRef row = waitForRow(walk, position.folder, component);
-    const bool last = i + 1 == position.remaining.size();
-    if (last) {
-      selectFolder(walk, row, position.folder);
+  auto [folder, components] = startOf(walk, target);
+  for (const std::string& component : components) {
+    folder = standardizedPath(appendingComponent(folder, component));
+    const NodeRef row = waitForRow(walk, folder, component);
+    if (&component == &components.back()) {
+      selectFolder(walk, row, folder);
     } else {
-      openFolder(walk, row, position.folder);
+      openFolder(walk, row, folder);
     }
   }
   waitUntil(std::min(timeoutSeconds, longestOpenSeconds), pollSeconds,
@@ -140,6 +137,11 @@ void navigateToVolume(const Element& dialog, const std::string& volumeDisplayNam
                                     [&] { return findMenuItem(dialog, volumeDisplayName); });
   performPick(item.element);
   waitForPopupValue(dialog, volumeDisplayName, timeoutSeconds);
+}
+
+void waitForPopupValue(const Element& dialog, const std::string& expectedValue,
+                       double timeoutSeconds) {
+  waitUntil(timeoutSeconds, [&] { return shownLocation(dialog) == expectedValue; });
 }
 
 }  // namespace tessarine

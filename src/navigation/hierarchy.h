@@ -35,4 +35,9 @@ std::optional<std::string> anchorPathFromSidebar(const Element& dialog, std::int
 void navigateToVolume(const Element& dialog, const std::string& volumeDisplayName,
                       double timeoutSeconds);
 
+// Polls every 0.15 s until the location pop-up shows the value. Throws ToolError timedOut "timed
+// out after " + timeoutSeconds + "s".
+void waitForPopupValue(const Element& dialog, const std::string& expectedValue,
+                       double timeoutSeconds);
+
 }  // namespace tessarine

@@ -1,20 +1,17 @@
 #include "navigation/row_opening.h"
 
-#include <algorithm>
 #include <array>
 #include <optional>
 #include <vector>
 
+#include "core/lists.h"
 #include "core/tables.h"
 #include "core/tool_error.h"
-#include "dialog/controls.h"
 #include "dialog/file_list.h"
 #include "dialog/traversal.h"
 #include "platform/accessibility.h"
 #include "platform/clock.h"
 #include "platform/events.h"
-#include "platform/files.h"
-#include "platform/wait.h"
 
 namespace tessarine {
 namespace {
@@ -26,10 +23,6 @@ constexpr double showInterfaceSeconds = 0.08;
 constexpr double openActionSeconds = 0.06;
 constexpr double beforeOpenKeysSeconds = 0.12;
 constexpr double openKeySeconds = 0.08;
-constexpr double confirmSeconds = 0.1;
-constexpr double longestStabilizeSeconds = 2.0;
-constexpr double stabilizePollSeconds = 0.1;
-constexpr double stabilizedSeconds = 0.15;
 
 // The parts of an entry, found on one way up from the node: of each kind the first.
 struct Entry {
@@ -81,7 +74,7 @@ bool tryOpenActions(const Element& element) {
   const auto offered = axActions(element);
   bool succeeded = false;
   for (const char* action : openActions) {
-    if (std::find(offered.begin(), offered.end(), action) == offered.end()) continue;
+    if (!isAmong(offered, action)) continue;
     succeeded = tryAction(action, element) || succeeded;
     sleepSeconds(openActionSeconds);
   }
@@ -101,7 +94,7 @@ void openListViewEntryByEvents(std::int32_t pid, const Entry& entry) {
   sleepSeconds(beforeOpenKeysSeconds);
   tapKey(pid, keyCodeArrowRight, noModifiers, {}, openKeySeconds);
   tapKey(pid, keyCodeArrowDown, commandFlag, {}, openKeySeconds);
-  tapKey(pid, keyCodeReturn, noModifiers, {}, openKeySeconds);
+  pressReturn(pid, openKeySeconds);
 }
 
 }  // namespace
@@ -122,35 +115,6 @@ void openRow(std::int32_t pid, const NodeRef& node, bool allowProcessEvents) {
   } else {
     doubleClickElement(pid, entry.label);
   }
-}
-
-void waitForPopupValue(const Element& dialog, const std::string& expectedValue,
-                       double timeoutSeconds) {
-  waitUntil(timeoutSeconds, [&] { return shownLocation(dialog) == expectedValue; });
-}
-
-void setSearchQuery(const Element& dialog, const std::string& query) {
-  const auto field = findSearchField(dialog);
-  if (!field) throw ToolError::notFound("search field not found in open dialog");
-  const int code = setText(*field, "AXValue", query);
-  if (code != 0) {
-    throw ToolError::actionFailed("failed to write search field: " + std::to_string(code));
-  }
-}
-
-void stabilizeFolderSelection(const Element& dialog, std::int32_t pid,
-                              const std::string& targetPath, double timeoutSeconds) {
-  const std::string path = standardizedPath(targetPath);
-  const std::string basename = lastPathComponent(path);
-  if (const auto field = findChooserNameField(dialog, basename)) {
-    tryAction("AXConfirm", *field);
-    sleepSeconds(confirmSeconds);
-  }
-  const NodeRef row =
-      waitForValue(std::min(timeoutSeconds, longestStabilizeSeconds), stabilizePollSeconds,
-                   [&] { return findFolderRow(dialog, path, basename); });
-  openRow(pid, row, true);
-  sleepSeconds(stabilizedSeconds);
 }
 
 }  // namespace tessarine

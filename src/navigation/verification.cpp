@@ -32,8 +32,7 @@ bool isOneOf(const std::string& text, const FolderNames& names) {
 }
 
 bool anyIsOneOf(const std::vector<std::string>& texts, const FolderNames& names) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [&](const std::string& text) { return isOneOf(text, names); });
+  return std::ranges::any_of(texts, [&](const std::string& text) { return isOneOf(text, names); });
 }
 
 // Whether one walk below the dialog meets a name field or the location pop-up with one of the

@@ -7,7 +7,7 @@
 #include "core/numbers.h"
 #include "core/tables.h"
 #include "core/text.h"
-#include "panels/candidates.h"
+#include "panels/panel_owners.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
 #include "platform/wait.h"
@@ -60,8 +60,8 @@ bool samePlace(const PanelWindowRef& first, const PanelWindowRef& second) {
 template <class Same>
 void appendUnlessRepeated(std::vector<PanelWindowRef>& windows, const PanelWindowRef& window,
                           const Same& same) {
-  const bool repeated = std::any_of(windows.begin(), windows.end(),
-                                    [&](const auto& earlier) { return same(window, earlier); });
+  const bool repeated =
+      std::ranges::any_of(windows, [&](const auto& earlier) { return same(window, earlier); });
   if (!repeated) windows.push_back(window);
 }
 
@@ -112,9 +112,8 @@ std::vector<PanelWindowRef> orderedBackgroundPanelWindows(std::int32_t primaryPi
   const auto rank = [&](const PanelWindowRef& window) {
     return std::tuple(window.pid == primaryPid, -panelWindowArea(window), window.windowID);
   };
-  std::stable_sort(windows.begin(), windows.end(), [&](const auto& first, const auto& second) {
-    return rank(first) < rank(second);
-  });
+  std::ranges::stable_sort(
+      windows, [&](const auto& first, const auto& second) { return rank(first) < rank(second); });
   return windows;
 }
 
@@ -138,6 +137,13 @@ std::vector<std::int32_t> waitForBackgroundOpenPanel(std::int32_t primaryPid,
   return pids;
 }
 
+const PanelWindowRef& windowOfOrFirst(const std::vector<PanelWindowRef>& windows,
+                                      std::int32_t pid) {
+  const auto own = std::ranges::find_if(
+      windows, [&](const PanelWindowRef& window) { return window.pid == pid; });
+  return own != windows.end() ? *own : windows.front();
+}
+
 double panelWindowArea(const PanelWindowRef& window) {
   return std::max(window.frame.width, 0.0) * std::max(window.frame.height, 0.0);
 }
@@ -152,12 +158,11 @@ bool panelWindowMatches(const PanelWindowRef& window, const PanelWindowRef& trac
 }
 
 std::optional<PanelWindowRef> largestPanelWindow(std::int32_t primaryPid) {
-  auto windows = backgroundOpenPanelWindows(primaryPid);
+  const auto windows = backgroundOpenPanelWindows(primaryPid);
   if (windows.empty()) return {};
-  std::stable_sort(windows.begin(), windows.end(), [](const auto& first, const auto& second) {
-    return first.frame.width * first.frame.height > second.frame.width * second.frame.height;
+  return *std::ranges::max_element(windows, [](const auto& one, const auto& other) {
+    return panelWindowArea(one) < panelWindowArea(other);
   });
-  return windows.front();
 }
 
 }  // namespace tessarine

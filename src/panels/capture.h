@@ -45,6 +45,9 @@ bool backgroundOpenPanelVisible(std::int32_t primaryPid);
 std::vector<std::int32_t> waitForBackgroundOpenPanel(std::int32_t primaryPid,
                                                      double timeoutSeconds);
 
+// The first window of the process, or else the first of all, of which there must be one.
+const PanelWindowRef& windowOfOrFirst(const std::vector<PanelWindowRef>& windows, std::int32_t pid);
+
 // Negative extents count as 0.
 double panelWindowArea(const PanelWindowRef& window);
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "panels/candidates.h"
 #include "panels/capture.h"
+#include "panels/panel_owners.h"
 #include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/screens.h"
@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array<Point, 4> chooseOffsets{{{68, 43}, {88, 43}, {68, 60}, {96, 60}}};
 constexpr double smallestVisibleHeight = 30;
-constexpr double sideMargin = 4;
+constexpr double edgeMargin = 4;
 constexpr double topMargin = 24;
 // The panel takes the keyboard only after it has handled the click.
 constexpr double afterClickSeconds = 0.18;
@@ -23,9 +23,8 @@ constexpr double afterClickSeconds = 0.18;
 // The first screen that shows part of the frame, or else the main display.
 Rect screenShowing(const Rect& frame) {
   const auto screens = screenFrames();
-  const auto screen = std::find_if(screens.begin(), screens.end(), [&](const Rect& candidate) {
-    return rectsIntersect(candidate, frame);
-  });
+  const auto screen = std::ranges::find_if(
+      screens, [&](const Rect& candidate) { return rectsIntersect(candidate, frame); });
   return screen != screens.end() ? *screen : mainDisplayBounds();
 }
 
@@ -45,10 +44,10 @@ std::vector<Point> panelChoosePoints(const PanelWindowRef& window) {
 Point panelContentPoint(const PanelWindowRef& window) {
   const auto visible = rectIntersection(window.frame, screenShowing(window.frame));
   if (!visible || visible->height < smallestVisibleHeight) return window.frame.center();
-  const double leftmost = visible->x + sideMargin;
-  const double rightmost = visible->x + visible->width - sideMargin;
+  const double leftmost = visible->x + edgeMargin;
+  const double rightmost = visible->x + visible->width - edgeMargin;
   const double below =
-      std::min(visible->height - sideMargin, std::max(visible->height * 0.5, topMargin));
+      std::min(visible->height - edgeMargin, std::max(visible->height * 0.5, topMargin));
   return {std::min(std::max(window.frame.midX(), leftmost), rightmost), visible->y + below};
 }
 
@@ -64,11 +63,7 @@ void clickPanelContent(const PanelWindowRef& window, std::int32_t eventPid, bool
 void clickBackgroundPanelWindow(std::int32_t primaryPid, std::int32_t eventPid) {
   const auto windows = orderedBackgroundPanelWindows(primaryPid);
   if (windows.empty()) return;
-  const auto own = std::find_if(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
-    return window.pid == eventPid;
-  });
-  const PanelWindowRef& window = own != windows.end() ? *own : windows.front();
-  postMouseClick(eventPid, window.frame.center(), 1, false);
+  postMouseClick(eventPid, windowOfOrFirst(windows, eventPid).frame.center(), 1, false);
   sleepSeconds(afterClickSeconds);
 }
 

@@ -5,6 +5,7 @@
 
 #include "panels/capture.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
 #include "platform/workspace.h"
@@ -15,13 +16,13 @@ namespace {
 constexpr double panelClosePollSeconds = 0.12;
 
 std::string snapshotPath(const PanelWindowRef& window) {
-  return appendingComponent(temporaryDirectory(), "zorvilet-panel-" + ownPid() + "-" +
-                                                      std::to_string(window.windowID) + "-" +
+  return appendingComponent(temporaryDirectory(), "zorvilet-panel-" + std::to_string(ownPid()) +
+                                                      "-" + std::to_string(window.windowID) + "-" +
                                                       freshUuid() + ".png");
 }
 
 bool anyMatches(const std::vector<PanelWindowRef>& tracked, const PanelWindowRef& window) {
-  return std::any_of(tracked.begin(), tracked.end(), [&](const PanelWindowRef& candidate) {
+  return std::ranges::any_of(tracked, [&](const PanelWindowRef& candidate) {
     return panelWindowMatches(window, candidate);
   });
 }
@@ -44,9 +45,8 @@ bool waitForTrackedPanelClose(std::int32_t primaryPid,
   if (trackedWindows.empty()) return false;
   return pollUntil(timeoutSeconds, panelClosePollSeconds, [&] {
     const auto windows = orderedBackgroundPanelWindows(primaryPid);
-    return std::none_of(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
-      return anyMatches(trackedWindows, window);
-    });
+    return std::ranges::none_of(
+        windows, [&](const PanelWindowRef& window) { return anyMatches(trackedWindows, window); });
   });
 }
 
@@ -54,7 +54,7 @@ bool waitForCapturedPanelClose(std::int32_t primaryPid, double timeoutSeconds) {
   return pollUntil(timeoutSeconds, panelClosePollSeconds, [&] {
     auto windows = orderedBackgroundPanelWindows(primaryPid);
     std::erase_if(windows, [&](const PanelWindowRef& window) { return window.pid != primaryPid; });
-    return std::none_of(windows.begin(), windows.end(), panelCaptureAvailable);
+    return std::ranges::none_of(windows, panelCaptureAvailable);
   });
 }
 

@@ -6,10 +6,11 @@
 #include <set>
 #include <string_view>
 
+#include "core/lists.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "panels/candidates.h"
 #include "panels/capture.h"
+#include "panels/panel_owners.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
 #include "platform/workspace.h"
@@ -93,9 +94,8 @@ bool anotherHasName(const ProcessSurvey& survey, std::int32_t pid, const std::st
   const auto ownsWindow = [&](const PanelWindowRef& window) {
     return window.pid != pid && window.app == name;
   };
-  const Windows& windows = windowsOf(survey);
-  return std::any_of(survey.processes.begin(), survey.processes.end(), isCalled) ||
-         std::any_of(windows.begin(), windows.end(), ownsWindow);
+  return std::ranges::any_of(survey.processes, isCalled) ||
+         std::ranges::any_of(windowsOf(survey), ownsWindow);
 }
 
 bool isNamedForAnother(const ProcessSurvey& survey, std::int32_t primaryPid, std::int32_t service) {
@@ -113,30 +113,26 @@ bool isNamedForBrowserAlone(const ProcessSurvey& survey, std::int32_t primaryPid
 
 bool hasWindowWithBrowser(const ProcessSurvey& survey, std::int32_t primaryPid,
                           std::int32_t service) {
-  const Windows& windows = windowsOf(survey);
-  return std::any_of(windows.begin(), windows.end(), [&](const PanelWindowRef& window) {
+  return std::ranges::any_of(windowsOf(survey), [&](const PanelWindowRef& window) {
     return window.pid == service && standsWithBrowser(survey, primaryPid, service, window.frame);
   });
 }
 
 bool hasListedWindow(const ProcessSurvey& survey, std::int32_t pid) {
-  const Windows& windows = windowsOf(survey);
-  return std::any_of(windows.begin(), windows.end(),
-                     [&](const PanelWindowRef& window) { return window.pid == pid; });
+  return std::ranges::any_of(windowsOf(survey),
+                             [&](const PanelWindowRef& window) { return window.pid == pid; });
 }
 
 bool isBrowser(const std::string& name) {
-  const bool known =
-      std::any_of(browserNames.begin(), browserNames.end(),
-                  [&](std::string_view browser) { return name.starts_with(browser); });
+  const bool known = std::ranges::any_of(
+      browserNames, [&](std::string_view browser) { return name.starts_with(browser); });
   return known && !contains(name, "Helper");
 }
 
 bool anotherBrowserRuns(const ProcessSurvey& survey, std::int32_t primaryPid) {
-  return std::any_of(survey.processes.begin(), survey.processes.end(),
-                     [&](const ListedProcess& process) {
-                       return process.pid != primaryPid && isBrowser(bundleName(process.command));
-                     });
+  return std::ranges::any_of(survey.processes, [&](const ListedProcess& process) {
+    return process.pid != primaryPid && isBrowser(bundleName(process.command));
+  });
 }
 
 // A sheet's window may be larger than the sheet by its shadow.
@@ -249,7 +245,7 @@ bool standsWithAnother(const ProcessSurvey& survey, std::int32_t primaryPid, con
   for (const PanelWindowRef& window : windowsOf(survey)) {
     if (!rectsEqual(window.frame, frame)) continue;
     if (window.pid == primaryPid) return false;
-    another = another || !hasPID(services, window.pid);
+    another = another || !isAmong(services, window.pid);
   }
   return another;
 }
@@ -258,7 +254,7 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
                                       const std::vector<std::int32_t>& owners, const Rect& frame) {
   Windows standing;
   for (const PanelWindowRef& window : windows) {
-    if (hasPID(owners, window.pid) && rectsEqual(window.frame, frame)) standing.push_back(window);
+    if (isAmong(owners, window.pid) && rectsEqual(window.frame, frame)) standing.push_back(window);
   }
   return standing;
 }
@@ -266,8 +262,8 @@ std::vector<PanelWindowRef> windowsAt(const std::vector<PanelWindowRef>& windows
 bool hasMoreWindows(const std::vector<PanelWindowRef>& before,
                     const std::vector<PanelWindowRef>& now, const std::vector<std::int32_t>& owners,
                     const std::optional<Rect>& exceptAt) {
-  return std::any_of(now.begin(), now.end(), [&](const PanelWindowRef& window) {
-    if (!hasPID(owners, window.pid) || (exceptAt && isNear(window.frame, *exceptAt))) return false;
+  return std::ranges::any_of(now, [&](const PanelWindowRef& window) {
+    if (!isAmong(owners, window.pid) || (exceptAt && isNear(window.frame, *exceptAt))) return false;
     return windowsAt(now, {window.pid}, window.frame).size() >
            windowsAt(before, {window.pid}, window.frame).size();
   });

@@ -1,7 +1,6 @@
 #include "platform/accessibility.h"
 
-#include <algorithm>
-
+#include "core/lists.h"
 #include "core/tool_error.h"
 #include "platform/ax_values.h"
 #include "platform/cf_values.h"
@@ -16,9 +15,7 @@ std::string textOrEmpty(const Element& element, const std::string& attribute) {
 void appendFocusedAndMain(const Element& app, std::vector<Element>& windows) {
   for (const char* attribute : {"AXFocusedWindow", "AXMainWindow"}) {
     const auto window = axElementAttribute(app, attribute);
-    if (window && std::find(windows.begin(), windows.end(), *window) == windows.end()) {
-      windows.push_back(*window);
-    }
+    if (window && !isAmong(windows, *window)) windows.push_back(*window);
   }
 }
 
@@ -43,6 +40,15 @@ Answer answerFor(const Element& element, const std::string& attribute) {
 
 CfRef<CFTypeRef> answeredValue(const Element& element, const std::string& attribute) {
   return answerFor(element, attribute).value;
+}
+
+std::optional<Unanswered> whyUnanswered(const Element& element) {
+  try {
+    answeredValue(element, "AXRole");
+    return {};
+  } catch (const Unanswered& unanswered) {
+    return unanswered;
+  }
 }
 
 bool saysThereIsNone(AXError error) {
@@ -125,8 +131,7 @@ std::vector<std::string> axActions(const Element& element) {
 }
 
 bool axOffers(const Element& element, const std::string& action) {
-  const auto actions = axActions(element);
-  return std::find(actions.begin(), actions.end(), action) != actions.end();
+  return isAmong(axActions(element), action);
 }
 
 Rect axFrame(const Element& element) {
@@ -181,21 +186,13 @@ std::optional<std::string> readLocation(const Element& element) {
 }
 
 bool isGone(const Element& element) {
-  try {
-    answeredValue(element, "AXRole");
-    return false;
-  } catch (const Unanswered& unanswered) {
-    return unanswered.gone();
-  }
+  const auto unanswered = whyUnanswered(element);
+  return unanswered && unanswered->gone();
 }
 
 bool answersNow(const Element& element) {
-  try {
-    answeredValue(element, "AXRole");
-    return true;
-  } catch (const Unanswered& unanswered) {
-    return unanswered.gone();
-  }
+  const auto unanswered = whyUnanswered(element);
+  return !unanswered || unanswered->gone();
 }
 
 std::vector<Element> focusedAndMainWindows(const Element& app) {

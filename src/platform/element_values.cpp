@@ -43,7 +43,7 @@ ElementValues::ElementValues(const Element& element, const AttributeNames& attri
 
 CFTypeRef ElementValues::value(const std::string& attribute) const {
   const auto& names = attributes_.names();
-  const auto name = std::find(names.begin(), names.end(), attribute);
+  const auto name = std::ranges::find(names, attribute);
   assert(name != names.end());
   auto& value = values_[static_cast<std::size_t>(name - names.begin())];
   if (!value) value = axValue(element_, attribute);

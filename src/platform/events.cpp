@@ -35,12 +35,13 @@ EventRef keyEvent(std::uint16_t keyCode, std::uint64_t flags, bool keyDown) {
   return event;
 }
 
-void post(const EventRef& event, std::int32_t pid, bool global) {
+// To the whole session without a pid.
+void post(const EventRef& event, std::optional<std::int32_t> pid) {
   if (!event) return;
-  if (global) {
-    CGEventPost(kCGHIDEventTap, event.get());
+  if (pid) {
+    CGEventPostToPid(*pid, event.get());
   } else {
-    CGEventPostToPid(pid, event.get());
+    CGEventPost(kCGHIDEventTap, event.get());
   }
 }
 
@@ -55,9 +56,10 @@ Point visibleCenter(const Element& element) {
 void postMouseClick(std::int32_t pid, const Point& at, std::int64_t clickState, bool global) {
   const EventRef down = mouseEvent(kCGEventLeftMouseDown, at, clickState);
   const EventRef up = mouseEvent(kCGEventLeftMouseUp, at, clickState);
-  post(down, pid, global);
+  const auto receiver = global ? std::nullopt : std::optional(pid);
+  post(down, receiver);
   sleepSeconds(buttonHoldSeconds);
-  post(up, pid, global);
+  post(up, receiver);
 }
 
 void clickElement(std::int32_t pid, const Element& element) {
@@ -81,11 +83,11 @@ void postKeyEvent(std::int32_t pid, std::uint16_t keyCode, std::uint64_t flags, 
     CGEventKeyboardSetUnicodeString(event.get(), unicodeText->size(),
                                     reinterpret_cast<const UniChar*>(unicodeText->data()));
   }
-  post(event, pid, false);
+  post(event, pid);
 }
 
 void postGlobalKeyEvent(std::uint16_t keyCode, std::uint64_t flags, bool keyDown) {
-  post(keyEvent(keyCode, flags, keyDown), 0, true);
+  post(keyEvent(keyCode, flags, keyDown), std::nullopt);
 }
 
 void tapKey(std::int32_t pid, std::uint16_t keyCode, std::uint64_t flags,
@@ -107,6 +109,10 @@ void typeUnicodeText(std::int32_t pid, const std::string& text, double pause) {
   for (const char32_t scalar : toScalars(text)) {
     tapKey(pid, 0, noModifiers, toUtf16(scalar), pause);
   }
+}
+
+void pressReturn(std::int32_t pid, double pause) {
+  tapKey(pid, keyCodeReturn, noModifiers, {}, pause);
 }
 
 void selectAllAndDelete(std::int32_t pid) {

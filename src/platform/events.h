@@ -49,6 +49,9 @@ void tapGlobalKey(std::uint16_t keyCode, std::uint64_t flags = 0, double pause =
 // seconds.
 void typeUnicodeText(std::int32_t pid, const std::string& text, double pause = 0.02);
 
+// Return: down, 0.02 s, up, then `pause` seconds.
+void pressReturn(std::int32_t pid, double pause);
+
 // Command-A, then Delete, with 0.05 s after each.
 void selectAllAndDelete(std::int32_t pid);
 

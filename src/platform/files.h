@@ -1,4 +1,4 @@
-// The file system and the environment, and paths as this program writes them.
+// The file system, and paths as this program writes them.
 #pragma once
 
 #include <optional>
@@ -47,14 +47,5 @@ void copyFile(const std::string& from, const std::string& to);
 
 // Sets the modification date, in seconds since 1970. Throws std::filesystem::filesystem_error.
 void setModificationDate(const std::string& path, double secondsSince1970);
-
-// This process's identifier, in decimal.
-std::string ownPid();
-
-// A new random UUID in its canonical upper-case form.
-std::string freshUuid();
-
-// Empty when the variable is not set.
-std::string environmentVariable(const std::string& name);
 
 }  // namespace tessarine

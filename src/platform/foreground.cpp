@@ -30,18 +30,18 @@ void restoreFrontmostApplication(std::int32_t pid) {
   }
 }
 
-void takeForeground(std::int32_t pid) {
-  if (applicationState(pid) != ApplicationState::unknown) activateApplication(pid);
-  setProcessFrontmost(pid);
+TemporaryForeground::TemporaryForeground(std::int32_t targetPid) : targetPid_(targetPid) {
+  if (applicationState(targetPid) != ApplicationState::unknown) activateApplication(targetPid);
+  setProcessFrontmost(targetPid);
   sleepSeconds(foregroundSettleSeconds);
 }
 
-void giveForegroundBack(std::optional<std::int32_t> previousPid, std::int32_t targetPid) {
-  if (!previousPid || previousPid == targetPid) return;
-  if (applicationState(*previousPid) != ApplicationState::unknown) {
-    activateApplication(*previousPid);
+TemporaryForeground::~TemporaryForeground() {
+  if (!previousPid_ || previousPid_ == targetPid_) return;
+  if (applicationState(*previousPid_) != ApplicationState::unknown) {
+    activateApplication(*previousPid_);
   } else {
-    setProcessFrontmost(*previousPid);
+    setProcessFrontmost(*previousPid_);
   }
 }
 

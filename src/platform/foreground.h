@@ -4,8 +4,8 @@
 
 #include <cstdint>
 #include <optional>
-#include <utility>
 
+#include "core/finally.h"
 #include "platform/workspace.h"
 
 namespace tessarine {
@@ -18,25 +18,20 @@ bool setProcessFrontmost(std::int32_t pid);
 // running, through System Events otherwise. A pid below 1 is left alone.
 void restoreFrontmostApplication(std::int32_t pid);
 
-// Brings the process to the front by activation and by System Events, then waits 0.55 s.
-void takeForeground(std::int32_t pid);
-
-// Gives the foreground back to the application that had it before the target took it. Does nothing
-// when there was none or when it was the target itself. Unlike restoreFrontmostApplication it does
-// not ask whether the application has terminated.
-void giveForegroundBack(std::optional<std::int32_t> previousPid, std::int32_t targetPid);
-
-// Calls a function when it goes out of scope, whether by return or by exception.
-template <class Function>
-class Finally {
+// For as long as this lives the target is frontmost: brought to the front by activation and by
+// System Events, with 0.55 s after that. Then the application that was frontmost before is
+// activated, unless there was none or it was the target itself. Unlike restoreFrontmostApplication
+// this does not ask whether it has terminated.
+class TemporaryForeground {
  public:
-  explicit Finally(Function function) : function_(std::move(function)) {}
-  ~Finally() { function_(); }
-  Finally(const Finally&) = delete;
-  Finally& operator=(const Finally&) = delete;
+  explicit TemporaryForeground(std::int32_t targetPid);
+  ~TemporaryForeground();
+  TemporaryForeground(const TemporaryForeground&) = delete;
+  TemporaryForeground& operator=(const TemporaryForeground&) = delete;
 
  private:
-  Function function_;
+  std::optional<std::int32_t> previousPid_ = frontmostApplicationPid();
+  std::int32_t targetPid_;
 };
 
 // Runs the operation with the target frontmost, and gives the foreground back whether it returned
@@ -44,9 +39,7 @@ class Finally {
 template <class Operation>
 auto withTemporaryForeground(std::int32_t pid, bool enabled, const Operation& operation) {
   if (!enabled) return operation();
-  const auto previousPid = frontmostApplicationPid();
-  takeForeground(pid);
-  const Finally restore([&] { giveForegroundBack(previousPid, pid); });
+  const TemporaryForeground taken(pid);
   return operation();
 }
 

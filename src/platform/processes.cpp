@@ -1,22 +1,19 @@
 #include "platform/processes.h"
 
 #include "core/numbers.h"
+#include "core/tables.h"
 #include "core/text.h"
 #include "core/tool_error.h"
 #include "platform/child_process.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 
 namespace tessarine {
 namespace {
 
 constexpr double scriptPollSeconds = 0.02;
 constexpr double programPollSeconds = 0.005;
-
-std::string& programPath() {
-  static std::string path;
-  return path;
-}
 
 std::string replacingAll(std::string text, const std::string& piece, const std::string& by) {
   for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + by.size())) {
@@ -40,13 +37,10 @@ int exitStatusWithin(ChildProcess& script, double timeoutSeconds) {
 
 }  // namespace
 
-void setProgramPath(const std::string& firstArgument) {
-  programPath() = firstArgument;
-}
-
 std::string helperExecutable(const std::string& name) {
+  const std::string& program = tables().programPath;
   const std::string ownDirectory =
-      programPath().empty() ? "" : parentDirectory(standardizedPath(programPath()));
+      program.empty() ? "" : parentDirectory(standardizedPath(program));
   const std::string besideProgram = appendingComponent(ownDirectory, name);
   if (isExecutableFile(besideProgram)) return besideProgram;
   const std::string helperDirectory = environmentVariable("ZORVILET_BIN");

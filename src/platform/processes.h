@@ -17,9 +17,6 @@ inline constexpr const char* osascriptPath = "/usr/bin/osascript";
 inline constexpr const char* psPath = "/bin/ps";
 inline constexpr const char* captureHelperName = "background-window-capture";
 
-// Remembers how this program was started: its first argument. Called once by the entry.
-void setProgramPath(const std::string& firstArgument);
-
 // The first executable file of that name in the program's own directory, then in the directory that
 // the environment variable ZORVILET_BIN names; the path in the program's own directory when neither
 // exists, so that starting it fails.

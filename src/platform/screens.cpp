@@ -39,8 +39,8 @@ std::optional<Rect> rectIntersection(const Rect& first, const Rect& second) {
 
 bool pointIsOnScreen(const Point& point) {
   const auto screens = screenFrames();
-  return std::any_of(screens.begin(), screens.end(),
-                     [&](const Rect& screen) { return rectContains(screen, point); });
+  return std::ranges::any_of(screens,
+                             [&](const Rect& screen) { return rectContains(screen, point); });
 }
 
 Rect mainDisplayBounds() {

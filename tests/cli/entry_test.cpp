@@ -37,12 +37,29 @@ TEST(Entry, PrintsTheResultWithItsKeysInOrder) {
                      ""}));
 }
 
-TEST(Entry, ChangesNothingWithQuiet) {
+// What a command line said and did on a desktop of its own.
+std::pair<Outcome, std::string> runAlone(const std::vector<std::string>& words) {
   World world("english-host-window");
-  for (const std::string command : {"list-windows", "list-background-panels"}) {
-    const Outcome loud = world.run({command, "--pid", "812"});
-    EXPECT_EQ(loud.exitStatus, 0);
-    EXPECT_EQ(world.run({command, "--pid", "812", "--quiet"}), loud);
+  const Outcome outcome = world.run(words);
+  return {outcome, world.record().toText()};
+}
+
+TEST(Entry, ChangesNothingWithQuiet) {
+  for (const std::vector<std::string>& more : {std::vector<std::string>{"list-windows"},
+                                               {"list-background-panels"},
+                                               {"inspect-open-dialog"},
+                                               {"close"},
+                                               {"choose-folder", "--path", "/usr"},
+                                               {"choose-path", "--path", "/usr"},
+                                               {"click-point", "--x", "1", "--y", "2"},
+                                               {"type-text", "--text", "a"},
+                                               {"press-key", "--key", "escape"}}) {
+    std::vector<std::string> words = more;
+    words.insert(words.end(), {"--pid", "812"});
+    const auto loud = runAlone(words);
+    EXPECT_EQ(loud.first.exitStatus, 0) << more.front();
+    words.push_back("--quiet");
+    EXPECT_EQ(runAlone(words), loud) << more.front();
   }
 }
 

@@ -32,14 +32,6 @@ struct Dialog {
   int presses = 0;
 };
 
-TEST(PressReturn, PressesAndPauses) {
-  const BareDesktop world;
-  pressReturn(servicePid, 0.35);
-  EXPECT_THAT(postedEvents(world.desktop.record()),
-              ElementsAre("0.000 key 36 down -> 900", "0.020 key 36 up -> 900"));
-  EXPECT_DOUBLE_EQ(world.now(), 0.02 + 0.35);
-}
-
 TEST(PressChooseButton, PressesAButtonOfEachKnownTitle) {
   for (const char* title : {"Choose", "Open", "选择", "打开"}) {
     const Dialog dialog(0, title);
@@ -63,33 +55,33 @@ TEST(PressChooseButton, IgnoresARefusedPress) {
   EXPECT_TRUE(pressChooseButton(world.handle(window)));
 }
 
-TEST(CloseSeconds, AreTheTimeoutButAtMostFour) {
-  EXPECT_EQ(closeSeconds(10), 4);
-  EXPECT_EQ(closeSeconds(4), 4);
-  EXPECT_EQ(closeSeconds(2.5), 2.5);
-  EXPECT_EQ(closeSeconds(0), 0);
+TEST(DialogCloseSeconds, AreTheTimeoutButAtMostFour) {
+  EXPECT_EQ(dialogCloseSeconds(10), 4);
+  EXPECT_EQ(dialogCloseSeconds(4), 4);
+  EXPECT_EQ(dialogCloseSeconds(2.5), 2.5);
+  EXPECT_EQ(dialogCloseSeconds(0), 0);
 }
 
-TEST(WaitForDialogClose, IsContentWithADialogThatHasGone) {
+TEST(CloseWithOneRetry, IsContentWithADialogThatHasGone) {
   Dialog dialog;
   const DialogRef reference = dialog.reference();
   dialog.world.desktop.removeWindow(dialog.number());
-  waitForDialogClose(reference, 10);
+  closeWithOneRetry(reference, 10);
   EXPECT_THAT(transcript(dialog.world.desktop.record()), IsEmpty());
   EXPECT_THAT(sleepLengths(dialog.world.desktop.record()), IsEmpty());
 }
 
-TEST(WaitForDialogClose, LooksEvery150Milliseconds) {
+TEST(CloseWithOneRetry, LooksEvery150Milliseconds) {
   Dialog dialog;
   dialog.world.desktop.schedule(0.7, [&] { dialog.world.desktop.removeWindow(dialog.number()); });
-  waitForDialogClose(dialog.reference(), 10);
+  closeWithOneRetry(dialog.reference(), 10);
   EXPECT_THAT(transcript(dialog.world.desktop.record()), IsEmpty());
   EXPECT_THAT(sleepLengths(dialog.world.desktop.record()), ElementsAre("0.15"));
 }
 
-TEST(WaitForDialogClose, PressesReturnAndTheButtonOnceMore) {
+TEST(CloseWithOneRetry, PressesReturnAndTheButtonOnceMore) {
   Dialog dialog(1);
-  waitForDialogClose(dialog.reference(), 1);
+  closeWithOneRetry(dialog.reference(), 1);
   const auto deeds = postedEventKinds(dialog.world.desktop.record());
   EXPECT_THAT(deeds, ElementsAre("key 36 down -> 812", "key 36 up -> 812"));
   EXPECT_EQ(transcript(dialog.world.desktop.record()).back(), "0.150 AXPress of AXButton in 812");
@@ -97,14 +89,14 @@ TEST(WaitForDialogClose, PressesReturnAndTheButtonOnceMore) {
   EXPECT_GE(dialog.world.now(), 1.0 + 0.02 + 0.15);
 }
 
-TEST(WaitForDialogClose, PressesReturnAloneWhereThereIsNoButton) {
+TEST(CloseWithOneRetry, PressesReturnAloneWhereThereIsNoButton) {
   Dialog dialog(0, "Select");
   dialog.world.desktop.schedule(1.3, [&] { dialog.world.desktop.removeWindow(dialog.number()); });
-  waitForDialogClose(dialog.reference(), 1);
+  closeWithOneRetry(dialog.reference(), 1);
   EXPECT_EQ(transcript(dialog.world.desktop.record()).back(), "0.020 key 36 up -> 812");
 }
 
-TEST(WaitForDialogClose, FailsAfterTwoWaitsOfTheSameLength) {
+TEST(CloseWithOneRetry, FailsAfterTwoWaitsOfTheSameLength) {
   struct Row {
     double timeout;
     std::string message;
@@ -114,7 +106,7 @@ TEST(WaitForDialogClose, FailsAfterTwoWaitsOfTheSameLength) {
                          {0.75, "timed out after 0.75s", 1.67},
                          {0, "timed out after 0.0s", 0.17}}) {
     Dialog dialog;
-    EXPECT_EQ(messageOf([&] { waitForDialogClose(dialog.reference(), row.timeout); }), row.message);
+    EXPECT_EQ(messageOf([&] { closeWithOneRetry(dialog.reference(), row.timeout); }), row.message);
     EXPECT_EQ(dialog.presses, 1);
     EXPECT_GE(dialog.world.now(), row.waited);
     EXPECT_LE(dialog.world.now(), row.waited + 0.5);  // two last looks and the press

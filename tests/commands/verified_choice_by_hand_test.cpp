@@ -1,6 +1,8 @@
 // --verify on a panel built by hand, whose sheet, list and buttons do what no scenario says.
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
 #include "commands/verified_choice.h"
 #include "core/time_budget.h"
 #include "navigation/panel_with_sheet.h"
@@ -59,7 +61,7 @@ struct PanelByHand : PanelWithSheet {
   std::string choose() {
     start = panel.now();
     try {
-      return chooseVerified(browserPid, target, 10).verified;
+      return choosePathVerified(browserPid, target, 10)["verified"];
     } catch (const ToolError& error) {
       return error.message();
     }

@@ -158,11 +158,11 @@ TEST(VerifiedResult, SaysInWhoseTreeThePanelWas) {
 
 TEST(VerifiedResult, OfTheStrategyItself) {
   FolderWorld world("chromium-english");
-  const VerifiedChoice choice = chooseVerified(browserPid, world.target, 10);
-  EXPECT_EQ(choice.dialogPid, browserPid);
-  EXPECT_EQ(choice.dialogApp, "primary-browser");
-  EXPECT_EQ(choice.verified, "folder shown");
-  EXPECT_EQ(choice.verifiedPath, world.target);
+  const Result choice = choosePathVerified(browserPid, world.target, 10);
+  EXPECT_EQ(choice["dialogPid"], browserPid);
+  EXPECT_EQ(choice["dialogApp"], "primary-browser");
+  EXPECT_EQ(choice["verified"], "folder shown");
+  EXPECT_EQ(choice["verifiedPath"], world.target);
 }
 
 // --- The browser. ---
@@ -659,7 +659,7 @@ TEST(VerifiedChoice, EndsBeforeTheWatchdogHoweverSlowlyItIsAnswered) {
 
 TEST(VerifiedChoice, LeavesTheTimeOfRequestsAsItWas) {
   FolderWorld world("chromium-english");
-  chooseVerified(browserPid, world.target, 10);
+  choosePathVerified(browserPid, world.target, 10);
   world.world.desktop().faults().silent_processes.insert(browserPid);
   const double start = world.world.desktop().now();
   EXPECT_FALSE(answersNow(Element::application(browserPid)));

@@ -114,5 +114,11 @@ TEST(Text, FindsPieces) {
   EXPECT_FALSE(contains("", "a"));
 }
 
+TEST(Joined, PutsTheSeparatorBetweenThePieces) {
+  EXPECT_EQ(joined({}, ", "), "");
+  EXPECT_EQ(joined({"one"}, ", "), "one");
+  EXPECT_EQ(joined({"", "two", "two"}, ", "), ", two, two");
+}
+
 }  // namespace
 }  // namespace tessarine::test

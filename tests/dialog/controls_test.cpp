@@ -233,6 +233,13 @@ TEST(DialogControls, PrefersTheFocusedFieldWhateverItHolds) {
   EXPECT_EQ(goToFieldOf(dialog), "focused");
 }
 
+TEST(DialogControls, PassesOverAFieldThatSaysThatItIsNotFocused) {
+  Dialog dialog;
+  addPathField(dialog, "unfocused", {{"AXValue", "/"}, {"AXFocused", false}});
+  addPathField(dialog, "focused", {{"AXValue", "notes"}, {"AXFocused", true}});
+  EXPECT_EQ(goToFieldOf(dialog), "focused");
+}
+
 TEST(DialogControls, NeverTakesASearchFieldOrAnotherRoleForTheGoToField) {
   Dialog dialog;
   addPathField(dialog, "search", {{"AXSubrole", "AXSearchField"}, {"AXFocused", true}});

@@ -635,6 +635,89 @@ TEST(WaitForStrictOpenDialog, WaitsOnAfterPrimingAndPassesItsErrorThrough) {
   EXPECT_LT(empty.now(), 4.2);
 }
 
+// One that comes before the priming is seen at 1.52 s, by the look after that; one that comes later
+// by the last wait, which looks at 3.62 s.
+TEST(WaitForStrictOpenDialog, FindsAnEmbeddedChooserThatComesLater) {
+  for (const auto& [comesAt, seenBefore] : {std::pair{0.7, 1.6}, {3.5, 3.8}}) {
+    BareDesktop world;
+    world.desktop.schedule(comesAt, [&world] { addChooser(openWindow(world, "Page")); });
+    EXPECT_EQ(strictWait(10), "812 primary-browser: Page");
+    EXPECT_LT(world.now(), seenBefore);
+  }
+}
+
+// The last wait begins at 3.79 s and looks again at 3.94 s.
+TEST(WaitForStrictOpenDialog, LooksAtEveryProcessToTheEnd) {
+  BareDesktop world;
+  world.desktop.prices().request = 0;
+  addProcess(world, servicePid);
+  world.desktop.schedule(3.8, [&world] { openWindow(world, "Open", servicePid); });
+  EXPECT_EQ(strictWait(10, {servicePid}), "900 open-save-panel-service: Open");
+  EXPECT_NEAR(world.now(), 3.94, 1e-6);
+}
+
+// A strict wait where nothing takes time but the capture helper, once in each look.
+struct TimedWait {
+  std::vector<double> keyTimes;
+  std::string message;
+};
+
+TimedWait timedWait(double helperSeconds, double timeoutSeconds) {
+  BareDesktop world;
+  world.desktop.prices().request = 0;
+  world.desktop.installProgram("background-window-capture", [&](simulator::ProgramRun& run) {
+    run.after(helperSeconds, [&run] { run.end(0); });
+  });
+  TimedWait wait;
+  wait.message = messageOf([&] { strictWait(timeoutSeconds, {900, 901}); });
+  for (const auto& line : world.desktop.record().lines()) {
+    const auto* key = std::get_if<simulator::PostedKey>(&line.entry);
+    if (key != nullptr && key->event.down) wait.keyTimes.push_back(line.time);
+  }
+  return wait;
+}
+
+MATCHER_P(AreAbout, times, "") {
+  return testing::ExplainMatchResult(testing::Pointwise(testing::DoubleNear(1e-6), times), arg,
+                                     result_listener);
+}
+using Times = std::vector<double>;
+
+// From one look to the next it takes 0.15 s and what the helper takes.
+TEST(WaitForStrictOpenDialog, LooksForFiftyFiveHundredthsOfASecondFirst) {
+  // Looks at 0, 0.27, 0.54 s; at 0 and 0.28 s, as 0.56 s would be too late.
+  EXPECT_DOUBLE_EQ(timedWait(0.12, 10).keyTimes.at(0), 0.81 + 0.75);
+  EXPECT_DOUBLE_EQ(timedWait(0.13, 10).keyTimes.at(0), 0.56 + 0.75);
+}
+
+TEST(WaitForStrictOpenDialog, LooksForMoreThanASecondAfterTheFirstPriming) {
+  // Five looks, the last 1.14 s after the first; four, as 1.16 s would be too late, leave time for
+  // a third process.
+  EXPECT_THAT(timedWait(0.135, 10).keyTimes, AreAbout(Times{1.32, 1.32 + 0.17 + 1.425}));
+  EXPECT_THAT(timedWait(0.14, 10).keyTimes, AreAbout(Times{1.33, 2.66, 2.66 + 0.17 + 0.87}));
+}
+
+TEST(WaitForStrictOpenDialog, LooksForALittleLessAfterLaterPrimings) {
+  // Five looks, the last 0.84 s after the first, leave no time; four, as 0.86 s would be too late,
+  // leave too little for a priming.
+  const TimedWait five = timedWait(0.06, 10);
+  EXPECT_THAT(five.keyTimes, AreAbout(Times{1.38, 2.81}));
+  EXPECT_EQ(five.message, notFoundAfterPriming);
+  const TimedWait four = timedWait(0.065, 10);
+  EXPECT_THAT(four.keyTimes, AreAbout(Times{1.395, 2.855}));
+  EXPECT_THAT(four.message, testing::StartsWith("timed out after 0.11"));
+}
+
+// 1.35 s have passed before the first priming.
+TEST(WaitForStrictOpenDialog, NeedsTimeForAPrimingAndForTheLastWait) {
+  EXPECT_THAT(timedWait(0, 1.35 + 0.16).keyTimes, AreAbout(Times{1.35}));
+  const TimedWait unprimed = timedWait(0, 1.35 + 0.14);
+  EXPECT_THAT(unprimed.keyTimes, IsEmpty());
+  EXPECT_THAT(unprimed.message, testing::StartsWith("timed out after 0.1"));
+  EXPECT_THAT(timedWait(0, 1.35 + 0.11).message, testing::StartsWith("timed out after 0.1"));
+  EXPECT_EQ(timedWait(0, 1.35 + 0.09).message, notFoundAfterPriming);
+}
+
 TEST(WaitForStrictOpenDialog, WorksForHalfASecondWhenAskedForLess) {
   for (const double timeout : {0.2, 0.0, -3.0, 0.5}) {
     BareDesktop world;
@@ -653,7 +736,7 @@ TEST(WaitForStrictOpenDialog, FindsADialogWithinThatHalfSecond) {
 
 TEST(WaitForStrictOpenDialog, TakesTheTimeItWasGivenWhenThatIsLessThanFourSeconds) {
   BareDesktop world;
-  EXPECT_NE(messageOf([] { strictWait(2, {900, 901}); }), "");
+  EXPECT_EQ(messageOf([] { strictWait(2, {900, 901}); }), notFoundAfterPriming);
   EXPECT_GE(world.now(), 2.0);
   EXPECT_LT(world.now(), 2.2);
 }

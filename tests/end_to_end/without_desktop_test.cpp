@@ -1,6 +1,7 @@
 // The built program on a machine without a desktop: nothing to find, and the real "/bin/ps".
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "end_to_end/program_run.h"
@@ -41,6 +42,28 @@ TEST(WithoutADesktop, AHelperNamedByTheEnvironmentIsRun) {
                 "primaryPid": 812, "windows": [{"windowID": 41, "pid": 812, "app": "Google Chrome",
                 "title": "Open", "visible": true,
                 "frame": {"x": 10.0, "y": 20.0, "width": 800.0, "height": 600.0}}]})"));
+}
+
+// Each says by the number of its window which it is.
+TEST(WithoutADesktop, AHelperBesideTheProgramComesBeforeTheOneThatTheEnvironmentNames) {
+  const auto line = [](const std::string& number) {
+    return "printf '" + number +
+           "\\tpid=812\\tapp=Google Chrome\\ttitle=Open\\tframe=10,20,800,600\\n'";
+  };
+  const TemporaryFolder programs;
+  const TemporaryFolder named;
+  std::filesystem::copy_file(toolPath(), programs.path() + "/tessarine");
+  named.makeScript("background-window-capture", line("42"));
+  const auto windowListed = [&] {
+    const ProgramRun run =
+        runProgram({programs.path() + "/tessarine", "list-background-panels", "--pid", "812"},
+                   {{"ZORVILET_BIN", named.path()}});
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    return ordered_json::parse(run.output)["windows"][0]["windowID"];
+  };
+  EXPECT_EQ(windowListed(), 42);
+  programs.makeScript("background-window-capture", line("41"));
+  EXPECT_EQ(windowListed(), 41);
 }
 
 TEST(WithoutADesktop, AFullDiskIsNotSuccess) {

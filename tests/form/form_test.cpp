@@ -213,13 +213,13 @@ TEST(Form, PlatformServicesAreReachedOnlyThroughTheirUnits) {
       {R"(\b(system_clock|steady_clock|gettimeofday|clock_gettime)\b)",
        {"src/platform/posix/clock.cpp"}},
       {R"(\b(posix_spawn|fork|execv|popen|system)\()", {"src/platform/posix/child_process.cpp"}},
-      {R"(\bgetenv\b)", {"src/platform/files.cpp"}},
-      {R"(\b(random_device|mt19937|rand)\b)", {"src/platform/files.cpp"}},
+      {R"(\bgetenv\b)", {"src/platform/own_process.cpp"}},
+      {R"(\b(random_device|mt19937|rand)\b)", {"src/platform/own_process.cpp"}},
       {R"(#include <ApplicationServices/)",
        {"src/platform/element.h", "src/platform/events.cpp", "src/platform/screens.cpp",
         "src/platform/signatures.cpp", "capture-helper/window_list.cpp",
         "capture-helper/permissions.cpp", "capture-helper/signatures.cpp"}},
-      {R"(#include <dispatch/)", {"src/cli/watchdog.cpp", "src/platform/signatures.cpp"}},
+      {R"(#include <dispatch/)", {"src/platform/worker.cpp", "src/platform/signatures.cpp"}},
       {R"(#\s*if(n?def)?\b.*(__APPLE__|__linux__|_WIN32))", {}},
       {R"([Ss]imulat)", {}},
   };
@@ -238,8 +238,8 @@ TEST(Form, EveryReservedWordIsUsedWhereItIsAllowed) {
       {"src/platform/cf_ref.h", "CFRelease"},
       {"src/platform/posix/clock.cpp", "sleep_for"},
       {"src/platform/posix/child_process.cpp", "posix_spawn("},
-      {"src/platform/files.cpp", "getenv"},
-      {"src/cli/watchdog.cpp", "#include <dispatch/"}};
+      {"src/platform/own_process.cpp", "getenv"},
+      {"src/platform/worker.cpp", "#include <dispatch/"}};
   for (const auto& [name, word] : uses) {
     const SourceFile file = readSource(fs::path(SOURCE_TREE) / name);
     EXPECT_TRUE(std::any_of(

@@ -227,7 +227,7 @@ struct ByHand {
     });
   }
   PanelChoice choice() {
-    return choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, wanted);
+    return choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}}, wanted);
   }
   // What counts the actions that an entry is asked for.
   void count(Node& entry) {
@@ -346,8 +346,8 @@ TEST(WalkToTarget, OpensNothingWhoseLocationIsNotTheWays) {
   nameless.children().front()->children().back()->set("AXValue", std::string("wanted"));
   Node& sibling = world.panel.addEntry(world.files.makeFile("folder/file", "x"));
   for (Node* each : {&impostor, &nameless, &sibling}) world.count(*each);
-  PanelChoice choice = choiceOf(
-      {world.panel.rootHandle(), {world.panel.appHandle(), browserPid, "x"}, true}, world.inner);
+  PanelChoice choice =
+      choiceOf({world.panel.rootHandle(), {world.panel.appHandle(), browserPid, "x"}}, world.inner);
   choice.isFolderPanel = true;
   EXPECT_NE(walkToTarget(choice), "");
   EXPECT_EQ(world.opened, 0);
@@ -501,8 +501,7 @@ TEST(WalkToTarget, OpensAFolderInColumnsBySelectingIt) {
     });
     return ax::success;
   });
-  PanelChoice choice =
-      choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, inner);
+  PanelChoice choice = choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}}, inner);
   EXPECT_EQ(walkToTarget(choice), "");
 }
 

@@ -409,7 +409,7 @@ struct SheetByHand : PanelWithSheet {
   std::string go() { return goThroughSheet(choice, "/usr/lib"); }
 
   PanelChoice choice =
-      choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, "/usr/lib");
+      choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}}, "/usr/lib");
   int confirms = 0;
 };
 

@@ -15,8 +15,7 @@ namespace ax = simulator::ax;
 struct Choice {
   HandBuiltPanel panel;
   simulator::Element& entry = panel.addEntry("/usr/lib/");
-  PanelChoice choice =
-      choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}, true}, "/usr");
+  PanelChoice choice = choiceOf({panel.rootHandle(), {panel.appHandle(), browserPid, "x"}}, "/usr");
 
   void after(double seconds, std::function<void()> what) {
     panel.desktop.schedule(seconds, std::move(what));

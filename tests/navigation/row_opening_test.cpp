@@ -1,4 +1,6 @@
 #include "navigation/row_opening.h"
+#include "navigation/folder_selection.h"
+#include "navigation/hierarchy.h"
 
 #include <gmock/gmock.h>
 
@@ -48,6 +50,18 @@ TEST(OpenRow, OpensASidebarEntryByItsCellItsRowAndAClick) {
       ElementsAre("0.000 AXOpen of AXCell in 812", "0.120 AXShowDefaultUI of AXRow in 812",
                   "0.080 AXShowAlternateUI of AXRow in 812", "0.080 mouse down 1 (200, 110) -> 900",
                   "0.050 mouse up 1 (200, 110) -> 900"));
+}
+
+// The first action brings the second forth, which only a fresh look at the row can tell.
+TEST(OpenRow, AsksASidebarRowAnewBeforeEachAction) {
+  Entry entry("边栏");
+  entry.row.addAction("AXShowDefaultUI", [&entry] {
+    offer(entry.row, {"AXShowAlternateUI"});
+    return ax::success;
+  });
+  entry.open(false);
+  EXPECT_THAT(entry.deeds(), ElementsAre("0.000 AXShowDefaultUI of AXRow in 812",
+                                         "0.080 AXShowAlternateUI of AXRow in 812"));
 }
 
 TEST(OpenRow, DoesNothingWithASidebarEntryWithoutFrameAndActions) {

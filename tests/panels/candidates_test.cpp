@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "panels/panel_owners.h"
 #include "panels/reported_desktop.h"
 
 namespace tessarine::test {

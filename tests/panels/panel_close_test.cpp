@@ -7,6 +7,7 @@
 
 #include "panels/reported_desktop.h"
 #include "platform/files.h"
+#include "platform/own_process.h"
 #include "support/transcript.h"
 
 namespace tessarine::test::panel_close {
@@ -62,7 +63,7 @@ TEST(PanelCaptureAvailable, AsksForASnapshotInTheTemporaryFolderAndRemovesIt) {
     run.end(0);
   });
   EXPECT_TRUE(panelCaptureAvailable(serviceWindow(4294967295U)));
-  const std::string name = "zorvilet-panel-" + ownPid() +
+  const std::string name = "zorvilet-panel-" + std::to_string(ownPid()) +
                            "-4294967295-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}"
                            "-[0-9A-F]{12}\\.png";
   EXPECT_THAT(asked, ElementsAre("capture", "--window-id", "4294967295", "--out",

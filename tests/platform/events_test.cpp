@@ -193,6 +193,14 @@ TEST(Events, TypeNothingForAnEmptyText) {
   EXPECT_EQ(bare.now(), 0.0);
 }
 
+TEST(Events, PressReturn) {
+  BareDesktop bare;
+  pressReturn(900, 0.35);
+  EXPECT_THAT(postedEvents(bare.desktop.record()),
+              ElementsAre("0.000 key 36 down -> 900", "0.020 key 36 up -> 900"));
+  EXPECT_DOUBLE_EQ(bare.now(), 0.02 + 0.35);
+}
+
 TEST(Events, SelectAllAndDelete) {
   BareDesktop bare;
   selectAllAndDelete(812);

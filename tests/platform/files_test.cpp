@@ -140,27 +140,5 @@ TEST(Files, SetModificationDates) {
   EXPECT_THROW(setModificationDate(folder.path() + "/missing", 0), fs::filesystem_error);
 }
 
-TEST(Files, NameThisProcess) {
-  EXPECT_EQ(ownPid(), std::to_string(getpid()));
-}
-
-TEST(Files, MakeRandomUuidsInUpperCase) {
-  const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
-  std::set<std::string> made;
-  for (int i = 0; i < 100; ++i) made.insert(freshUuid());
-  EXPECT_EQ(made.size(), 100U);
-  for (const std::string& uuid : made) EXPECT_TRUE(std::regex_match(uuid, form)) << uuid;
-}
-
-TEST(Files, ReadTheEnvironment) {
-  constexpr const char* name = "TESSARINE_FILES_TEST";
-  setenv(name, "打开 = b", 1);
-  EXPECT_EQ(environmentVariable(name), "打开 = b");
-  setenv(name, "", 1);
-  EXPECT_EQ(environmentVariable(name), "");
-  unsetenv(name);
-  EXPECT_EQ(environmentVariable(name), "");
-}
-
 }  // namespace
 }  // namespace tessarine::test

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "core/tables.h"
 #include "simulator/programs/programs.h"
 #include "support/world.h"
 
@@ -21,11 +22,11 @@ class HelperExecutable : public testing::Test {
  protected:
   HelperExecutable() {
     unsetenv("ZORVILET_BIN");
-    setProgramPath(programFolder.path() + "/tessarine");
+    tables().programPath = programFolder.path() + "/tessarine";
   }
   ~HelperExecutable() override {
     unsetenv("ZORVILET_BIN");
-    setProgramPath("");
+    tables().programPath = "";
     std::filesystem::current_path(startFolder);
   }
   void nameHelperFolder(const std::string& path) { setenv("ZORVILET_BIN", path.c_str(), 1); }
@@ -86,15 +87,15 @@ TEST_F(HelperExecutable, TakesARelativeFolderFromTheCurrentDirectory) {
 }
 
 TEST_F(HelperExecutable, IsLookedForInTheCurrentDirectoryForABareProgramName) {
-  setProgramPath("tessarine");
+  tables().programPath = "tessarine";
   EXPECT_EQ(helperExecutable("helper"), (std::filesystem::current_path() / "helper").string());
-  setProgramPath("bin/../tools/tessarine");
+  tables().programPath = "bin/../tools/tessarine";
   EXPECT_EQ(helperExecutable("helper"),
             (std::filesystem::current_path() / "tools/helper").string());
 }
 
 TEST_F(HelperExecutable, HasNoFolderWhenTheProgramHasNoFirstArgument) {
-  setProgramPath("");
+  tables().programPath = "";
   EXPECT_EQ(helperExecutable("helper"), "helper");
 }
 

@@ -86,10 +86,9 @@ TEST(ChooseFolderEventsRoutes, ClosesThePanelByTheSecondReturn) {
 
 // The middle of the panel is on the screen, its right half is not.
 TEST(ChooseFolderEventsRoutes, GoesOnToTheSecondReturnWhereNoScreenShowsThePoints) {
-  FolderWorld world("half-off-screen-panel",
-                    {{"/panels/0/shape", "unseen"},
-                     {"/panels/0/serviceTitle", "Open"},
-                     {"/panels/0/frame/x", 1000}});
+  FolderWorld world("half-off-screen-panel", {{"/panels/0/shape", "unseen"},
+                                              {"/panels/0/serviceTitle", "Open"},
+                                              {"/panels/0/frame/x", 1000}});
   Json frame = usualFrame;
   frame["x"] = 1000.0;
   EXPECT_EQ(choose(world, preferring),

@@ -57,6 +57,20 @@ TEST(ChoosePathOfAFile, ClicksTheStagedCopyAndTheOpenButton) {
   }
 }
 
+TEST(ChoosePathOfAFile, TouchesNoPanelWhoseWindowsAreExcluded) {
+  for (const auto& [scenario, owner] : tmpPanels) {
+    SCOPED_TRACE(scenario);
+    const StagedFile file;
+    World world(scenario, {rowUnderTheClick, openButtonAround(1052)});
+    auto words = choosePath(file.path());
+    words.insert(words.end(), {"--exclude-window-id", "103", "--exclude-window-id", "104"});
+    EXPECT_EQ(world.run(words), (Outcome{1, "", "timed out after 2.0s\n"}));
+    EXPECT_EQ(world.panelOutcomes(), "open");
+    EXPECT_THAT(transcript(world.record()), IsEmpty());
+    EXPECT_THAT(file.copies(), IsEmpty());
+  }
+}
+
 // The Open button lies where it usually does, below both clicks.
 TEST(ChoosePathOfAFile, DoubleClicksTheStagedCopy) {
   for (const auto& [scenario, owner] : tmpPanels) {

@@ -247,5 +247,15 @@ TEST(Close, WatchesTheCapturedWindowsEvery120Milliseconds) {
   }
 }
 
+// Accessibility does not show the panel: without its windows there is nothing to close.
+TEST(CloseRoutes, LeaveAPanelAloneWhoseWindowsAreExcluded) {
+  for (auto words : {ordinary, strict}) {
+    World world("unseen-folders");
+    words.insert(words.end(), {"--exclude-window-id", "103", "--exclude-window-id", "104"});
+    EXPECT_EQ(world.run(words), closed(0));
+    EXPECT_EQ(world.panelOutcomes(), "open");
+  }
+}
+
 }  // namespace
 }  // namespace tessarine::test::close_routes

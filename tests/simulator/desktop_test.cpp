@@ -193,26 +193,6 @@ TEST_F(DesktopTest, ARebuiltElementHasANewNumberAndTheOldOneIsStale) {
   EXPECT_EQ(copy(rebuilt.id(), "AXRole").error, ax::success);
 }
 
-TEST_F(DesktopTest, HitTestFindsTheDeepestElementAtThePoint) {
-  page_element.setFrame({0, 0, 100, 100});
-  Element& group = page_element.addChild("AXGroup");  // without a frame
-  Element& list = group.addChild("AXScrollArea");
-  list.setFrame({10, 10, 50, 50});
-  Element& row = list.addChild("AXRow");
-  row.setFrame({10, 10, 50, 20});
-  Element& scrolled_away = list.addChild("AXRow");
-  scrolled_away.setFrame({10, 70, 50, 20});
-  Element& in_front = page_element.addChild("AXButton");
-  in_front.setFrame({50, 50, 50, 10});
-
-  EXPECT_EQ(hitTest(page_element, {15, 15}), &row);
-  EXPECT_EQ(hitTest(page_element, {15, 35}), &list);
-  EXPECT_EQ(hitTest(page_element, {15, 75}), &page_element);
-  EXPECT_EQ(hitTest(page_element, {55, 55}), &in_front);
-  EXPECT_EQ(hitTest(page_element, {99, 99}), &page_element);
-  EXPECT_EQ(hitTest(page_element, {100, 99}), nullptr);
-}
-
 // --- Windows. ---
 
 TEST_F(DesktopTest, AWindowOfABackgroundApplicationOpensBehindTheFrontmostOne) {

@@ -8,40 +8,50 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <utility>
 
 extern char** environ;
 
 namespace tessarine {
 
+// A file descriptor that is open for as long as this lives.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+  int get() const { return number_; }
+
+ private:
+  int number_;
+};
+
 class ChildProcess {
  public:
   pid_t pid = 0;
-  int standardOutput = -1;
-  int standardError = -1;
-  std::optional<int> exitStatus;
+  Descriptor standardOutput;
+  Descriptor standardError;
+  std::optional<int> exitStatus = {};
 };
 
 namespace {
 
 // Both ends of a pipe; neither is inherited by children unless it is handed to them.
 struct Pipe {
-  int readEnd = -1;
-  int writeEnd = -1;
+  Descriptor readEnd;
+  Descriptor writeEnd;
 };
 
 std::optional<Pipe> openPipe() {
   std::array<int, 2> ends{};
   if (pipe(ends.data()) != 0) return {};
   for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
-  return Pipe{ends[0], ends[1]};
-}
-
-void closePipe(const std::optional<Pipe>& pipe) {
-  if (!pipe) return;
-  close(pipe->readEnd);
-  close(pipe->writeEnd);
+  return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 // Children begin with no signal blocked or ignored, whatever this thread and its parents do: the
@@ -57,14 +67,14 @@ void resetSignals(posix_spawnattr_t& attributes) {
 }
 
 int spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& arguments,
-          int outputEnd, int errorEnd) {
+          const Descriptor& output, const Descriptor& errors) {
   std::vector<char*> argv{const_cast<char*>(path.c_str())};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   posix_spawn_file_actions_t actions{};
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, outputEnd, STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, errorEnd, STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, output.get(), STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, errors.get(), STDERR_FILENO);
   posix_spawnattr_t attributes{};
   posix_spawnattr_init(&attributes);
   resetSignals(attributes);
@@ -88,14 +98,14 @@ void collect(ChildProcess& child, int flags) {
     collected = waitpid(child.pid, &waited, flags);
   } while (collected < 0 && errno == EINTR);
   if (collected > 0) child.exitStatus = statusOf(waited);
-  if (collected < 0) child.exitStatus = SIGCHLD;
+  if (collected < 0) child.exitStatus = EXIT_FAILURE;
 }
 
-std::string readToEnd(int descriptor) {
+std::string readToEnd(const Descriptor& descriptor) {
   std::string text;
   std::array<char, 16384> buffer{};
   for (;;) {
-    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    const ssize_t count = read(descriptor.get(), buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) return text;
     text.append(buffer.data(), static_cast<std::size_t>(count));
@@ -105,30 +115,20 @@ std::string readToEnd(int descriptor) {
 }  // namespace
 
 void ChildProcessDeleter::operator()(ChildProcess* child) const {
-  close(child->standardOutput);
-  close(child->standardError);
   collect(*child, WNOHANG);
   delete child;
 }
 
 StartedChild startChild(const std::string& path, const std::vector<std::string>& arguments) {
-  const auto output = openPipe();
-  const auto errors = output ? openPipe() : std::nullopt;
-  if (!errors) {
-    const std::string reason = std::strerror(errno);
-    closePipe(output);
-    return {nullptr, reason};
-  }
+  auto output = openPipe();
+  auto errors = output ? openPipe() : std::nullopt;
+  if (!errors) return {nullptr, std::strerror(errno)};
   pid_t pid = 0;
   const int failure = spawn(pid, path, arguments, output->writeEnd, errors->writeEnd);
-  if (failure != 0) {
-    closePipe(output);
-    closePipe(errors);
-    return {nullptr, std::strerror(failure)};
-  }
-  close(output->writeEnd);
-  close(errors->writeEnd);
-  return {ChildProcessPtr(new ChildProcess{pid, output->readEnd, errors->readEnd, {}}), {}};
+  if (failure != 0) return {nullptr, std::strerror(failure)};
+  return {ChildProcessPtr(
+              new ChildProcess{pid, std::move(output->readEnd), std::move(errors->readEnd)}),
+          {}};
 }
 
 bool isRunning(ChildProcess& child) {
