@@ -14,8 +14,8 @@ namespace {
 using Json = nlohmann::json;
 
 // Keys whose values are one of a few words.
-const std::set<std::string> wordKeys{"command", "strategy", "commit", "kind",
-                                     "verified", "dialogApp", "label", "key"};
+const std::set<std::string> wordKeys{"command",  "strategy",  "commit", "kind",
+                                     "verified", "dialogApp", "label",  "key"};
 
 std::string shapeOfText(const std::string& text) {
   if (text.empty()) return "no text";
