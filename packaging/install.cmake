@@ -35,3 +35,6 @@ foreach(program tessarine tessarine-desktop background-window-capture)
 endforeach()
 install(FILES packaging/completions/_tessarine
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+
+# What a caller can hold the results against.
+install(FILES docs/results.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/tessarine)

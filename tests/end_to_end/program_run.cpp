@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "support/result_log.h"
+
 namespace tessarine::test {
 namespace {
 
@@ -120,6 +122,7 @@ ProgramRun RunningProgram::finish() {
   waitpid(state_->pid, &status, 0);
   state_->pid = -1;
   const std::chrono::duration<double> lasted = Clock::now() - state_->started;
+  keepResult(state_->outputText);
   return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), state_->outputText,
           state_->errorText, lasted.count()};
 }

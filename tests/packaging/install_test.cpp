@@ -60,6 +60,7 @@ TEST_F(Installed, IsAllThatBelongsToTheProgramsAndNothingElse) {
     expected.insert("libexec/tessarine-desktop/" + std::string(name));
   }
   expected.insert("share/zsh/site-functions/_tessarine");
+  expected.insert("share/tessarine/results.schema.json");
   for (const std::string& name : programs) {
     expected.insert("share/man/man1/" + name + ".1");
     expected.insert("share/bash-completion/completions/" + name);

@@ -13,6 +13,7 @@
 #include "simulator/judge/verdict.h"
 #include "simulator/seams/virtual/virtual_world.h"
 #include "support/capture_helper_program.h"
+#include "support/result_log.h"
 
 namespace tessarine::test {
 
@@ -123,6 +124,7 @@ Outcome World::run(const std::vector<std::string>& arguments) {
   const auto call = calls_.begin(arguments, std::filesystem::current_path(), desktop().now());
   const ExitStatus status = runTool(commandLine, output, errors);
   calls_.end(call, static_cast<int>(status), output.str(), desktop().now());
+  keepResult(output.str());
   return {static_cast<int>(status), output.str(), errors.str()};
 }
 
