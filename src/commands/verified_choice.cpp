@@ -28,6 +28,7 @@
 #include "platform/files.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
+#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {

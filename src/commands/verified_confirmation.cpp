@@ -13,6 +13,7 @@
 #include "platform/events.h"
 #include "platform/processes.h"
 #include "platform/wait.h"
+#include "platform/workspace.h"
 
 namespace tessarine {
 namespace {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "core/tables.h"
 #include "core/tool_error.h"
 #include "dialog/detection.h"
 #include "panels/panel_owners.h"
