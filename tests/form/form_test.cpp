@@ -249,6 +249,33 @@ TEST(Form, EveryReservedWordIsUsedWhereItIsAllowed) {
   }
 }
 
+std::string textOf(const std::string& name) {
+  std::string text;
+  for (const std::string& line : readSource(fs::path(SOURCE_TREE) / name).lines) text += line;
+  return text;
+}
+
+// Another compiler's new warning stops nobody who only builds.
+TEST(Form, WarningsAreErrorsForThePresetsAlone) {
+  std::size_t lists = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(SOURCE_TREE)) {
+    if (entry.path().filename() != "CMakeLists.txt") continue;
+    ++lists;
+    const std::string text = textOf(fs::relative(entry.path(), SOURCE_TREE).generic_string());
+    EXPECT_EQ(text.find("-Werror"), std::string::npos) << entry.path();
+    EXPECT_EQ(text.find("COMPILE_WARNING_AS_ERROR "), std::string::npos) << entry.path();
+  }
+  EXPECT_GT(lists, 5U) << "the tree is not where it was built from";
+  const std::string presets = textOf("CMakePresets.json");
+  const std::regex error(R"("CMAKE_COMPILE_WARNING_AS_ERROR": "ON")");
+  const std::regex preset(R"("binaryDir")");
+  const auto count = [&](const std::regex& word) {
+    return std::distance(std::sregex_iterator(presets.begin(), presets.end(), word), {});
+  };
+  EXPECT_EQ(count(error), count(preset));
+  EXPECT_GE(count(preset), 3);
+}
+
 TEST(Form, HeadersBeginWithACommentAndAreIncludedOnce) {
   for (const SourceFile& file : sourcesIn({"src", "capture-helper", "simulator"})) {
     if (!file.name.ends_with(".h")) continue;
