@@ -87,6 +87,7 @@ TEST(WalkToTarget, TakesNoItemOfTheMenuThatIsCalledSoByChance) {
   files.makeFolder("aside/twin/x");
   const std::string wanted = files.makeFolder("twin/wanted");
   MovingPanel moving("chromium-english", {{"/panels/0/folder", files.path() + "/aside/twin"},
+                                          {"/listsOnly", {files.path()}},
                                           {"/places", nlohmann::ordered_json::array()}});
   moving.choice.isFolderPanel = true;
   moving.aimAt(wanted);
@@ -100,6 +101,7 @@ TEST(WalkToTarget, BeginsAtAPlaceOfTheSidebar) {
   const std::string wanted = files.makeFolder("place/wanted");
   MovingPanel moving("chromium-english",
                      {{"/places", {{{"label", "Place"}, {"path", place}, {"urlKnown", true}}}},
+                      {"/listsOnly", {files.path()}},
                       {"/panels/0/faults/showMenuRefused", -25204}});
   moving.choice.isFolderPanel = true;
   moving.aimAt(wanted);

@@ -7,9 +7,10 @@
 namespace tessarine::test {
 namespace {
 
-World::Patches withFolder(World::Patches patches, const std::string& start) {
+World::Patches withFolder(World::Patches patches, const std::string& start,
+                          const std::string& around) {
   patches.insert(patches.begin(),
-                 {{"/panels/0/folder", start}, {"/home", start}, {"/listsOnly", {start}}});
+                 {{"/panels/0/folder", start}, {"/home", start}, {"/listsOnly", {around}}});
   return patches;
 }
 
@@ -19,7 +20,7 @@ FolderWorld::FolderWorld(const std::string& scenario, const World::Patches& patc
                          const std::string& name)
     : start(files.makeFolder("start")),
       target(files.makeFolder("start/" + name)),
-      world(scenario, withFolder(patches, start)) {
+      world(scenario, withFolder(patches, start, files.path())) {
   files.makeFolder("start/" + name + "/inner");
   files.makeFolder("start/" + name + "/other");
 }
