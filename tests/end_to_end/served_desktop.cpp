@@ -35,4 +35,9 @@ ProgramRun ServedDesktop::stop() {
   return service_.finish();
 }
 
+void ServedDesktop::kill() {
+  service_.sendSignal(SIGKILL);
+  service_.finish();
+}
+
 }  // namespace tessarine::test

@@ -25,6 +25,8 @@ class ServedDesktop {
 
   // Ends the service.
   ProgramRun stop();
+  // The same with SIGKILL: it has no time for anything.
+  void kill();
 
  private:
   std::string socketPath() const { return folder_.path() + "/desktop"; }
