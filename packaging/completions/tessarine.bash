@@ -72,8 +72,8 @@ _tessarine_desktop() {
   esac
   local options=""
   case ${COMP_WORDS[1]} in
-    run) options="--record --judge" ;;
-    serve) options="--socket" ;;
+    run) options="--record --record-requests --judge" ;;
+    serve) options="--socket --record --record-requests" ;;
     state) options="--socket" ;;
     import) options="--windows --keep-names" ;;
   esac

@@ -41,7 +41,8 @@ complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_comma
 complete -c tessarine-desktop -l help -d 'Print the usage'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from run serve' -F \
     -a '(tessarine-desktop list 2>/dev/null | string replace -r " +" \t)'
-complete -c tessarine-desktop -n '__fish_seen_subcommand_from run' -l record -r -F -d 'Write what happened'
+complete -c tessarine-desktop -n '__fish_seen_subcommand_from run serve' -l record -r -F -d 'Write what happened'
+complete -c tessarine-desktop -n '__fish_seen_subcommand_from run serve' -l record-requests -d 'And what was only asked'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from run' -l judge -d 'Status 3 unless the verdict is true'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from serve state' -l socket -r -F -d 'Where programs find the desktop'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from import' -F

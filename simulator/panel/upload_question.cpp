@@ -77,6 +77,10 @@ bool UploadQuestion::mouseEvent(const MouseEvent& event, Window& window, Route r
   return true;
 }
 
+const Element* UploadQuestion::element() const {
+  return desktop_.findWindow(window_) != nullptr ? root_ : nullptr;
+}
+
 void UploadQuestion::end(const std::string& answer) {
   std::erase(host().receivers, this);
   desktop_.removeWindow(std::exchange(window_, 0));

@@ -92,7 +92,7 @@ TEST(OnADesktop, AServedPanelIsChosenAndTheDesktopTellsOfIt) {
   const ordered_json state = desktop.state();
   EXPECT_EQ(state["panels"][0]["outcome"], "chosen");
   EXPECT_EQ(state["panels"][0]["path"], target);
-  EXPECT_GT(state["record"].size(), 100U);
+  EXPECT_EQ(state["version"], 1);
   EXPECT_EQ(desktop.run({"list-background-panels", "--pid", "812"})["windows"],
             ordered_json::array());
   EXPECT_EQ(desktop.stop().exitStatus, 0);

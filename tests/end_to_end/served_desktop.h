@@ -13,7 +13,7 @@ namespace tessarine::test {
 class ServedDesktop {
  public:
   // Of a scenario that comes with the desktop, or of a scenario file.
-  explicit ServedDesktop(const std::string& scenario);
+  explicit ServedDesktop(const std::string& scenario, const std::vector<std::string>& options = {});
 
   // What programs need in their environment to find this desktop.
   const Environment& environment() const { return environment_; }
