@@ -63,7 +63,7 @@ _tessarine_desktop() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
   if [[ $COMP_CWORD == 1 ]]; then
-    COMPREPLY=($(compgen -W "run serve state list import --help" -- "$current"))
+    COMPREPLY=($(compgen -W "run serve state replay list import --help" -- "$current"))
     return
   fi
   case $previous in
@@ -83,7 +83,7 @@ _tessarine_desktop() {
   fi
   case ${COMP_WORDS[1]} in
     run | serve) _tessarine_scenarios ;;
-    import) _tessarine_files ;;
+    import | replay) _tessarine_files ;;
   esac
 }
 

@@ -8,19 +8,19 @@
 namespace simulator {
 namespace {
 
-Rect common(const Rect& left, const Rect& right) {
+Rect intersectionOf(const Rect& left, const Rect& right) {
   const double x = std::max(left.x, right.x);
   const double y = std::max(left.y, right.y);
   return {x, y, std::min(left.x + left.width, right.x + right.width) - x,
           std::min(left.y + left.height, right.y + right.height) - y};
 }
 
-bool isEmpty(const Rect& rect) {
+bool isVoid(const Rect& rect) {
   return rect.width <= 0 || rect.height <= 0;
 }
 
 template <std::size_t count>
-bool isOneOf(const std::string& role, const std::array<std::string_view, count>& roles) {
+bool isAmong(const std::string& role, const std::array<std::string_view, count>& roles) {
   return std::ranges::find(roles, role) != roles.end();
 }
 
@@ -31,13 +31,13 @@ constexpr std::array<std::string_view, 3> lists_of_entries{"AXOutline", "AXList"
 constexpr std::array<std::string_view, 5> holding_roles{"AXCell", "AXScrollArea", "AXSplitGroup",
                                                         "AXGroup", "AXUnknown"};
 
-bool flag(const Element& element, const char* attribute, bool otherwise) {
+bool attributeFlag(const Element& element, const char* attribute, bool otherwise) {
   const Value* value = element.get(attribute);
   const bool* truth = value == nullptr ? nullptr : std::get_if<bool>(value);
   return truth == nullptr ? otherwise : *truth;
 }
 
-std::string textIn(const Element& element, const char* attribute) {
+std::string attributeText(const Element& element, const char* attribute) {
   const Value* value = element.get(attribute);
   const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
   return text == nullptr ? "" : *text;
@@ -48,13 +48,13 @@ ShownElement describeShown(const Element& element) {
   shown.role = element.role();
   shown.frame = *element.frame();
   shown.text = element.text();
-  shown.placeholder = textIn(element, "AXPlaceholderValue");
+  shown.placeholder = attributeText(element, "AXPlaceholderValue");
   // A field shows what is in it, and nothing about it.
-  if (!shown.placeholder.empty()) shown.text = textIn(element, "AXValue");
-  shown.identifier = textIn(element, "AXIdentifier");
-  shown.selected = flag(element, "AXSelected", false);
-  shown.focused = flag(element, "AXFocused", false);
-  shown.disabled = !flag(element, "AXEnabled", true);
+  if (!shown.placeholder.empty()) shown.text = attributeText(element, "AXValue");
+  shown.identifier = attributeText(element, "AXIdentifier");
+  shown.selected = attributeFlag(element, "AXSelected", false);
+  shown.focused = attributeFlag(element, "AXFocused", false);
+  shown.disabled = !attributeFlag(element, "AXEnabled", true);
   if (const Value* url = element.get("AXURL"))
     shown.folder = std::get<Url>(*url).text.ends_with('/');
   return shown;
@@ -75,18 +75,18 @@ class Look {
     }
     Rect below = sight;
     if (element.frame()) {
-      if (isEmpty(common(*element.frame(), sight))) {
+      if (isVoid(intersectionOf(*element.frame(), sight))) {
         if (isEntry(element)) ++shown_.leftOut;
         return;
       }
       add(element);
-      if (isOneOf(element.role(), clipping_roles)) below = common(*element.frame(), sight);
+      if (isAmong(element.role(), clipping_roles)) below = intersectionOf(*element.frame(), sight);
     }
     for (const auto& child : element.children()) {
       at(*child, below);
       if (isHeader(*child) && isEntry(*child) && child == element.children().front()) {
         const double bottom = child->frame()->y + child->frame()->height;
-        below = common(below, {below.x, bottom, below.width, below.height});
+        below = intersectionOf(below, {below.x, bottom, below.width, below.height});
       }
     }
   }
@@ -94,12 +94,12 @@ class Look {
  private:
   static bool isEntry(const Element& element) {
     return element.frame() && element.parent() != nullptr &&
-           isOneOf(element.parent()->role(), lists_of_entries);
+           isAmong(element.parent()->role(), lists_of_entries);
   }
 
   void add(const Element& element) {
     ShownElement described = describeShown(element);
-    const bool holds = isOneOf(described.role, holding_roles);
+    const bool holds = isAmong(described.role, holding_roles);
     if (holds && described.text.empty() && !described.selected) return;
     shown_.elements.push_back(std::move(described));
   }

@@ -26,6 +26,7 @@
 #include "simulator/judge/panel_fate.h"
 #include "simulator/judge/verdict.h"
 #include "simulator/replay/camera.h"
+#include "simulator/replay/page.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "simulator/service/client.h"
@@ -53,6 +54,7 @@ constexpr const char* usage =
     "[ARGUMENT...]\n"
     R"(       tessarine-desktop serve SCENARIO --socket PATH [--record FILE] [--record-requests]
        tessarine-desktop state --socket PATH
+       tessarine-desktop replay RECORD
        tessarine-desktop list
        tessarine-desktop import FILE [--windows FILE] [--keep-names]
 
@@ -66,6 +68,7 @@ A simulated desktop for programs that were built to talk to one.
          --record writes its record when it ends
   state  prints the processes, windows, panels, calls, verdicts and the record of a desktop that
          is being served
+  replay prints a page, for any browser, that shows what a record holds
   list   names the scenarios that come with the program
   import makes a scenario out of what `tessarine inspect-open-dialog` printed on a Mac, and of
          what `tessarine list-windows` printed; says on standard error what it leaves out;
@@ -383,6 +386,15 @@ int importPrintouts(Arguments arguments) {
   return 0;
 }
 
+int replay(Arguments arguments) {
+  if (arguments.empty()) throw CallError("a file is missing: what --record wrote");
+  const std::string file = arguments.front();
+  arguments.erase(arguments.begin());
+  takeNoMore(arguments);
+  std::cout << replayPage(readRecording(file));
+  return 0;
+}
+
 int perform(Arguments arguments) {
   if (arguments.empty()) throw CallError("a command is missing; --help names them");
   const std::string command = arguments.front();
@@ -395,6 +407,7 @@ int perform(Arguments arguments) {
   if (command == "serve") return serve(arguments);
   if (command == "state") return state(arguments);
   if (command == "list") return list(arguments);
+  if (command == "replay") return replay(arguments);
   if (command == "import") return importPrintouts(arguments);
   throw CallError("unknown command: " + command);
 }

@@ -145,6 +145,21 @@ TEST(RecordOfAServedDesktop, IsWrittenWhenItEnds) {
   EXPECT_EQ(record["verdict"], "true");
 }
 
+TEST(ReplayOfARecord, IsAPageAndOfAnythingElseALine) {
+  const TemporaryFolder folder;
+  const std::string record = folder.path() + "/record.json";
+  EXPECT_EQ(runDesktop({"no-panel", "--record", record}, {"true"}).exitStatus, 0);
+  const ProgramRun page = runProgram({desktopPath(), "replay", record});
+  EXPECT_EQ(page.exitStatus, 0) << page.errors;
+  EXPECT_TRUE(page.output.starts_with("<!DOCTYPE html>\n"));
+  EXPECT_NE(page.output.find("<title>Replay of no-panel: no call</title>"), std::string::npos);
+  const std::string wrong = folder.makeFile("wrong.json", R"({"version": 7})");
+  EXPECT_EQ(runProgram({desktopPath(), "replay", wrong}),
+            (ProgramRun{2, "", "tessarine-desktop: " + wrong + ": /version: expected 1\n"}));
+  EXPECT_EQ(runProgram({desktopPath(), "replay"}),
+            (ProgramRun{2, "", "tessarine-desktop: a file is missing: what --record wrote\n"}));
+}
+
 TEST(WhatCannotBeWritten, IsOneLineAndStatusOne) {
   const TemporaryFolder folder;
   const std::string mark = folder.path() + "/ran";
