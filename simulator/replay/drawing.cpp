@@ -16,7 +16,7 @@ constexpr double narrow_button = 40;  // too narrow for its description
 constexpr double window_button = 16;  // at most: those of a title bar
 
 // Of the system's font at 12 points, about; letters of East Asia are twice as wide.
-constexpr double letter_width = 6.4;
+constexpr double letter_width = 7;
 constexpr double wide_letter_width = 12;
 constexpr double posted_letter_width = 10;  // at 16 points, bold
 
@@ -98,6 +98,7 @@ class PartDrawing {
  private:
   void drawElement(const ShownElement& element) {
     const std::string& role = element.role;
+    if (isCutOff(element.frame)) return;
     if (at_ == 0) {
       svg_ += boxOf(element.frame, shown_.part == "menu" ? "menu" : "panel", 8);
     } else if (role == "AXImage") {
@@ -118,6 +119,13 @@ class PartDrawing {
     } else {
       drawOther(element);
     }
+  }
+
+  // It stands in the last list, more than half below its end.
+  bool isCutOff(const Rect& frame) const {
+    if (!list_ || frame.x < list_->x || frame.y < list_->y) return false;
+    const double bottom = list_->y + list_->height;
+    return frame.y < bottom && frame.y + frame.height / 2 > bottom;
   }
 
   void drawList(const ShownElement& element) {
