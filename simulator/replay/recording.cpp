@@ -14,7 +14,6 @@
 namespace simulator {
 namespace {
 
-constexpr int readable_version = 1;
 constexpr double latest_time = 1e9;      // seconds
 constexpr double outermost_point = 1e7;  // points
 constexpr auto largest_integer = std::numeric_limits<std::int32_t>::max();
@@ -254,8 +253,8 @@ Recording readRecording(const std::filesystem::path& path) {
   const nlohmann::ordered_json document = parseJson(wholeFile(path), path.string());
   JsonObject object({document, path.string(), ""});
   const JsonPlace version = object.require("version");
-  if (version.value != readable_version) {
-    version.refuse("expected " + std::to_string(readable_version));
+  if (version.value != record_version) {
+    version.refuse("expected " + std::to_string(record_version));
   }
   Recording recording;
   recording.scenario = object.require("scenario").text();

@@ -11,6 +11,9 @@
 
 namespace simulator {
 
+// Of states and records, as docs/desktop-record.md describes them.
+inline constexpr int record_version = 1;
+
 struct RecordedCall {
   std::vector<std::string> arguments;
   Seconds startedAt = 0;

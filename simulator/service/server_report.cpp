@@ -7,6 +7,7 @@
 #include "simulator/judge/panel_fate.h"
 #include "simulator/judge/verdict.h"
 #include "simulator/panel/panel_texts.h"
+#include "simulator/replay/recording.h"
 
 namespace simulator {
 namespace {

@@ -12,9 +12,6 @@ namespace simulator {
 // frontmost, in order.
 std::string outcomeLines(const Scene& scene);
 
-// Of states and records, as docs/desktop-record.md describes them.
-inline constexpr int record_version = 1;
-
 // What the desktop looks like, as JSON. `withRequests`: its record holds what was only asked, too.
 std::string stateJson(const Scene& scene, const CallLog& log, bool withRequests);
 

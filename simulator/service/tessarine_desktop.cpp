@@ -269,6 +269,7 @@ class RecordFile {
       : name_(takeOption(arguments, "--record")),
         withRequests_(takeFlag(arguments, "--record-requests")) {}
 
+  bool isWanted() const { return !name_.empty(); }
   bool withRequests() const { return withRequests_; }
 
   void begin(Scene& scene, bool filmed) {
@@ -306,6 +307,9 @@ int run(Arguments arguments) {
   const Arguments command(separator + 1, arguments.end());
   arguments.erase(separator, arguments.end());
   RecordFile record(arguments);
+  if (record.withRequests() && !record.isWanted()) {
+    throw CallError("--record-requests needs --record");
+  }
   const bool judged = takeFlag(arguments, "--judge");
   const std::string scenario = takeScenarioName(arguments);
   takeNoMore(arguments);

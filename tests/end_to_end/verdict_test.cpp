@@ -87,6 +87,8 @@ TEST(VerdictOfARun, OptionsThatAreNoneAreRefusedWithOneLine) {
   EXPECT_EQ(refusal({"no-panel", "--record"}), "tessarine-desktop: --record needs a value\n");
   EXPECT_EQ(refusal({"--record", "a", "no-panel", "--record", "b"}),
             "tessarine-desktop: --record is given twice\n");
+  EXPECT_EQ(refusal({"no-panel", "--record-requests"}),
+            "tessarine-desktop: --record-requests needs --record\n");
   EXPECT_EQ(refusal({"no-panel", "edge"}), "tessarine-desktop: unexpected argument: edge\n");
   EXPECT_EQ(refusal({"--judge"}), "tessarine-desktop: a scenario is missing; `list` names some\n");
 }
