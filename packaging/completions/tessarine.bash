@@ -65,7 +65,7 @@ _tessarine_desktop() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
   if [[ $COMP_CWORD == 1 ]]; then
-    COMPREPLY=($(compgen -W "run serve state list import --help" -- "$current"))
+    COMPREPLY=($(compgen -W "run serve state replay list import --help" -- "$current"))
     return
   fi
   case $previous in
@@ -74,8 +74,8 @@ _tessarine_desktop() {
   esac
   local options=""
   case ${COMP_WORDS[1]} in
-    run) options="--record --judge" ;;
-    serve) options="--socket" ;;
+    run) options="--record --record-requests --judge" ;;
+    serve) options="--socket --record --record-requests" ;;
     state) options="--socket" ;;
     import) options="--windows --keep-names" ;;
   esac
@@ -85,7 +85,7 @@ _tessarine_desktop() {
   fi
   case ${COMP_WORDS[1]} in
     run | serve) _tessarine_scenarios ;;
-    import) _tessarine_files ;;
+    import | replay) _tessarine_files ;;
   esac
 }
 

@@ -30,21 +30,23 @@ complete -c tessarine -n "__fish_seen_subcommand_from type-text" -l text -x -d '
 complete -c tessarine -n "__fish_seen_subcommand_from press-key" -l key -x -d 'Key to press' \
     -a 'return enter delete backspace escape esc cmd-a command-a cmd-shift-g command-shift-g'
 
-set -l desktop_commands run serve state list import
+set -l desktop_commands run serve state replay list import
 
 complete -c tessarine-desktop -f
 complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_commands" -a run -d 'Run a command on a desktop'
 complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_commands" -a serve -d 'Keep a desktop for many commands'
 complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_commands" -a state -d 'Print what a desktop looks like'
+complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_commands" -a replay -d 'Make a page of a record'
 complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_commands" -a list -d 'Name the scenarios'
 complete -c tessarine-desktop -n "not __fish_seen_subcommand_from $desktop_commands" -a import -d 'Make a scenario from what a Mac printed'
 complete -c tessarine-desktop -l help -d 'Print the usage'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from run serve' -F \
     -a '(tessarine-desktop list 2>/dev/null | string replace -r " +" \t)'
-complete -c tessarine-desktop -n '__fish_seen_subcommand_from run' -l record -r -F -d 'Write what happened'
+complete -c tessarine-desktop -n '__fish_seen_subcommand_from run serve' -l record -r -F -d 'Write what happened'
+complete -c tessarine-desktop -n '__fish_seen_subcommand_from run serve' -l record-requests -d 'And what was only asked'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from run' -l judge -d 'Status 3 unless the verdict is true'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from serve state' -l socket -r -F -d 'Where programs find the desktop'
-complete -c tessarine-desktop -n '__fish_seen_subcommand_from import' -F
+complete -c tessarine-desktop -n '__fish_seen_subcommand_from import replay' -F
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from import' -l windows -r -F -d 'What list-windows printed'
 complete -c tessarine-desktop -n '__fish_seen_subcommand_from import' -l keep-names -d 'Leave names as they are'
 

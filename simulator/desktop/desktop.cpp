@@ -30,6 +30,7 @@ void Desktop::advanceTo(Seconds time) {
     auto due = schedule_.extract(schedule_.begin());
     now_ = std::max(now_, due.key().time);
     due.mapped()();
+    changed();
   }
   now_ = std::max(now_, time);
 }
@@ -48,8 +49,12 @@ void Desktop::runWatchers() const {
   for (const auto& look : watchers_) look();
 }
 
-void Desktop::noteMilestone(const std::string& text) {
-  record_.add(now_, Milestone{text});
+void Desktop::changed() const {
+  for (const auto& look : changed_) look();
+}
+
+void Desktop::noteMilestone(const std::string& text, std::optional<int> panel) {
+  record_.add(now_, Milestone{text, panel});
 }
 
 // --- Processes. ---

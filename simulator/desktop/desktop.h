@@ -109,7 +109,7 @@ class Desktop {
 
   // --- From here on: for those who build the desktop and play its processes. ---
   Record& record() { return record_; }
-  void noteMilestone(const std::string& text);
+  void noteMilestone(const std::string& text, std::optional<int> panel = {});
 
   // Runs `effect` once time has moved on by `delay` (seconds, not negative). Effects of the same
   // time run in the order in which they were scheduled, also those scheduled by an effect.
@@ -118,6 +118,11 @@ class Desktop {
   // Runs `look` before each accessibility request and each event, for as long as the desktop lives:
   // for what follows the machine outside the desktop, which nothing announces.
   void watch(std::function<void()> look) { watchers_.push_back(std::move(look)); }
+
+  // Runs `look` after everything that may have changed what is seen: an effect, a write, an action,
+  // an event, and what a watcher says that it `changed`.
+  void onChange(std::function<void()> look) { changed_.push_back(std::move(look)); }
+  void changed() const;
 
   // A process's host must exist. References to processes stay valid as long as the desktop, those
   // to windows until their removal. Finders give null for what does not exist; a terminated process
@@ -256,6 +261,7 @@ class Desktop {
   Seconds request_timeout_ = 6;  // measured, about
   std::map<std::string, std::string> volumes_{{"/", "Macintosh HD"}};
   std::vector<std::function<void()>> watchers_;
+  std::vector<std::function<void()>> changed_;
   Faults faults_;
   std::map<std::string, ProgramMain> programs_;
   std::vector<std::shared_ptr<ProgramRun>> runs_;

@@ -66,6 +66,15 @@ const Value* Element::get(const std::string& attribute) const {
   return found == attributes_.end() ? nullptr : &found->second;
 }
 
+std::string Element::text() const {
+  for (const char* attribute : {"AXValue", "AXTitle", "AXDescription"}) {
+    const Value* value = get(attribute);
+    const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
+    if (text != nullptr && !text->empty()) return *text;
+  }
+  return "";
+}
+
 void Element::addAction(const std::string& name, Effect effect) {
   std::erase_if(actions_, [&](const Action& action) { return action.name == name; });
   actions_.push_back({name, std::move(effect)});

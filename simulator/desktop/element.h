@@ -59,6 +59,9 @@ class Element {
   void clear(const std::string& attribute);              // from now on unsupported (-25205)
   const Value* get(const std::string& attribute) const;  // null when not `set`
 
+  // What a person reads on it: its value, its title or else its description, if that is a text.
+  std::string text() const;
+
   void setFrame(const Rect& frame) { frame_ = frame; }
   const std::optional<Rect>& frame() const { return frame_; }
 

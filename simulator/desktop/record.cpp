@@ -72,6 +72,31 @@ Json pidOrNull(const std::optional<Pid>& pid) {
   return pid ? Json(*pid) : Json(nullptr);
 }
 
+Json frameOf(const Rect& frame) {
+  return {{"x", frame.x}, {"y", frame.y}, {"width", frame.width}, {"height", frame.height}};
+}
+
+Json describe(const ShownWindow& window) {
+  return {{"number", window.number},
+          {"pid", window.owner},
+          {"title", window.title},
+          {"frame", frameOf(window.frame)},
+          {"listed", window.listed}};
+}
+
+// What is as usual is left out.
+Json describe(const ShownElement& element) {
+  Json json{{"role", element.role}, {"frame", frameOf(element.frame)}};
+  if (!element.text.empty()) json["text"] = element.text;
+  if (!element.placeholder.empty()) json["placeholder"] = element.placeholder;
+  if (!element.identifier.empty()) json["identifier"] = element.identifier;
+  if (element.selected) json["selected"] = true;
+  if (element.focused) json["focused"] = true;
+  if (element.disabled) json["disabled"] = true;
+  if (element.folder) json["folder"] = *element.folder;
+  return json;
+}
+
 // Writes the members of one kind of entry after its time.
 struct EntryWriter {
   Json& line;
@@ -85,6 +110,8 @@ struct EntryWriter {
     if (!request.name.empty()) line["name"] = request.name;
     if (!request.names.empty()) line["names"] = request.names;
     if (request.verb == AccessibilityRequest::Verb::set) line["value"] = describe(request.value);
+    if (!request.text.empty()) line["text"] = request.text;
+    if (request.frame) line["frame"] = frameOf(*request.frame);
     line["error"] = request.error;
   }
   void operator()(const WorkspaceRequest& request) const {
@@ -139,7 +166,21 @@ struct EntryWriter {
   }
   void operator()(const Milestone& milestone) const {
     line["what"] = "milestone";
+    if (milestone.panel) line["panel"] = *milestone.panel;
     line["text"] = milestone.text;
+  }
+  void operator()(const ScreenShown& shown) const {
+    line["what"] = "screen";
+    line["windows"] = Json::array();
+    for (const ShownWindow& window : shown.windows) line["windows"].push_back(describe(window));
+  }
+  void operator()(const PanelShown& shown) const {
+    line["what"] = "panel";
+    line["panel"] = shown.panel;
+    line["part"] = shown.part;
+    line["elements"] = Json::array();
+    for (const ShownElement& each : shown.elements) line["elements"].push_back(describe(each));
+    line["leftOut"] = shown.leftOut;
   }
 
   void writeWindow(const char* what, std::uint32_t number, Pid owner,
@@ -175,6 +216,13 @@ constexpr auto by_tool_to_session = [](const auto& posted) {
 
 }  // namespace
 
+bool isQuestion(const RecordEntry& entry) {
+  using Verb = AccessibilityRequest::Verb;
+  if (std::holds_alternative<WorkspaceRequest>(entry)) return true;
+  const auto* request = std::get_if<AccessibilityRequest>(&entry);
+  return request != nullptr && request->verb != Verb::set && request->verb != Verb::perform;
+}
+
 std::size_t Record::addRequest(Seconds time, AccessibilityRequest request) {
   lines_.push_back({time, std::move(request)});
   return lines_.size() - 1;
@@ -184,9 +232,11 @@ void Record::settle(std::size_t line, std::int32_t error) {
   std::get<AccessibilityRequest>(lines_[line].entry).error = error;
 }
 
-nlohmann::ordered_json Record::toJson() const {
+nlohmann::ordered_json Record::toJson(bool withQuestions) const {
   Json array = Json::array();
-  for (const RecordLine& line : lines_) array.push_back(describe(line));
+  for (const RecordLine& line : lines_) {
+    if (withQuestions || !isQuestion(line.entry)) array.push_back(describe(line));
+  }
   return array;
 }
 

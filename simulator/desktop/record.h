@@ -27,6 +27,9 @@ struct AccessibilityRequest {
   std::string name;                // attribute or action
   std::vector<std::string> names;  // the attributes of a request for several
   Value value;                     // of a set request
+  // Of a set or perform request: what a person reads on the element, and where it is.
+  std::string text;
+  std::optional<Rect> frame;
   std::int32_t error = ax::success;
 };
 struct WorkspaceRequest {
@@ -72,11 +75,48 @@ struct WindowClosed {
 };
 struct Milestone {
   std::string text;  // "panel opened", "folder shown /usr/lib", "panel closed: chosen /x"
+  std::optional<int> panel = {};  // its number, from 1; absent: of no panel
+};
+
+// What a person sees of the desktop from now on. Only a desktop that is filmed has these.
+struct ShownWindow {
+  std::uint32_t number = 0;
+  Pid owner = 0;
+  std::string title;
+  Rect frame;
+  bool listed = true;  // the window list names it
+  bool operator==(const ShownWindow&) const = default;
+};
+struct ScreenShown {
+  std::vector<ShownWindow> windows;  // those on the screen, front first
+  bool operator==(const ScreenShown&) const = default;
+};
+struct ShownElement {
+  std::string role;
+  Rect frame;
+  std::string text;         // what a person reads on it; empty: nothing
+  std::string placeholder;  // what an empty field says
+  std::string identifier;
+  bool selected = false;
+  bool focused = false;
+  bool disabled = false;
+  std::optional<bool> folder;  // it names a folder, or a file; absent: neither
+  bool operator==(const ShownElement&) const = default;
+};
+struct PanelShown {
+  int panel = 0;                       // its number, from 1
+  std::string part;                    // "panel", "sheet", "menu" or "question"
+  std::vector<ShownElement> elements;  // in the order of drawing; empty: the part is gone
+  int leftOut = 0;                     // rows and items that are scrolled out of sight
+  bool operator==(const PanelShown&) const = default;
 };
 
 using RecordEntry = std::variant<AccessibilityRequest, WorkspaceRequest, PostedKey, PostedMouse,
                                  ProgramStarted, ProgramEnded, ActivationAsked, FrontmostChanged,
-                                 WindowOpened, WindowClosed, Milestone>;
+                                 WindowOpened, WindowClosed, Milestone, ScreenShown, PanelShown>;
+
+// Whether it only asks for something and changes nothing: nearly all that a program does.
+bool isQuestion(const RecordEntry& entry);
 
 struct RecordLine {
   Seconds time = 0;
@@ -93,7 +133,7 @@ class Record {
 
   // One object for each entry, in order: "at" (seconds, to the microsecond), "what", and the
   // entry's own members. The same entries give the same bytes.
-  nlohmann::ordered_json toJson() const;
+  nlohmann::ordered_json toJson(bool withQuestions = true) const;
   // The same as text, one object on each line. Bytes that are not UTF-8 become U+FFFD.
   std::string toText() const;
   // The milestones' texts, in order.

@@ -26,6 +26,11 @@ constexpr bool copies = std::is_same_v<T, CopyAttribute> || std::is_same_v<T, Co
 const std::map<std::string, std::string> application_names{
     {"com.apple.finder", "Finder"}, {"com.apple.systemevents", "System Events"}};
 
+// Whether a request changes nothing at once.
+template <typename T>
+constexpr bool is_question = !std::is_same_v<T, SetAttribute> &&
+                             !std::is_same_v<T, PerformAction> && !std::is_same_v<T, PostEvent>;
+
 Value valueOf(const std::optional<Pid>& pid) {
   return pid ? Value(static_cast<double>(*pid)) : Value();
 }
@@ -106,7 +111,13 @@ Reply Desktop::answerAccessibility(const Asked& asked) {
   runWatchers();
   AccessibilityRequest entry;
   entry.element = asked.element;
-  if (const Element* element = findElement(asked.element)) entry.role = element->role();
+  if (const Element* element = findElement(asked.element)) {
+    entry.role = element->role();
+    if constexpr (!is_question<Asked>) {
+      entry.text = element->text();
+      entry.frame = element->frame();
+    }
+  }
   if constexpr (std::is_same_v<Asked, CopyActionNames>) {
     entry.verb = Verb::actionNames;
   } else if constexpr (std::is_same_v<Asked, CopyAttributes>) {
@@ -156,11 +167,15 @@ void Desktop::carryOutLater(const Asked& asked) {
 Reply Desktop::answer(const Request& request) {
   return std::visit(
       [this](const auto& asked) -> Reply {
-        if constexpr (is_accessibility<std::decay_t<decltype(asked)>>) {
-          return answerAccessibility(asked);
+        using T = std::decay_t<decltype(asked)>;
+        Reply answered;
+        if constexpr (is_accessibility<T>) {
+          answered = answerAccessibility(asked);
         } else {
-          return reply(asked);
+          answered = reply(asked);
         }
+        if constexpr (!is_question<T>) changed();
+        return answered;
       },
       request);
 }

@@ -21,9 +21,10 @@ namespace simulator {
 struct PanelSurroundings {
   std::string home = "/";
   std::optional<std::vector<SidebarPlace>> places;  // absent: the usual ones
-  std::string lastGoToPath;          // prefills the next go-to sheet of any application
+  std::string lastGoToPath;  // prefills the next go-to sheet of any application
   ListedEntries listed;
   std::map<Pid, int> panelsToServe;  // panels that are open or will be, by their service
+  int panels = 0;                    // how many there are
 };
 
 // The panel that a go-to sheet belongs to.
@@ -53,6 +54,7 @@ class GoToSheet {
   bool isOpen() const { return phase_ != Phase::closed; }
   // From when the sheet is seen until it is gone.
   bool isShown() const { return sheet_ != nullptr; }
+  const Element* element() const { return sheet_; }
 
   // Opens below `parent` with the last path, or with `typed`. Nothing happens while it is open.
   // `atOnce` leaves out the delays.

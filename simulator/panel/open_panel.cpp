@@ -39,6 +39,7 @@ OpenPanel::OpenPanel(Desktop& desktop, PanelSurroundings& surroundings, PanelOpt
     : desktop_(desktop),
       surroundings_(surroundings),
       options_(std::move(options)),
+      number_(++surroundings.panels),
       unseen_table_{options_.service, 0, {}},
       unseen_root_(unseen_table_, "AXApplication"),
       go_to_(desktop, surroundings, options_, elements_.contents, *this),
@@ -88,7 +89,7 @@ bool OpenPanel::alive() const {
 
 void OpenPanel::note(const std::string& milestone) {
   milestones_.push_back({desktop_.now(), milestone});
-  desktop_.noteMilestone(milestone);
+  desktop_.noteMilestone(milestone, number_);
 }
 
 Element& OpenPanel::parentOfRoot() {
@@ -159,6 +160,18 @@ void OpenPanel::openWindow(Pid owner, bool listed, Element* shown) {
 std::string OpenPanel::title() const {
   const std::string usual = isSheet(options_) ? "" : panelTexts(options_.language).open;
   return options_.title.value_or(usual);
+}
+
+std::vector<PanelPart> OpenPanel::parts() const {
+  std::vector<PanelPart> parts;
+  const bool shown = elements_.root != nullptr && alive();
+  if (shown) parts.push_back({"panel", elements_.root});
+  if (shown && menu_ != nullptr) parts.push_back({"menu", menu_});
+  if (shown && go_to_.element() != nullptr) parts.push_back({"sheet", go_to_.element()});
+  if (question_ && question_->element() != nullptr) {
+    parts.push_back({"question", question_->element()});
+  }
+  return parts;
 }
 
 // What the window list gets wrong while the panel is open.
@@ -304,6 +317,7 @@ void OpenPanel::followFolder() {
   fillListing();
   listing_->selectPath(selected);
   updateControls();
+  desktop_.changed();
 }
 
 std::vector<FolderState> OpenPanel::folderStates() const {

@@ -35,6 +35,7 @@ class OpenPanel final : public Panel, private GoToSheetOwner {
   const std::vector<std::uint32_t>& windowNumbers() const override { return windows_; }
   std::string title() const override;
   std::string folderShown() const override { return folder_; }
+  std::vector<PanelPart> parts() const override;
 
  private:
   enum class Phase { waiting, opening, open, closing, closed };
@@ -121,6 +122,7 @@ class OpenPanel final : public Panel, private GoToSheetOwner {
   Desktop& desktop_;
   PanelSurroundings& surroundings_;
   PanelOptions options_;
+  int number_;  // among the desktop's panels, from 1
   PanelOutcome outcome_;
   std::vector<PanelMilestone> milestones_;
   Phase phase_ = Phase::waiting;

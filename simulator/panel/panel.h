@@ -24,6 +24,14 @@ struct PanelMilestone {
   std::string text;
 };
 
+class Element;
+
+// A part of a panel that is seen: what stands at and below its root, without the other parts.
+struct PanelPart {
+  const char* name = "panel";  // or "sheet", "menu", "question"
+  const Element* root = nullptr;
+};
+
 class Panel {
  public:
   virtual ~Panel() = default;
@@ -38,10 +46,12 @@ class Panel {
   virtual const std::vector<PanelMilestone>& milestones() const = 0;
   // Its windows, also those that have closed.
   virtual const std::vector<std::uint32_t>& windowNumbers() const = 0;
-  // The folder shown at present; empty when nobody knows.
   // As accessibility shows it; empty for none.
   virtual std::string title() const = 0;
+  // The folder shown at present; empty when nobody knows.
   virtual std::string folderShown() const = 0;
+  // What is seen of it at present, also where no tree shows it; from the back to the front.
+  virtual std::vector<PanelPart> parts() const = 0;
 };
 
 }  // namespace simulator

@@ -24,13 +24,18 @@ std::string milestoneName(const PrintedElement& printed) {
 }  // namespace
 
 PrintedPanel::PrintedPanel(Desktop& desktop, PanelSurroundings& surroundings, PanelOptions options)
-    : desktop_(desktop), options_(std::move(options)), receiver_(*this) {
+    : desktop_(desktop),
+      options_(std::move(options)),
+      number_(++surroundings.panels),
+      receiver_(*this) {
   ++surroundings.panelsToServe[options_.service];
   startPanelService(desktop_, options_);
   const bool inWindow =
       options_.shape == PanelShape::hostSheet || options_.shape == PanelShape::embedded;
-  openWindows(build(inWindow ? oldestWindowOf(desktop_, options_.host)
-                             : desktop_.findProcess(shownIn())->root));
+  const auto elements = build(inWindow ? oldestWindowOf(desktop_, options_.host)
+                                       : desktop_.findProcess(shownIn())->root);
+  root_ = elements.front();
+  openWindows(elements);
   for (const Pid pid : {options_.host, options_.service}) {
     auto& receivers = desktop_.findProcess(pid)->receivers;
     receivers.insert(receivers.begin(), &receiver_);
@@ -101,7 +106,12 @@ void PrintedPanel::openWindow(Pid owner, const std::string& title, const Rect& f
 
 void PrintedPanel::note(const std::string& milestone) {
   milestones_.push_back({desktop_.now(), milestone});
-  desktop_.noteMilestone(milestone);
+  desktop_.noteMilestone(milestone, number_);
+}
+
+std::vector<PanelPart> PrintedPanel::parts() const {
+  if (!alive()) return {};
+  return {{"panel", root_}};
 }
 
 bool PrintedPanel::Receiver::keyEvent(const KeyEvent&, Route) {

@@ -27,6 +27,7 @@ class PrintedPanel final : public Panel {
   const std::vector<std::uint32_t>& windowNumbers() const override { return windows_; }
   std::string title() const override { return options_.tree.front().title; }
   std::string folderShown() const override { return ""; }
+  std::vector<PanelPart> parts() const override;
 
  private:
   class Receiver : public InputReceiver {
@@ -47,6 +48,8 @@ class PrintedPanel final : public Panel {
 
   Desktop& desktop_;
   PanelOptions options_;
+  int number_;  // among the desktop's panels, from 1
+  const Element* root_ = nullptr;
   PanelOutcome outcome_;
   std::vector<PanelMilestone> milestones_;
   std::vector<std::uint32_t> windows_;

@@ -10,8 +10,8 @@ namespace simulator {
 namespace {
 
 // Assumed (no test can tell: it takes a browser and a page that uploads): in points.
-constexpr double width = 420;
-constexpr double height = 130;
+constexpr double question_width = 420;
+constexpr double question_height = 130;
 
 constexpr const char* confirmed = "upload confirmed";
 constexpr const char* declined = "upload declined";
@@ -23,14 +23,15 @@ UploadQuestion::UploadQuestion(Desktop& desktop, const PanelOptions& options,
     : desktop_(desktop), host_(options.host), note_(std::move(note)) {
   const BrowserTexts& texts = browserTexts(options.language);
   const Rect& panel = options.frame;
-  const Rect frame{panel.x + (panel.width - width) / 2, panel.y, width, height};
+  const Rect frame{panel.x + (panel.width - question_width) / 2, panel.y, question_width,
+                   question_height};
   root_ = &addElement(host().root, "AXWindow", frame,
                       {{"AXSubrole", std::string("AXDialog")}, {"AXTitle", texts.askUpload}});
-  addElement(*root_, "AXStaticText", {frame.x + 20, frame.y + 20, width - 40, 16},
+  addElement(*root_, "AXStaticText", {frame.x + 20, frame.y + 20, question_width - 40, 16},
              {{"AXValue", texts.askUpload}});
-  const double y = frame.y + height - 44;
-  addButton({frame.x + width - 200, y, 84, 24}, texts.cancel, declined);
-  addButton({frame.x + width - 104, y, 84, 24}, texts.upload, confirmed);
+  const double y = frame.y + question_height - 44;
+  addButton({frame.x + question_width - 200, y, 84, 24}, texts.cancel, declined);
+  addButton({frame.x + question_width - 104, y, 84, 24}, texts.upload, confirmed);
   window_ =
       desktop_
           .addWindow({.owner = host_, .title = texts.askUpload, .frame = frame, .element = root_})
@@ -74,6 +75,10 @@ bool UploadQuestion::mouseEvent(const MouseEvent& event, Window& window, Route r
     break;
   }
   return true;
+}
+
+const Element* UploadQuestion::element() const {
+  return desktop_.findWindow(window_) != nullptr ? root_ : nullptr;
 }
 
 void UploadQuestion::end(const std::string& answer) {

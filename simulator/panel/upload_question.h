@@ -20,6 +20,9 @@ class UploadQuestion final : public InputReceiver {
   UploadQuestion(const UploadQuestion&) = delete;
   UploadQuestion& operator=(const UploadQuestion&) = delete;
 
+  // Null once it is answered or its host has ended.
+  const Element* element() const;
+
   bool keyEvent(const KeyEvent& event, Route route) override;
   bool mouseEvent(const MouseEvent& event, Window& window, Route route) override;
 

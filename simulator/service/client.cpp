@@ -1,8 +1,10 @@
 #include "simulator/service/client.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <nlohmann/json.hpp>
@@ -10,13 +12,9 @@
 #include "simulator/service/wire_address.h"
 
 namespace simulator {
-namespace {
-
 WireError lost() {
   return WireError("the desktop went away");
 }
-
-}  // namespace
 
 Connection::Connection(const std::string& path) : socket_(connectTo(path)) {
   if (socket_ < 0) {
@@ -42,6 +40,21 @@ nlohmann::json Connection::exchange(const Message& message) {
     if (count == 0 || (count < 0 && errno != EINTR)) throw lost();
     if (count > 0) received_.append(chunk, static_cast<std::size_t>(count));
   }
+}
+
+// Nothing is asked for but the hang-up, which is told unasked: bytes stay for `exchange`.
+void Connection::waitForTheEnd() const {
+  pollfd watched{socket_, 0, 0};
+  while (poll(&watched, 1, -1) < 0 && errno == EINTR) {
+  }
+}
+
+void endWithoutDesktop(const WireError& error) {
+  static std::atomic_flag saying;
+  while (saying.test_and_set()) pause();  // another thread is at it
+  const std::string line = std::string(error.what()) + "\n";
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
+  _exit(1);
 }
 
 }  // namespace simulator

@@ -13,6 +13,9 @@ namespace simulator {
 inline constexpr const char* desktop_variable = "TESSARINE_DESKTOP";
 inline constexpr const char* programs_variable = "TESSARINE_DESKTOP_PROGRAMS";
 
+// That of a connection whose service went away.
+WireError lost();
+
 class Connection {
  public:
   // Throws a WireError that names the path when no service answers there.
@@ -24,9 +27,16 @@ class Connection {
   // Sends a message and blocks until it is answered. Throws a WireError when the service goes away.
   nlohmann::json exchange(const Message& message);
 
+  // Blocks until the service goes away. For a thread of its own, at any time.
+  void waitForTheEnd() const;
+
  private:
   int socket_;
   std::string received_;
 };
+
+// Ends this process with status 1 and one line on standard error, whichever of its threads lost the
+// desktop that the environment names: without it a program would find nothing and say so.
+[[noreturn]] void endWithoutDesktop(const WireError& error);
 
 }  // namespace simulator

@@ -7,6 +7,7 @@
 #include "simulator/judge/panel_fate.h"
 #include "simulator/judge/verdict.h"
 #include "simulator/panel/panel_texts.h"
+#include "simulator/replay/recording.h"
 
 namespace simulator {
 namespace {
@@ -46,7 +47,7 @@ std::string frontmostLine(const Desktop& desktop) {
 }
 
 Json frameJson(const Rect& frame) {
-  return {frame.x, frame.y, frame.width, frame.height};
+  return {{"x", frame.x}, {"y", frame.y}, {"width", frame.width}, {"height", frame.height}};
 }
 
 Json processesJson(const Desktop& desktop) {
@@ -116,9 +117,24 @@ Json callsJson(const std::vector<ToolCall>& calls, const std::vector<PanelFate>&
                     {"startedAt", call.startedAt},
                     {"endedAt", orNull(call.endedAt)},
                     {"status", orNull(call.status)},
+                    {"output", call.output},
                     {"verdict", call.endedAt ? Json(verdicts[i]) : Json()}});
   }
   return json;
+}
+
+// What a state and a record have in common.
+Json accountJson(const Scene& scene, const CallLog& log) {
+  const std::vector<PanelFate> fates = panelFates(scene);
+  Json screens = Json::array();
+  for (const Rect& screen : scene.desktop.screens()) screens.push_back(frameJson(screen));
+  Json panels = Json::array();
+  for (const auto& panel : scene.panels) panels.push_back(panelJson(*panel));
+  return {{"verdict", overallVerdict(log.calls(), fates)},
+          {"screens", screens},
+          {"processes", processesJson(scene.desktop)},
+          {"panels", panels},
+          {"calls", callsJson(log.calls(), fates)}};
 }
 
 }  // namespace
@@ -135,18 +151,30 @@ std::string outcomeLines(const Scene& scene) {
   return text + frontmostLine(scene.desktop);
 }
 
-std::string stateJson(const Scene& scene, const CallLog& log) {
-  const std::vector<PanelFate> fates = panelFates(scene);
-  Json panels = Json::array();
-  for (const auto& panel : scene.panels) panels.push_back(panelJson(*panel));
-  const Json state = {{"now", scene.desktop.now()},
-                      {"processes", processesJson(scene.desktop)},
-                      {"windows", windowsJson(scene.desktop)},
-                      {"panels", panels},
-                      {"calls", callsJson(log.calls(), fates)},
-                      {"verdict", overallVerdict(log.calls(), fates)},
-                      {"record", scene.desktop.record().toJson()}};
+std::string stateJson(const Scene& scene, const CallLog& log, bool withRequests) {
+  Json state = {{"version", record_version}, {"now", scene.desktop.now()}};
+  state.update(accountJson(scene, log));
+  state["windows"] = windowsJson(scene.desktop);
+  state["record"] = scene.desktop.record().toJson(withRequests);
   return state.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string recordJson(const Scene& scene, const CallLog& log, const std::string& scenario,
+                       bool withRequests) {
+  Json head = {{"version", record_version}, {"scenario", scenario}};
+  head.update(accountJson(scene, log));
+  const auto shown = [](const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  };
+  std::string text = "{\n";
+  for (const auto& [key, value] : head.items()) text += shown(key) + ": " + shown(value) + ",\n";
+  text += "\"entries\": [";
+  const char* before = "\n";
+  for (const Json& entry : scene.desktop.record().toJson(withRequests)) {
+    text += before + shown(entry);
+    before = ",\n";
+  }
+  return text + "\n]}\n";
 }
 
 }  // namespace simulator

@@ -12,8 +12,12 @@ namespace simulator {
 // frontmost, in order.
 std::string outcomeLines(const Scene& scene);
 
-// The processes, the windows, the panels, the calls of the tool, what they are worth and the
-// record, as JSON.
-std::string stateJson(const Scene& scene, const CallLog& log);
+// What the desktop looks like, as JSON. `withRequests`: its record holds what was only asked, too.
+std::string stateJson(const Scene& scene, const CallLog& log, bool withRequests);
+
+// What happened on the desktop that was made from that scenario, as JSON, each entry on a line of
+// its own.
+std::string recordJson(const Scene& scene, const CallLog& log, const std::string& scenario,
+                       bool withRequests);
 
 }  // namespace simulator

@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
+#include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -25,6 +25,8 @@
 #include "simulator/judge/call_log.h"
 #include "simulator/judge/panel_fate.h"
 #include "simulator/judge/verdict.h"
+#include "simulator/replay/camera.h"
+#include "simulator/replay/page.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scene.h"
 #include "simulator/service/client.h"
@@ -40,15 +42,19 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
+constexpr int status_not_written = 1;
 constexpr int status_bad_argument = 2;
 constexpr int status_not_true = 3;
 constexpr int status_not_started = 127;
 constexpr int signal_status_base = 128;
 
 constexpr const char* usage =
-    R"(usage: tessarine-desktop run SCENARIO [--record FILE] [--judge] -- COMMAND [ARGUMENT...]
-       tessarine-desktop serve SCENARIO --socket PATH
+    "usage: tessarine-desktop run SCENARIO [--record FILE] [--record-requests] [--judge] -- "
+    "COMMAND "
+    "[ARGUMENT...]\n"
+    R"(       tessarine-desktop serve SCENARIO --socket PATH [--record FILE] [--record-requests]
        tessarine-desktop state --socket PATH
+       tessarine-desktop replay RECORD
        tessarine-desktop list
        tessarine-desktop import FILE [--windows FILE] [--keep-names]
 
@@ -56,10 +62,13 @@ A simulated desktop for programs that were built to talk to one.
 
   run    runs COMMAND on the desktop, says on standard error what the panels ended with and
          whether the tool reported it so, and exits with the command's status; --record writes
-         everything that happened as JSON; with --judge a verdict that is not `true` is status 3
-  serve  keeps the desktop until SIGINT or SIGTERM; prints what to export for programs to find it
+         what happened and what was seen as JSON, with --record-requests also what was only asked;
+         with --judge a verdict that is not `true` is status 3
+  serve  keeps the desktop until SIGINT or SIGTERM; prints what to export for programs to find it;
+         --record writes its record when it ends
   state  prints the processes, windows, panels, calls, verdicts and the record of a desktop that
          is being served
+  replay prints a page, for any browser, that shows what a record holds
   list   names the scenarios that come with the program
   import makes a scenario out of what `tessarine inspect-open-dialog` printed on a Mac, and of
          what `tessarine list-windows` printed; says on standard error what it leaves out;
@@ -72,6 +81,23 @@ SCENARIO is one of those names, or a file (with a slash or ending in .json).
 struct CallError : std::runtime_error {
   using runtime_error::runtime_error;
 };
+
+// What cannot be written: one line on standard error, status 1.
+struct OutputError : std::runtime_error {
+  using runtime_error::runtime_error;
+};
+
+// Without them a file that is opened would get one of their numbers. What nobody opened cannot be
+// written to, neither here.
+void openMissingStandardStreams() {
+  int opened = 0;
+  while (opened >= 0 && opened <= STDERR_FILENO) opened = open("/dev/null", O_RDONLY);
+  if (opened > STDERR_FILENO) close(opened);
+}
+
+void finishOutput() {
+  if (!std::cout.flush()) throw OutputError("cannot write to standard output");
+}
 
 // Takes `--name VALUE` out of the arguments; empty when it is not there.
 std::string takeOption(Arguments& arguments, const std::string& name) {
@@ -235,6 +261,44 @@ int serveCommand(Server& server, pid_t command) {
   return WIFSIGNALED(status) ? signal_status_base + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
+// The file for a record, open from the start: one that cannot be written is told before anything
+// runs. Without a name nothing is filmed or written.
+class RecordFile {
+ public:
+  explicit RecordFile(Arguments& arguments)
+      : name_(takeOption(arguments, "--record")),
+        withRequests_(takeFlag(arguments, "--record-requests")) {}
+
+  bool isWanted() const { return !name_.empty(); }
+  bool withRequests() const { return withRequests_; }
+
+  void begin(Scene& scene, bool filmed) {
+    if (!name_.empty()) {
+      file_.open(name_);
+      if (!file_) throw OutputError("cannot write " + name_ + ": " + std::strerror(errno));
+    }
+    if (filmed || !name_.empty()) camera_.emplace(scene);
+  }
+  void write(const Scene& scene, const CallLog& calls, const std::string& scenario) {
+    if (name_.empty()) return;
+    file_ << recordJson(scene, calls, scenario, withRequests_);
+    file_.close();
+    if (!file_) throw OutputError("cannot write " + name_);
+  }
+
+ private:
+  std::string name_;
+  bool withRequests_;
+  std::ofstream file_;
+  std::optional<Camera> camera_;
+};
+
+// Moves on to where nothing is under way any more; nobody calls from now on.
+void settle(Server& server, const Scene& scene, CallLog& calls) {
+  calls.loseAll(scene.desktop.now());
+  server.moveOn(settling_seconds);
+}
+
 int run(Arguments arguments) {
   const auto separator = std::ranges::find(arguments, "--");
   if (separator == arguments.end() || separator + 1 == arguments.end()) {
@@ -242,17 +306,16 @@ int run(Arguments arguments) {
   }
   const Arguments command(separator + 1, arguments.end());
   arguments.erase(separator, arguments.end());
-  const std::string recordFile = takeOption(arguments, "--record");
+  RecordFile record(arguments);
+  if (record.withRequests() && !record.isWanted()) {
+    throw CallError("--record-requests needs --record");
+  }
   const bool judged = takeFlag(arguments, "--judge");
   const std::string scenario = takeScenarioName(arguments);
   takeNoMore(arguments);
 
   const auto scene = makeScene(scenarioOf(scenario));
-  std::ofstream record;
-  if (!recordFile.empty()) {
-    record.open(recordFile);
-    if (!record) throw CallError("cannot write " + recordFile + ": " + std::strerror(errno));
-  }
+  record.begin(*scene, false);
   const PrivateFolder folder;
   const std::string socket = folder.path() + "/desktop";
   // The terminal sends SIGINT and SIGQUIT to the command as well: it decides what they mean.
@@ -261,33 +324,36 @@ int run(Arguments arguments) {
     setenv(variable.name.c_str(), variable.value.c_str(), 1);
   }
   CallLog calls;
-  Server server(scene->desktop, calls, socket, [&] { return stateJson(*scene, calls); });
+  Server server(scene->desktop, calls, socket,
+                [&] { return stateJson(*scene, calls, record.withRequests()); });
   const auto started = startCommand(command);
   if (!started) return status_not_started;
   const int status = serveCommand(server, *started);
-  calls.loseAll(scene->desktop.now());
-  server.moveOn(settling_seconds);
+  settle(server, *scene, calls);
   const std::string verdict = overallVerdict(calls.calls(), panelFates(*scene));
   std::cerr << outcomeLines(*scene) << "verdict: " << verdict << '\n';
-  if (record.is_open())
-    record << scene->desktop.record().toJson().dump(
-                  2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-           << '\n';
+  record.write(*scene, calls, scenario);
   return judged && verdict != verdict_true ? status_not_true : status;
 }
 
 int serve(Arguments arguments) {
   const std::string socket = takeSocket(arguments);
+  RecordFile record(arguments);
   const std::string scenario = takeScenarioName(arguments);
   takeNoMore(arguments);
   const auto scene = makeScene(scenarioOf(scenario));
+  record.begin(*scene, true);
   noteSignals({SIGINT, SIGTERM});
   CallLog calls;
-  Server server(scene->desktop, calls, socket, [&] { return stateJson(*scene, calls); });
+  Server server(scene->desktop, calls, socket,
+                [&] { return stateJson(*scene, calls, record.withRequests()); });
   for (const Variable& variable : connection(socket, scene->desktop)) {
     std::cout << "export " << variable.name << '=' << shellQuoted(variable.value) << std::endl;
   }
+  finishOutput();
   server.serveUntil(signal_pipe[0]);
+  settle(server, *scene, calls);
+  record.write(*scene, calls, scenario);
   return 0;
 }
 
@@ -301,7 +367,8 @@ int state(Arguments arguments) {
 int list(const Arguments& arguments) {
   takeNoMore(arguments);
   for (const std::string& name : bundledScenarioNames()) {
-    std::printf("%-28s %s\n", name.c_str(), bundledScenario(name).description.c_str());
+    std::cout << std::left << std::setw(28) << name << ' ' << bundledScenario(name).description
+              << '\n';
   }
   return 0;
 }
@@ -323,6 +390,15 @@ int importPrintouts(Arguments arguments) {
   return 0;
 }
 
+int replay(Arguments arguments) {
+  if (arguments.empty()) throw CallError("a file is missing: what --record wrote");
+  const std::string file = arguments.front();
+  arguments.erase(arguments.begin());
+  takeNoMore(arguments);
+  std::cout << replayPage(readRecording(file));
+  return 0;
+}
+
 int perform(Arguments arguments) {
   if (arguments.empty()) throw CallError("a command is missing; --help names them");
   const std::string command = arguments.front();
@@ -335,6 +411,7 @@ int perform(Arguments arguments) {
   if (command == "serve") return serve(arguments);
   if (command == "state") return state(arguments);
   if (command == "list") return list(arguments);
+  if (command == "replay") return replay(arguments);
   if (command == "import") return importPrintouts(arguments);
   throw CallError("unknown command: " + command);
 }
@@ -343,8 +420,14 @@ int perform(Arguments arguments) {
 }  // namespace simulator
 
 int main(int argc, char** argv) {
+  simulator::openMissingStandardStreams();
   try {
-    return simulator::perform({argv + 1, argv + argc});
+    const int status = simulator::perform({argv + 1, argv + argc});
+    simulator::finishOutput();
+    return status;
+  } catch (const simulator::OutputError& error) {
+    std::cerr << "tessarine-desktop: " << error.what() << '\n';
+    return simulator::status_not_written;
   } catch (const std::exception& error) {
     std::cerr << "tessarine-desktop: " << error.what() << '\n';
     return simulator::status_bad_argument;

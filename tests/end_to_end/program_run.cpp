@@ -76,6 +76,10 @@ std::string desktopPath() {
   return DESKTOP_PROGRAM;
 }
 
+std::string capturePath() {
+  return CAPTURE_PROGRAM;
+}
+
 std::string peakMemoryPath() {
   return PEAK_MEMORY_PROGRAM;
 }

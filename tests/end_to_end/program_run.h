@@ -26,6 +26,7 @@ using Environment = std::map<std::string, std::string>;
 // Paths of the programs under test.
 std::string toolPath();     // tessarine
 std::string desktopPath();  // tessarine-desktop
+std::string capturePath();  // background-window-capture
 std::string peakMemoryPath();
 
 // A started process. Destroying it ends it with SIGKILL if it is still running.

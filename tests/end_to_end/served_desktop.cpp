@@ -7,8 +7,19 @@ namespace tessarine::test {
 
 using nlohmann::ordered_json;
 
-ServedDesktop::ServedDesktop(const std::string& scenario)
-    : service_({desktopPath(), "serve", scenario, "--socket", socketPath()}) {
+namespace {
+
+std::vector<std::string> serving(const std::string& scenario, const std::string& socket,
+                                 const std::vector<std::string>& options) {
+  std::vector<std::string> line{desktopPath(), "serve", scenario, "--socket", socket};
+  line.insert(line.end(), options.begin(), options.end());
+  return line;
+}
+
+}  // namespace
+
+ServedDesktop::ServedDesktop(const std::string& scenario, const std::vector<std::string>& options)
+    : service_(serving(scenario, socketPath(), options)) {
   for (const char* name : {"TESSARINE_DESKTOP", "TESSARINE_DESKTOP_PROGRAMS", "ZORVILET_BIN"}) {
     const std::string line = service_.readLine();
     const std::string beginning = std::string("export ") + name + "='";
@@ -33,6 +44,11 @@ ordered_json ServedDesktop::state() const {
 ProgramRun ServedDesktop::stop() {
   service_.sendSignal(SIGTERM);
   return service_.finish();
+}
+
+void ServedDesktop::kill() {
+  service_.sendSignal(SIGKILL);
+  service_.finish();
 }
 
 }  // namespace tessarine::test

@@ -13,7 +13,7 @@ namespace tessarine::test {
 class ServedDesktop {
  public:
   // Of a scenario that comes with the desktop, or of a scenario file.
-  explicit ServedDesktop(const std::string& scenario);
+  explicit ServedDesktop(const std::string& scenario, const std::vector<std::string>& options = {});
 
   // What programs need in their environment to find this desktop.
   const Environment& environment() const { return environment_; }
@@ -25,6 +25,8 @@ class ServedDesktop {
 
   // Ends the service.
   ProgramRun stop();
+  // The same with SIGKILL: it has no time for anything.
+  void kill();
 
  private:
   std::string socketPath() const { return folder_.path() + "/desktop"; }

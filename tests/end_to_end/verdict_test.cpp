@@ -4,6 +4,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -85,8 +87,102 @@ TEST(VerdictOfARun, OptionsThatAreNoneAreRefusedWithOneLine) {
   EXPECT_EQ(refusal({"no-panel", "--record"}), "tessarine-desktop: --record needs a value\n");
   EXPECT_EQ(refusal({"--record", "a", "no-panel", "--record", "b"}),
             "tessarine-desktop: --record is given twice\n");
+  EXPECT_EQ(refusal({"no-panel", "--record-requests"}),
+            "tessarine-desktop: --record-requests needs --record\n");
   EXPECT_EQ(refusal({"no-panel", "edge"}), "tessarine-desktop: unexpected argument: edge\n");
   EXPECT_EQ(refusal({"--judge"}), "tessarine-desktop: a scenario is missing; `list` names some\n");
+}
+
+TEST(RecordOfARun, HoldsWhatWasDoneAndSeenAndOnRequestWhatWasAsked) {
+  const TemporaryFolder folder;
+  const std::string target = folder.makeFolder("target");
+  const auto recorded = [&](const Words& options) {
+    const std::string file = folder.path() + "/record.json";
+    Words line{"chromium-english", "--record", file};
+    line.insert(line.end(), options.begin(), options.end());
+    const ProgramRun run =
+        runDesktop(line, toolCall({"choose-folder", "--verify", "--pid", "812", "--path", target}));
+    EXPECT_EQ(run.exitStatus, 0) << run.errors;
+    std::ifstream stream(file);
+    return ordered_json::parse(stream);
+  };
+  const auto kinds = [](const ordered_json& record) {
+    std::map<std::string, int> count;
+    for (const ordered_json& entry : record["entries"]) {
+      ++count[entry.value("verb", entry["what"].get<std::string>())];
+    }
+    return count;
+  };
+  const ordered_json record = recorded({});
+  EXPECT_EQ(record["version"], 1);
+  EXPECT_EQ(record["scenario"], "chromium-english");
+  EXPECT_EQ(record["verdict"], "true");
+  EXPECT_EQ(record["calls"].size(), 1U);
+  EXPECT_EQ(ordered_json::parse(record["calls"][0]["output"].get<std::string>())["ok"], true);
+  auto found = kinds(record);
+  for (const char* kind : {"key", "set", "perform", "program started", "milestone", "screen"}) {
+    EXPECT_GT(found[kind], 0) << kind;
+  }
+  EXPECT_GT(found["panel"], 4);
+  EXPECT_EQ(found["copy"] + found["copy several"] + found["workspace"], 0);
+  for (const ordered_json& entry : record["entries"]) {
+    EXPECT_TRUE(entry["what"] != "milestone" || entry["panel"] == 1) << entry;
+  }
+  found = kinds(recorded({"--record-requests"}));
+  EXPECT_GT(found["copy"], 100);
+  EXPECT_GT(found["workspace"], 0);
+}
+
+TEST(RecordOfAServedDesktop, IsWrittenWhenItEnds) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path() + "/record.json";
+  ServedDesktop desktop("english-service-window", {"--record", file});
+  desktop.run({"close", "--pid", "812"});
+  const ProgramRun run = desktop.stop();
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.errors, "");
+  std::ifstream stream(file);
+  const ordered_json record = ordered_json::parse(stream);
+  EXPECT_EQ(record["panels"][0]["outcome"], "cancelled");
+  EXPECT_EQ(record["verdict"], "true");
+}
+
+TEST(ReplayOfARecord, IsAPageAndOfAnythingElseALine) {
+  const TemporaryFolder folder;
+  const std::string record = folder.path() + "/record.json";
+  EXPECT_EQ(runDesktop({"no-panel", "--record", record}, {"true"}).exitStatus, 0);
+  const ProgramRun page = runProgram({desktopPath(), "replay", record});
+  EXPECT_EQ(page.exitStatus, 0) << page.errors;
+  EXPECT_TRUE(page.output.starts_with("<!DOCTYPE html>\n"));
+  EXPECT_NE(page.output.find("<title>Replay of no-panel: no call</title>"), std::string::npos);
+  const std::string wrong = folder.makeFile("wrong.json", R"({"version": 7})");
+  EXPECT_EQ(runProgram({desktopPath(), "replay", wrong}),
+            (ProgramRun{2, "", "tessarine-desktop: " + wrong + ": /version: expected 1\n"}));
+  EXPECT_EQ(runProgram({desktopPath(), "replay"}),
+            (ProgramRun{2, "", "tessarine-desktop: a file is missing: what --record wrote\n"}));
+}
+
+TEST(WhatCannotBeWritten, IsOneLineAndStatusOne) {
+  const TemporaryFolder folder;
+  const std::string mark = folder.path() + "/ran";
+  EXPECT_EQ(runDesktop({"no-panel", "--record", "/no/such/file"}, {"touch", mark}),
+            (ProgramRun{1, "",
+                        "tessarine-desktop: cannot write /no/such/file: No such file or "
+                        "directory\n"}));
+  EXPECT_FALSE(std::filesystem::exists(mark));
+  const ProgramRun full = runDesktop({"no-panel", "--record", "/dev/full"}, {"true"});
+  EXPECT_EQ(full.exitStatus, 1);
+  EXPECT_TRUE(
+      full.errors.ends_with("verdict: no call\ntessarine-desktop: cannot write /dev/full\n"))
+      << full.errors;
+  const ServedDesktop desktop("no-panel");
+  const std::string socket = desktop.environment().at("TESSARINE_DESKTOP");
+  const ProgramRun unwritten{1, "", "tessarine-desktop: cannot write to standard output\n"};
+  for (const std::string& call : {"state --socket " + socket, std::string("list")}) {
+    const std::string shell = "exec " + desktopPath() + " " + call;
+    EXPECT_EQ(runProgram({"/bin/sh", "-c", shell + " >/dev/full"}), unwritten) << call;
+    EXPECT_EQ(runProgram({"/bin/sh", "-c", shell + " >&-"}), unwritten) << call;
+  }
 }
 
 // The command's own options are its own, and so is its status as long as all is well.
@@ -168,6 +264,8 @@ TEST(StateOfADesktop, TellsOfItsCallsAndTheirVerdicts) {
       before = call[time];
       call.erase(time);
     }
+    EXPECT_EQ(call["output"] == "", call["status"] == 1);
+    call.erase("output");
   }
   EXPECT_LE(before, state["now"].get<double>());
   const std::string verdict = "false success: panel 1 chose /usr";

@@ -72,11 +72,13 @@ TEST(WithoutADesktop, AFullDiskIsNotSuccess) {
   EXPECT_EQ(run, (ProgramRun{1, "", "cannot write to standard output\n"}));
 }
 
-TEST(WithoutADesktop, AServiceThatIsNotThereLeavesAnEmptyDesktop) {
-  const ProgramRun run =
-      runTessarine({"list-windows", "--pid", "812"}, {{"TESSARINE_DESKTOP", "/no/such/socket"}});
-  EXPECT_EQ(run.exitStatus, 0) << run.errors;
-  EXPECT_EQ(ordered_json::parse(run.output)["apps"][0]["windows"], ordered_json::array());
+TEST(WithoutADesktop, ADesktopThatDoesNotAnswerIsNotAnEmptyOne) {
+  const Environment told{{"TESSARINE_DESKTOP", "/no/such/socket"}};
+  const ProgramRun ended{1, "",
+                         "no desktop answers at /no/such/socket: No such file or directory\n"};
+  EXPECT_EQ(runTessarine({"list-windows", "--pid", "812"}, told), ended);
+  EXPECT_EQ(runTessarine({"press-key", "--pid", "812", "--key", "escape"}, told), ended);
+  EXPECT_EQ(runProgram({capturePath(), "list"}, told), ended);
 }
 
 TEST(WithoutADesktop, HelpAndAMisspeltCommandPrintTheUsage) {

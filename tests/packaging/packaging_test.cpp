@@ -42,7 +42,7 @@ const std::vector<Shell> shells{
 
 // The programs, and how many commands each of them takes.
 const std::map<std::string, std::size_t> programs{
-    {"background-window-capture", 3}, {"tessarine", 9}, {"tessarine-desktop", 5}};
+    {"background-window-capture", 3}, {"tessarine", 9}, {"tessarine-desktop", 6}};
 
 std::string helpOf(const std::string& program) {
   if (program == "tessarine-desktop") return runProgram({desktopPath(), "--help"}).output;
@@ -139,12 +139,14 @@ TEST_P(Completions, NameScenariosAndFiles) {
               WordSet{"chinese-service-window"});
   }
   const std::string readme = SOURCE_TREE "/README.md";
-  const WordSet found =
-      offered({"tessarine-desktop", "import", readme.substr(0, readme.size() - 4)});
-  // zsh names the folders on the way to it, too.
-  EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const std::string& word) {
-    return word.ends_with("README.md");
-  })) << ::testing::PrintToString(found);
+  for (const char* command : {"import", "replay"}) {
+    const WordSet found =
+        offered({"tessarine-desktop", command, readme.substr(0, readme.size() - 4)});
+    // zsh names the folders on the way to it, too.
+    EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const std::string& word) {
+      return word.ends_with("README.md");
+    })) << ::testing::PrintToString(found);
+  }
 }
 
 TEST_P(Completions, NameKeysThatCanBePressed) {

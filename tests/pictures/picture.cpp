@@ -10,6 +10,8 @@
 
 #include "commands/choose_path_by_staging.h"
 #include "panels/panel_clicks.h"
+#include "simulator/replay/drawing.h"
+#include "simulator/replay/shown.h"
 #include "support/temporary_folder.h"
 #include "support/world.h"
 
@@ -20,7 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr double margin = 24;
 constexpr double legendLineHeight = 16;
-constexpr double letterWidth = 5.5;
 
 // Points at which the tool clicks for one purpose.
 struct Clicks {
@@ -29,40 +30,12 @@ struct Clicks {
   std::vector<Point> points;
 };
 
-std::string escaped(const std::string& text) {
-  std::string safe;
-  for (const char letter : text) {
-    if (letter == '&') safe += "&amp;";
-    if (letter == '<') safe += "&lt;";
-    if (letter == '"') safe += "&quot;";
-    if (letter != '&' && letter != '<' && letter != '"') safe += letter;
-  }
-  return safe;
-}
-
-std::string textOf(const simulator::Element& element, const char* attribute) {
-  const simulator::Value* value = element.get(attribute);
-  const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
-  return text == nullptr ? std::string() : *text;
-}
-
-// What a person reads on the element, or else its description.
-std::string nameOf(const simulator::Element& element) {
-  for (const char* attribute : {"AXValue", "AXTitle", "AXDescription"}) {
-    if (auto text = textOf(element, attribute); !text.empty()) return text;
-  }
-  return {};
-}
-
-class Drawing {
+// A panel with marks at points of the screen, and what they mean below it.
+class Picture {
  public:
-  explicit Drawing(const simulator::Rect& panel) : panel_(panel) {}
+  explicit Picture(const simulator::Rect& panel) : panel_(panel) {}
 
-  // The frame of the element and of all below it, each with its role and name.
-  void addTree(const simulator::Element& element) {
-    if (element.frame()) addElement(element, *element.frame());
-    for (const auto& child : element.children()) addTree(*child);
-  }
+  void add(const std::string& svg) { shapes_ << svg << '\n'; }
 
   // Points that coincide share a mark.
   void addMarks(const std::vector<Clicks>& clicks) {
@@ -73,7 +46,7 @@ class Drawing {
     };
     std::vector<Mark> marks;
     int number = 0;
-    double y = panel_.height + margin;
+    double y = panel_.y + panel_.height + margin;
     for (const Clicks& kind : clicks) {
       std::string numbers;
       for (const Point& at : kind.points) {
@@ -87,67 +60,44 @@ class Drawing {
           marks.push_back({at, label, kind.colour});
         }
       }
-      shapes_ << "<text x=\"0\" y=\"" << y << "\" font-size=\"12\" fill=\"" << kind.colour << "\">"
-              << numbers << ": " << escaped(kind.meaning) << "</text>\n";
+      addMeaning(y, kind, numbers);
       y += legendLineHeight;
     }
-    for (const Mark& mark : marks) {
-      addMark(mark.label, mark.colour, {mark.at.x - panel_.x, mark.at.y - panel_.y});
-    }
-    height_ = y;
+    for (const Mark& mark : marks) addMark(mark.label, mark.colour, mark.at);
+    bottom_ = y;
   }
 
   std::string text() const {
     std::ostringstream svg;
-    svg << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" << -margin << ' ' << -margin
-        << ' ' << panel_.width + 2 * margin << ' ' << height_ + margin
-        << "\" font-family=\"monospace\" font-size=\"9\">\n<rect x=\"" << -margin << "\" y=\""
-        << -margin << "\" width=\"100%\" height=\"100%\" fill=\"white\"/>\n"
+    svg << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" << panel_.x - margin << ' '
+        << panel_.y - margin << ' ' << panel_.width + 2 * margin << ' '
+        << bottom_ - panel_.y + margin << "\">\n<style>\n"
+        << simulator::drawingStyle() << "</style>\n<rect class=\"screen\" x=\"" << panel_.x - margin
+        << "\" y=\"" << panel_.y - margin << "\" width=\"100%\" height=\"100%\"/>\n"
         << shapes_.str() << "</svg>\n";
     return svg.str();
   }
 
  private:
-  void addElement(const simulator::Element& element, const simulator::Rect& frame) {
-    const double x = frame.x - panel_.x;
-    const double y = frame.y - panel_.y;
-    const auto actions = element.actionNames();
-    const bool pressable = std::find(actions.begin(), actions.end(),
-                                     simulator::Value(std::string("AXPress"))) != actions.end();
-    const std::string name = nameOf(element);
-    const std::string label = element.role() + (name.empty() ? "" : " " + name);
-    shapes_ << "<rect x=\"" << x << "\" y=\"" << y << "\" width=\"" << frame.width << "\" height=\""
-            << frame.height << "\" stroke=\"#999\" fill=\"" << (pressable ? "#e8eef8" : "none")
-            << "\"><title>" << escaped(label) << "</title></rect>\n";
-    const auto fits = [&](const std::string& text) {
-      return static_cast<double>(text.size()) * letterWidth + 4 <= frame.width;
-    };
-    const std::string& shown = fits(label) ? label : name;
-    if (shown.empty() || !fits(shown) || containsLabels(element)) return;
-    const bool inner = element.children().empty();
-    const double baseline = inner ? y + frame.height / 2 + 3 : y + frame.height - 4;
-    shapes_ << "<text x=\"" << x + 3 << "\" y=\"" << baseline << "\" fill=\""
-            << (inner ? "black" : "#777") << "\">" << escaped(shown) << "</text>\n";
-  }
-
-  // Whether a label would stand where that of an element inside stands.
-  static bool containsLabels(const simulator::Element& element) {
-    for (const char* role : {"AXScrollArea", "AXRow", "AXCell", "AXSplitGroup"}) {
-      if (element.role() == role) return true;
-    }
-    return false;
+  void addMeaning(double y, const Clicks& kind, const std::string& numbers) {
+    shapes_ << "<circle cx=\"" << panel_.x + 5 << "\" cy=\"" << y - 4
+            << "\" r=\"5\" fill=\"white\" stroke-width=\"2\" stroke=\"" << kind.colour
+            << "\"/>\n<text class=\"text\" x=\"" << panel_.x + 16 << "\" y=\"" << y << "\">"
+            << numbers << ": " << simulator::escapeMarkup(kind.meaning) << "</text>\n";
   }
 
   void addMark(const std::string& label, const std::string& colour, const Point& at) {
     shapes_ << "<ellipse cx=\"" << at.x << "\" cy=\"" << at.y << "\" rx=\"" << 4 + 3 * label.size()
             << "\" ry=\"7\" fill=\"white\" stroke=\"" << colour << "\"/>\n<text x=\"" << at.x
-            << "\" y=\"" << at.y + 3 << "\" text-anchor=\"middle\" font-weight=\"bold\" fill=\""
+            << "\" y=\"" << at.y + 3
+            << "\" text-anchor=\"middle\" font-family=\"monospace\" font-size=\"9\" "
+               "font-weight=\"bold\" fill=\""
             << colour << "\">" << label << "</text>\n";
   }
 
   simulator::Rect panel_;
   std::ostringstream shapes_;
-  double height_ = 0;
+  double bottom_ = 0;
 };
 
 // Where the presses of the mouse went that the tool posted, in order.
@@ -196,8 +146,9 @@ std::string drawPanel(const std::string& scenario, const std::vector<Point>& ope
   const TemporaryFolder folder;
   World world(scenario, fixedTree(folder));
   const simulator::Rect frame = world.panel().options().frame;
-  Drawing drawing(frame);
-  drawing.addTree(*world.desktop().findProcess(servicePid)->root.children().front());
+  Picture picture(frame);
+  const auto parts = world.panel().parts();
+  picture.add(simulator::drawPart(simulator::shownPart(1, parts.front(), parts)));
 
   PanelWindowRef window;
   window.frame = {frame.x, frame.y, frame.width, frame.height};
@@ -212,8 +163,8 @@ std::string drawPanel(const std::string& scenario, const std::vector<Point>& ope
        panelChoosePoints(window)},
       {"the first row: choose-path by staging", "#0d47a1", {firstRowPoint(window.frame)}},
       {"the Open button: choose-path by staging, in this order", "#6a1b9a", openButton}};
-  drawing.addMarks(clicks);
-  return drawing.text();
+  picture.addMarks(clicks);
+  return picture.text();
 }
 
 void writePictures(const fs::path& folder) {

@@ -464,9 +464,36 @@ TEST_F(Service, WithoutAServiceTheDesktopIsEmpty) {
   };
   unsetenv(desktop_variable);
   std::thread(meetsEmptyDesktop).join();
+}
+
+TEST_F(Service, AProgramThatIsToldOfADesktopWhichDoesNotAnswerEnds) {
   setenv(desktop_variable, path.c_str(), 1);  // where nobody listens
-  std::thread(meetsEmptyDesktop).join();
+  EXPECT_EXIT(copyRole(browser), testing::ExitedWithCode(1),
+              "^no desktop answers at " + path + ": No such file or directory\n$");
+  EXPECT_EXIT(tessarine::frontmostApplicationPid(), testing::ExitedWithCode(1),
+              "^no desktop answers at ");
   unsetenv(desktop_variable);
+}
+
+// Asks a desktop at `path` that takes the connection and the first byte, and closes.
+void askWhoeverGoesAway(const std::string& path) {
+  const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+  const sockaddr_un address = socketAddress(path);
+  bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  listen(listener, 1);
+  std::thread([=] {
+    const int client = accept(listener, nullptr, nullptr);
+    char byte = 0;
+    if (read(client, &byte, 1) == 1) close(client);
+  }).detach();
+  copyRole(browser);
+}
+
+TEST_F(Service, AProgramWhoseDesktopGoesAwayEnds) {
+  setenv(desktop_variable, path.c_str(), 1);
+  EXPECT_EXIT(askWhoeverGoesAway(path), testing::ExitedWithCode(1), "^the desktop went away\n$");
+  unsetenv(desktop_variable);
+  unlink(path.c_str());
 }
 
 // --- Dispatch on real threads. ---

@@ -41,30 +41,22 @@ struct EmptyDesktop {
 };
 
 // The calling thread's own connection: a request that is not answered holds up no other thread.
-// Null when there is no service; once it went away it stays so.
-std::unique_ptr<Connection>& connection() {
-  thread_local std::unique_ptr<Connection> own = []() -> std::unique_ptr<Connection> {
+// Null when the environment names no desktop.
+Connection* connection() {
+  thread_local const std::unique_ptr<Connection> own = []() -> std::unique_ptr<Connection> {
     const char* path = std::getenv(desktop_variable);
-    if (!path) return nullptr;
-    try {
-      return std::make_unique<Connection>(path);
-    } catch (const WireError&) {
-      return nullptr;
-    }
+    return path ? std::make_unique<Connection>(path) : nullptr;
   }();
-  return own;
+  return own.get();
 }
 
 class ServiceLink : public DesktopLink {
  public:
   Reply ask(const Request& request) override {
-    auto& service = connection();
-    if (service) {
-      try {
-        return decodeReply(service->exchange(request));
-      } catch (const WireError&) {
-        service.reset();
-      }
+    try {
+      if (Connection* service = connection()) return decodeReply(service->exchange(request));
+    } catch (const WireError& error) {
+      endWithoutDesktop(error);
     }
     return std::visit(EmptyDesktop{}, request);
   }

@@ -1,16 +1,17 @@
 // The tool's process in the world of a desktop service: the service is told when a call begins, and
 // with what status and output it ends. The product does not know: its `main` is compiled as
-// `product_main`. Without a service nothing but that runs.
+// `product_main`. Without a service nothing but that runs, and with one that does not answer, or no
+// longer, nothing at all.
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <streambuf>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include "platform/standard_streams.h"
 #include "simulator/service/client.h"
@@ -56,16 +57,17 @@ class Announcement {
     connection_.exchange(begin);
     std::cout.rdbuf(&tee_);
   }
-  ~Announcement() { std::cout.rdbuf(standard_); }
   Announcement(const Announcement&) = delete;
   Announcement& operator=(const Announcement&) = delete;
 
-  void end(int status) {
-    try {
-      connection_.exchange(EndCall{status, tee_.text()});
-    } catch (const WireError&) {
-      // The service is gone: nobody is left to be told.
-    }
+  void end(int status) { connection_.exchange(EndCall{status, tee_.text()}); }
+
+  // Ends the process as soon as the desktop is gone, even while the product sleeps.
+  void watch() const {
+    std::thread([this] {
+      connection_.waitForTheEnd();
+      endWithoutDesktop(lost());
+    }).detach();
   }
 
  private:
@@ -74,20 +76,27 @@ class Announcement {
   Tee tee_;
 };
 
-std::unique_ptr<Announcement> announcement;
+Announcement* announcement = nullptr;
 
 void announce(int argc, char** argv) {
   const char* path = std::getenv(desktop_variable);
   if (!path) return;
   try {
-    announcement = std::make_unique<Announcement>(path, argc, argv);
-  } catch (const WireError&) {
-    // The product will meet an empty desktop.
+    // Never destroyed: its watch outlives the end of main.
+    announcement = new Announcement(path, argc, argv);
+    announcement->watch();
+  } catch (const WireError& error) {
+    endWithoutDesktop(error);
   }
 }
 
 void announceEnd(int status) {
-  if (announcement) announcement->end(status);
+  if (!announcement) return;
+  try {
+    announcement->end(status);
+  } catch (const WireError& error) {
+    endWithoutDesktop(error);
+  }
 }
 
 }  // namespace
