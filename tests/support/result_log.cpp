@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -48,11 +49,13 @@ Json shapeOf(const Json& value) {
 }  // namespace
 
 void keepResult(const std::string& output) {
+  static std::mutex mutex;  // some tests run programs side by side
   static std::set<Json> known;
   const char* folder = std::getenv("TESSARINE_RESULTS");
   if (folder == nullptr) return;
   const Json result = Json::parse(output, nullptr, false);
   if (!result.is_object() || !result.contains("ok") || !result.contains("command")) return;
+  const std::lock_guard lock(mutex);
   if (!known.insert(shapeOf(result)).second) return;
   std::ofstream file(std::string(folder) + "/" + std::to_string(getpid()) + ".jsonl",
                      std::ios::app);
