@@ -55,6 +55,7 @@ void keepResult(const std::string& output) {
   if (folder == nullptr) return;
   const Json result = Json::parse(output, nullptr, false);
   if (!result.is_object() || !result.contains("ok") || !result.contains("command")) return;
+  if (result["command"] == "permissions") return;  // the capture helper's
   const std::lock_guard lock(mutex);
   if (!known.insert(shapeOf(result)).second) return;
   std::ofstream file(std::string(folder) + "/" + std::to_string(getpid()) + ".jsonl",
