@@ -45,7 +45,7 @@ PermissionsCommand parsePermissions(const std::vector<std::string>& arguments) {
 }  // namespace
 
 HelperCommand parseHelperCommand(const std::vector<std::string>& arguments) {
-  if (arguments.empty()) throw ToolError::usage("missing command: list or capture");
+  if (arguments.empty()) throw ToolError::usage("missing command: list, capture or permissions");
   const std::string& word = arguments.front();
   if (word == "capture") return parseCapture(arguments);
   if (word == "permissions") return parsePermissions(arguments);

@@ -33,7 +33,7 @@ Exit status: 0 done, 1 not done or not every permission granted, 2 a bad command
 )";
 
 // Reads the arguments that follow the program's own name. Throws ToolError usage with one line:
-//   "missing command: list or capture", "unknown command: " + word,
+//   "missing command: list, capture or permissions", "unknown command: " + word,
 //   "unexpected argument: " + argument, option + " requires a value",
 //   "--window-id requires a positive window number", "--window-id is required",
 //   "--out is required".

@@ -37,7 +37,10 @@ std::string permissionLines(const std::vector<Permission>& permissions) {
   for (const Permission& permission : permissions) {
     lines += permission.name + ": " + stateText(permission.state);
     if (!permission.reason.empty()) lines += " (" + permission.reason + ")";
-    if (!isGranted(permission)) lines += "; open " + permission.setting;
+    if (permission.state == State::denied) lines += "; open " + permission.setting;
+    if (permission.state == State::unknown) {
+      lines += "; the first script makes macOS ask, later open " + permission.setting;
+    }
     lines += "\n";
   }
   return lines;

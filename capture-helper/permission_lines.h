@@ -12,7 +12,8 @@ bool allGranted(const std::vector<Permission>& permissions);
 
 // A line for each, ended by a line feed: "Accessibility: granted",
 // "Accessibility: denied; open System Settings > Privacy & Security > Accessibility", or
-// "Automation of the Finder: unknown (nobody was asked); open ...".
+// "Automation of the Finder: unknown (nobody was asked); the first script makes macOS ask, later
+// open ...".
 std::string permissionLines(const std::vector<Permission>& permissions);
 
 // The text of a JSON object, ended by a line feed: "ok" (whether all are granted), "command"

@@ -4,6 +4,7 @@
 #include "core/text.h"
 
 namespace tessarine {
+
 std::string windowLine(const ListedWindow& window) {
   const Rect& frame = window.frame;
   return std::to_string(window.number) + "\tpid=" + std::to_string(window.pid) +

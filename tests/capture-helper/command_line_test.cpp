@@ -13,7 +13,7 @@ namespace {
 TEST(HelperCommandLine, EveryMistakeIsOneLineAndStatusTwo) {
   const HelperDesktop world;
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
-      {{}, "missing command: list or capture"},
+      {{}, "missing command: list, capture or permissions"},
       {{""}, "unknown command: "},
       {{"LIST"}, "unknown command: LIST"},
       {{"list", "--all"}, "unexpected argument: --all"},

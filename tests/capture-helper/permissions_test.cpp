@@ -98,7 +98,9 @@ TEST(Permissions, OneThatIsDeniedNamesItsSetting) {
 TEST(Permissions, AutomationIsUnknownUntilSomebodyWasAsked) {
   OwnersDesktop world;
   world.desktop.faults().automation_unasked = {"System Events", "Finder"};
-  const std::string rest = ": unknown (nobody was asked); open " + settings + "Automation";
+  const std::string rest =
+      ": unknown (nobody was asked); the first script makes macOS ask, later open " + settings +
+      "Automation";
   EXPECT_EQ(lines(),
             grantedBut({"Automation of System Events" + rest, "Automation of the Finder" + rest}));
   const Json unasked{
@@ -115,7 +117,8 @@ TEST(Permissions, AutomationOfWhatDoesNotRunIsUnknown) {
     if (denied) world.desktop.faults().automation_denied = {"System Events", "Finder"};
     world.desktop.terminateProcess(260, false);
     world.desktop.terminateProcess(250, true);
-    const std::string rest = " does not run); open " + settings + "Automation";
+    const std::string rest =
+        " does not run); the first script makes macOS ask, later open " + settings + "Automation";
     EXPECT_EQ(lines(), grantedBut({"Automation of System Events: unknown (System Events" + rest,
                                    "Automation of the Finder: unknown (the Finder" + rest}));
     EXPECT_EQ(runHelper({"permissions", "--json"}),
@@ -136,7 +139,9 @@ TEST(Permissions, AutomationIsUnknownWhenThePlatformDoesNotSay) {
   for (const auto& [faults, reason] : rows) {
     OwnersDesktop world;
     const FaultyFrameworks faulty(faults);
-    const std::string rest = ": unknown (" + reason + "); open " + settings + "Automation";
+    const std::string rest = ": unknown (" + reason +
+                             "); the first script makes macOS ask, later open " + settings +
+                             "Automation";
     EXPECT_EQ(lines(), grantedBut({"Automation of System Events" + rest,
                                    "Automation of the Finder" + rest}));
   }

@@ -115,6 +115,10 @@ std::string readToEnd(const Descriptor& descriptor) {
 }  // namespace
 
 void ChildProcessDeleter::operator()(ChildProcess* child) const {
+  // Its pipes go first, so that one that still writes ends.
+  {
+    const auto pipes = std::pair(std::move(child->standardOutput), std::move(child->standardError));
+  }
   collect(*child, WNOHANG);
   delete child;
 }
